@@ -1,0 +1,30 @@
+// Host stand-in of the platform's system properties.
+#ifndef CUTILS_PROPERTIES_H
+#define CUTILS_PROPERTIES_H
+
+#include <stdbool.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define PROPERTY_KEY_MAX 32
+#define PROPERTY_VALUE_MAX 92
+
+// Copies the value (or, when the property is unset or empty, the default) into
+// `value`, which holds PROPERTY_VALUE_MAX bytes; returns the length copied.
+int property_get(const char* key, char* value, const char* default_value);
+// 1/y/yes/on/true and 0/n/no/off/false; anything else gives the default.
+bool property_get_bool(const char* key, bool default_value);
+// Decimal, octal or 0x hexadecimal; the default on junk or overflow.
+int64_t property_get_int64(const char* key, int64_t default_value);
+int32_t property_get_int32(const char* key, int32_t default_value);
+// 0 on success; -1 for a null key or a value of PROPERTY_VALUE_MAX bytes or more.
+int property_set(const char* key, const char* value);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif  // CUTILS_PROPERTIES_H
