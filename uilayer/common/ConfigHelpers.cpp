@@ -1,0 +1,36 @@
+#include "common/ConfigHelpers.h"
+
+#include <CameraHWConfiguration.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Lumora {
+
+int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out) {
+    const uint32_t count = GetValuesCount(group, key);
+    out.assign(count, 0);
+    uint32_t unused = 0;
+    // A read of zero values still tells a key without values from a missing key.
+    const int status =
+        GetUIntegerListConfiguration(group, key, count > 0 ? out.data() : &unused, count);
+    if (status != kConfigOk) {
+        out.clear();
+    }
+    return status;
+}
+
+bool UIntListContains(const char* group, const char* key, uint32_t value) {
+    std::vector<uint32_t> values;
+    if (ReadUIntList(group, key, values) != kConfigOk) {
+        return false;
+    }
+    return std::find(values.begin(), values.end(), value) != values.end();
+}
+
+bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index) {
+    const int written = snprintf(out, outSize, "%s[%u]", name, index);
+    return written > 0 && static_cast<size_t>(written) < outSize;
+}
+
+}  // namespace Lumora

@@ -1,0 +1,29 @@
+// Small helpers around the hardware configuration store for the recurring
+// shapes of the configuration: lists of operation modes and indexed rows.
+#ifndef LUMORA_CONFIG_HELPERS_H
+#define LUMORA_CONFIG_HELPERS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace Lumora {
+
+// Status 0 of the store means success; 6 is "not configured".
+constexpr int kConfigOk = 0;
+constexpr int kConfigNotFound = 6;
+
+// Reads every value of an unsigned list into `out` (resized to the value
+// count). Returns the store's status; a key with no values gives 0 and an empty
+// list.
+int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out);
+
+// True when the unsigned list group/key reads successfully and holds `value`.
+bool UIntListContains(const char* group, const char* key, uint32_t value);
+
+// Formats "name[index]" into `out`; false when it does not fit.
+bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index);
+
+}  // namespace Lumora
+
+#endif  // LUMORA_CONFIG_HELPERS_H

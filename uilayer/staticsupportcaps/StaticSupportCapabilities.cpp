@@ -1,0 +1,273 @@
+#include "staticsupportcaps/StaticSupportCapabilities.h"
+
+#include <cutils/properties.h>
+#include <system/camera_metadata.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "common/CapsConstants.h"
+#include "common/Log.h"
+#include "common/Platform.h"
+
+namespace Lumora {
+
+namespace {
+
+bool IsLogicalCameraType(QueryCapsType type) {
+    return (static_cast<uint32_t>(type) & 0xFFu) == kLogicalCameraType;
+}
+
+// The sibling's record of one camera, or null when its characteristics carry
+// none (or one too short to be a record).
+LumoraCameraInfo* FindCameraInfoRecord(const camera_info& info) {
+    camera_metadata_ro_entry_t entry = {};
+    if (info.static_camera_characteristics == nullptr ||
+        find_camera_metadata_ro_entry(info.static_camera_characteristics,
+                                      VendorTagId(kVendorTagCameraInfo), &entry) != 0 ||
+        entry.data.u8 == nullptr || entry.count < sizeof(LumoraCameraInfo)) {
+        return nullptr;
+    }
+    // The record lives in the camera's static characteristics and is shared
+    // with the sibling layer, which reads the flag word this layer writes.
+    return reinterpret_cast<LumoraCameraInfo*>(const_cast<uint8_t*>(entry.data.u8));
+}
+
+}  // namespace
+
+StaticSupportCapabilities::StaticSupportCapabilities(unsigned int cameraId,
+                                                     unsigned int allCameraNumbers,
+                                                     camera_info* pAllCameraInfo) {
+    uint32_t cameraCount = allCameraNumbers;
+    if (cameraCount > kMaxCameraTable) {
+        UI_LOGE("camera table of %u cameras, only the first %u are read", allCameraNumbers,
+                kMaxCameraTable);
+        cameraCount = kMaxCameraTable;
+    }
+    if (pAllCameraInfo == nullptr) {
+        cameraCount = 0;
+    }
+    m_allCameraNumbers = static_cast<uint8_t>(cameraCount);
+
+    for (uint32_t i = 0; i < m_allCameraNumbers; ++i) {
+        m_pCameraInfo[i] = &pAllCameraInfo[i];
+        LumoraCameraInfo* record = FindCameraInfoRecord(pAllCameraInfo[i]);
+        if (record == nullptr) {
+            UI_LOGE("pCamInfoMap is null");
+            continue;
+        }
+        if (record->logicalCamId >= kMaxLogicalCameraIds) {
+            UI_LOGE("camera index %u: logical camera id %u is out of range, record skipped", i,
+                    record->logicalCamId);
+            continue;
+        }
+        m_cameraInfoMapById[record->logicalCamId] = record;
+        if (record->frameworkId == cameraId) {
+            m_pCameraInfoMap = record;
+        }
+        std::string& sensorName = m_sensorNameList[record->logicalCamId];
+        switch (record->numPhysicalCameras) {
+            case 4:
+                sensorName = "4SatR";
+                break;
+            case 3:
+                sensorName = "3SatR";
+                break;
+            case 1:
+                sensorName = record->sensorName != nullptr ? record->sensorName : "";
+                break;
+            default:
+                break;
+        }
+    }
+
+    if (m_pCameraInfoMap != nullptr) {
+        m_pCameraInfoMap->supportFlag =
+            (m_pCameraInfoMap->type == 2 || m_pCameraInfoMap->type == 4) ? 1 : 0;
+        m_firstStreamDimension = {0, 0};
+        m_frameworkId = cameraId;
+        m_logicalCamId = static_cast<int32_t>(m_pCameraInfoMap->logicalCamId);
+        uint32_t count = m_pCameraInfoMap->numPhysicalCameras & 0xFFu;
+        if (count > kMaxPhysicalCameras) {
+            UI_LOGE("camera %u lists %u physical cameras, only %u are used", cameraId, count,
+                    kMaxPhysicalCameras);
+            count = kMaxPhysicalCameras;
+        }
+        m_numPhysicalCameras = static_cast<uint8_t>(count);
+        for (uint32_t i = 0; i < count; ++i) {
+            m_cameraInfo[i] = m_pCameraInfoMap->cameraEntry[i];
+        }
+    } else {
+        UI_LOGE("m_pCameraInfoMap is NULL for fwkCameraId %u, cannot initialize support caps",
+                cameraId);
+        m_numPhysicalCameras = 0;
+        m_frameworkId = cameraId;
+        m_logicalCamId = -1;
+    }
+
+    m_clientPackageName = new char[kClientNameSize]();
+    m_clientActivityName = new char[kClientNameSize]();
+    m_sensorDimension = new _SensorDimension[kSensorDimensionRows]();
+}
+
+StaticSupportCapabilities::~StaticSupportCapabilities() {
+    delete[] m_clientPackageName;
+    m_clientPackageName = nullptr;
+    delete[] m_clientActivityName;
+    m_clientActivityName = nullptr;
+    delete[] m_XCFA2SwitchZoomRatio;
+    m_XCFA2SwitchZoomRatio = nullptr;
+    delete[] m_sensorDimension;
+    m_sensorDimension = nullptr;
+}
+
+int StaticSupportCapabilities::GetFwkCameraIdByCameraIndex(unsigned int cameraIndex) const {
+    if (cameraIndex >= m_numPhysicalCameras) {
+        return -1;
+    }
+    return m_cameraInfo[cameraIndex].frameworkId;
+}
+
+int StaticSupportCapabilities::GetFwkCameraIdByStream(const camera3_stream* stream) const {
+    if (stream == nullptr || stream->physical_camera_id == nullptr ||
+        stream->physical_camera_id[0] == '\0') {
+        return -1;
+    }
+    return atoi(stream->physical_camera_id);
+}
+
+void StaticSupportCapabilities::SetSensorDimension(unsigned int physicalCamId, unsigned int width,
+                                                   unsigned int height) {
+    for (uint32_t row = 0; row < kSensorDimensionRows; ++row) {
+        if (m_sensorDimension[row].physicalCamId == physicalCamId) {
+            m_sensorDimension[row].width = width;
+            m_sensorDimension[row].height = height;
+        }
+    }
+}
+
+int StaticSupportCapabilities::FindCameraEntryByPhysicalId(uint32_t physicalCamId) const {
+    for (uint32_t i = 0; i < m_numPhysicalCameras; ++i) {
+        if (m_cameraInfo[i].physicalCamId == physicalCamId) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+void StaticSupportCapabilities::ResetSessionState() {
+    m_supportCaps.Reset();
+    for (auto& caps : m_cameraSupportCaps) {
+        caps.Reset();
+    }
+    memset(m_warmStartParam, 0, sizeof(m_warmStartParam));
+
+    m_operationMode = 0;
+    m_isAICompositionEnable = 0;
+    m_minFps = 0;
+    m_maxFps = 0;
+    m_warmStartLux = 0.0f;
+    m_mipiSelectMode = 0;
+    memset(m_cameraMode, 0, sizeof(m_cameraMode));
+    m_operationMode = 0xFFFF;
+    m_warmStartLux = -1.0f;
+    m_mipiSelectMode = 0xFF;
+
+    m_satStaticCaps.Reset();
+    for (auto& list : m_streamInfo) {
+        list.clear();
+    }
+}
+
+int StaticSupportCapabilities::ParseStaticCapabilities(
+    const camera3_stream_configuration* config) {
+    if (config == nullptr) {
+        UI_LOGE("Invalid Args");
+        return 4;
+    }
+    m_debugEnable = property_get_bool("vendor.debug.camera.policy.debugEnable", false) ? 1 : 0;
+    // The HAL always configures at least one stream; an empty configuration
+    // leaves the first stream size at 0x0.
+    if (config->num_streams > 0 && config->streams != nullptr && config->streams[0] != nullptr) {
+        m_firstStreamDimension = {config->streams[0]->width, config->streams[0]->height};
+    } else {
+        m_firstStreamDimension = {0, 0};
+    }
+
+    ResetSessionState();
+
+    // Later steps read what earlier ones set: session parameters first, the
+    // zoom record after bokeh, SHDR after the zoom record, warm start once the
+    // lux and frame rate are known.
+    ParseSessionParams(config);
+    ConfigSupportCapsBokeh(config);
+    ConfigSensorNameMap();
+    ConfigRAWQCFAFullSize();
+    ConfigSupportCapsSAT(config);
+    ConfigSupportCapsSHDR();
+    ConfigSupportCaps2x2QCFA();
+    ConfigXCFA2SwitchZoomRatio();
+    ConfigureSensorDCGVSStreamingByCaps();
+    ConfigWarmStart();
+    ConfigAIAF();
+    ConfigStaticTuningPolicy();
+    ConfigStarModeAEInfo();
+    ConfigEISMode(config);
+    ConfigSupportCapsAINR(config);
+    ConfigSupportCapsFlowControl(config);
+    ConfigVideoWatermarkEnable(config);
+    ConfigSupportCapsProVideoIZoom(config);
+
+    for (uint32_t i = 0; i < m_numPhysicalCameras; ++i) {
+        const LumoraCameraEntry& entry = m_cameraInfo[i];
+        m_sensorDimension[i].physicalCamId = entry.physicalCamId;
+        UI_LOGI("m_supportCaps camera info cameraIndex %d, logicalCamId %d frameworkId %d "
+                "physicalCamId %d isPrimary %d",
+                i, entry.logicalCamId, entry.frameworkId, entry.physicalCamId, entry.isPrimary);
+    }
+    if (UI_LOG_INFO_ON()) {
+        for (uint32_t id = 0; id < kMaxLogicalCameraIds; ++id) {
+            UI_LOGI("logicalCameraId %d, m_sensorNameList %s", id, m_sensorNameList[id].c_str());
+        }
+    }
+    return 0;
+}
+
+int StaticSupportCapabilities::ParseStreamCapabilities(
+    const camera3_stream_configuration* config) {
+    ParseStreamsInfo(config);
+    SelectLowlatencyPipeline(config);
+    return 0;
+}
+
+bool StaticSupportCapabilities::IsSessionSupportCaps(DesiredSupportCaps caps,
+                                                     QueryCapsType type) const {
+    bool supported = false;
+    if (IsLogicalCameraType(type)) {
+        supported = m_supportCaps.test(caps);
+    } else {
+        const int index = FindCameraEntryByPhysicalId(static_cast<uint32_t>(type) & 0xFFu);
+        supported = index >= 0 && m_cameraSupportCaps[index].test(caps);
+    }
+    UI_LOGV("IsSessionSupportCaps %d supportCaps %d cameraType %d", supported, caps, type);
+    return supported;
+}
+
+int StaticSupportCapabilities::GetStaticCapsMask(QueryCapsType type, _CapsBitset& mask) const {
+    if (IsLogicalCameraType(type)) {
+        for (DesiredSupportCaps caps : kLogicalCameraCapsGroup) {
+            if (IsSessionSupportCaps(caps, type)) {
+                mask |= CapsBit(caps);
+            }
+        }
+    } else {
+        for (DesiredSupportCaps caps : kPhysicalCameraCapsGroup) {
+            if (IsSessionSupportCaps(caps, type)) {
+                mask |= CapsBit(caps);
+            }
+        }
+    }
+    return 0;
+}
+
+}  // namespace Lumora

@@ -1,0 +1,263 @@
+// Session state of one camera: everything derived from one stream configuration
+// (the session caps of the logical camera and of each physical camera, the
+// per-role stream lists and the values other modules ask for). Built once with
+// its parser and rebuilt by every ParseStaticCapabilities.
+//
+// The implementation is split by concern over the files of this folder:
+//   StaticSupportCapabilities.cpp  construction, camera table, configuration driver, queries
+//   SessionParams.cpp              session parameters
+//   ClientPackagePolicy.cpp        client package and activity policy
+//   BokehSensorNames.cpp           bokeh sessions and the sensor name table
+//   RawQcfaSizes.cpp               RAW/QCFA sizes, XCFA zoom ratios, zoom ratio remapping
+//   StreamClassification.cpp       stream roles and stream queries
+//   SensorModeSelection.cpp        sensor mode index by caps
+//   PreviewPipeline.cpp            low-latency preview pipeline
+//   MultiCameraZoom.cpp            multi-camera zoom record
+//   ShdrStreaming.cpp              SHDR and DCG/VS streaming
+//   WarmStart.cpp                  AEC warm start
+//   VideoFeatures.cpp              EIS, flow control, watermark, pro-video in-sensor zoom
+//   Ainr.cpp                       AI noise reduction in low-light video
+//   TuningPolicy.cpp               AI autofocus, tuning policy tables, star-mode AE
+#ifndef LUMORA_STATIC_SUPPORT_CAPABILITIES_H
+#define LUMORA_STATIC_SUPPORT_CAPABILITIES_H
+
+#include <LumoraCameraInfo.h>
+#include <hardware/camera3.h>
+#include <hardware/camera_common.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "IuiLayer.h"
+
+namespace Lumora {
+
+constexpr uint32_t kMaxPhysicalCameras = 8;  // camera entries of one session
+constexpr uint32_t kMaxLogicalCameraIds = 16;
+constexpr uint32_t kMaxCameraTable = 255;    // camera indices walked (8-bit count)
+constexpr uint32_t kSensorDimensionRows = 8;
+constexpr uint32_t kMaxTuningPolicyEntries = 64;
+constexpr uint32_t kLogicalCameraType = TypeLogicalCamera;
+
+// Vendor tag index of the sibling's per-camera information record.
+constexpr uint32_t kVendorTagCameraInfo = 5;
+
+struct ODimension {
+    uint32_t width;
+    uint32_t height;
+};
+
+// Warm start parameters of one physical camera id.
+struct _WarmStartParam {
+    uint32_t warmStartEnable;
+    uint32_t luxDiffThreshold;
+    uint32_t maxLux;
+    uint32_t maxSavedValueB;
+    uint32_t minSavedValueA;
+    int32_t aecDolType1;
+    int32_t aecDolType2;
+    int32_t fps;
+    int32_t dolState;
+};
+
+// Tuning policy entries; position 0 is the tuning mode, 1 the operation mode
+// (-1: any), 2 the APS feature type, the rest as the tuning mode query reads them.
+struct _Feature1TuningPolicy {
+    int32_t value[8];
+};
+struct _Feature2TuningPolicy {
+    int32_t value[7];
+};
+
+class StaticSupportCapabilities {
+public:
+    StaticSupportCapabilities(unsigned int cameraId, unsigned int allCameraNumbers,
+                              camera_info* pAllCameraInfo);
+    ~StaticSupportCapabilities();
+    StaticSupportCapabilities(const StaticSupportCapabilities&) = delete;
+    StaticSupportCapabilities& operator=(const StaticSupportCapabilities&) = delete;
+
+    // ---- Configuration driver and session queries ----
+    int ParseStaticCapabilities(const camera3_stream_configuration* config);
+    int ParseStreamCapabilities(const camera3_stream_configuration* config);
+    bool IsSessionSupportCaps(DesiredSupportCaps caps, QueryCapsType type) const;
+    int GetStaticCapsMask(QueryCapsType type, _CapsBitset& mask) const;
+    _SatStaticCaps* GetSatStaticCaps() { return &m_satStaticCaps; }
+    const char* GetPipelineName() const { return m_pipelineName; }
+    char* GetPackageName() { return m_clientPackageName; }
+    char* GetActivityName() { return m_clientActivityName; }
+    bool IsDisableAePrecaptureTriggerForSnapshot() const { return m_disableAePrecapture != 0; }
+    char* GetCameraMode() { return m_cameraMode; }
+    unsigned int GetVideoStabMode() const { return m_videoStabilizationMode; }
+    _SensorDimension* GetSensorDimension() { return m_sensorDimension; }
+    StarModeAEInfo* GetStarModeAEInfo() { return &m_starModeAEInfo; }
+
+    // ---- Camera table ----
+    int GetFwkCameraIdByCameraIndex(unsigned int cameraIndex) const;
+    int GetFwkCameraIdByStream(const camera3_stream* stream) const;
+    void SetSensorDimension(unsigned int physicalCamId, unsigned int width, unsigned int height);
+
+    // ---- Stream classification ----
+    int ParseStreamsInfo(const camera3_stream_configuration* config);
+    std::vector<_UIStreamInfo>* GetStreamByStreamType(StreamType type);
+    StreamType GetStreamTypeByStream(const camera3_stream* stream) const;
+    int GetCameraIndexByStream(const camera3_stream* stream) const;
+
+    // ---- Sensor mode selection ----
+    int32_t GetSensorModeIndexByCaps(_CapsBitset caps, QueryCapsType type, signed char& index);
+    void StandardizeSensorCapsMask(_CapsBitset& caps) const;
+    int32_t GetSensorModeIndexByCapsForOtherCam(_CapsBitset caps, QueryCapsType type,
+                                                signed char& index);
+
+    // ---- RAW and QCFA sizes ----
+    float ProcessRemapZoomRatio(char* sensorName, int skip);
+
+    // ---- AEC warm start ----
+    int GetWarmStartStateByCaps(unsigned int physicalCamId, unsigned int& warmStartEnable,
+                                int& dolState) const;
+
+private:
+    friend class RequestDesiredCapabilities;
+    friend class ResultAppliedCapabilities;
+
+    // Resets every member that a stream configuration rebuilds.
+    void ResetSessionState();
+    // Index of the first camera entry with this physical camera id, -1 if none.
+    int FindCameraEntryByPhysicalId(uint32_t physicalCamId) const;
+
+    // ---- Session parameters ----
+    uint32_t ParseSessionParams(const camera3_stream_configuration* config);
+
+    // ---- Client package policy ----
+    uint32_t InitPackageName(camera3_stream_configuration* config);
+
+    // ---- Bokeh and sensor names ----
+    uint32_t ConfigSupportCapsBokeh(const camera3_stream_configuration* config);
+    void ConfigSensorNameMap();
+
+    // ---- RAW and QCFA sizes ----
+    void ConfigRAWQCFAFullSize();
+    uint32_t ConfigSupportCaps2x2QCFA();
+    uint32_t ConfigXCFA2SwitchZoomRatio();
+
+    // ---- Multi-camera zoom ----
+    uint32_t ConfigSupportCapsSAT(const camera3_stream_configuration* config);
+
+    // ---- SHDR and DCG/VS ----
+    uint32_t ConfigSupportCapsSHDR();
+    uint32_t ConfigureSensorDCGVSStreamingByCaps();
+
+    // ---- AEC warm start ----
+    uint32_t ConfigWarmStart();
+
+    // ---- Tuning policy and AE information ----
+    void ConfigAIAF();
+    void ConfigStaticTuningPolicy();
+    void ConfigStarModeAEInfo();
+
+    // ---- Video features ----
+    uint32_t ConfigEISMode(const camera3_stream_configuration* config);
+    uint32_t ConfigSupportCapsFlowControl(const camera3_stream_configuration* config);
+    uint32_t ConfigVideoWatermarkEnable(const camera3_stream_configuration* config);
+    uint32_t ConfigSupportCapsProVideoIZoom(const camera3_stream_configuration* config);
+
+    // ---- AINR ----
+    uint32_t ConfigSupportCapsAINR(const camera3_stream_configuration* config);
+
+    // ---- Preview pipeline ----
+    uint32_t SelectLowlatencyPipeline(const camera3_stream_configuration* config);
+
+    // ======== Members ========
+
+    // Camera table (construction).
+    LumoraCameraInfo* m_pCameraInfoMap = nullptr;
+    std::string m_sensorNameList[kMaxLogicalCameraIds];
+    LumoraCameraInfo* m_cameraInfoMapById[kMaxLogicalCameraIds] = {};
+    uint32_t m_frameworkId = 0;
+    int32_t m_logicalCamId = -1;
+    _CapsBitset m_supportCaps;
+    uint8_t m_numPhysicalCameras = 0;
+    LumoraCameraEntry m_cameraInfo[kMaxPhysicalCameras] = {};
+    _CapsBitset m_cameraSupportCaps[kMaxPhysicalCameras];
+    _SensorDimension* m_sensorDimension = nullptr;
+    uint8_t m_allCameraNumbers = 0;
+    camera_info* m_pCameraInfo[kMaxCameraTable] = {};
+
+    // Stream classification: one list per StreamType value 0..15.
+    std::vector<_UIStreamInfo> m_streamInfo[EStreamTypeMax];
+    // Answer for a stream type of 16 or more: a list that stays empty.
+    std::vector<_UIStreamInfo> m_noStreams;
+
+    // Session parameters (the block from m_operationMode to m_cameraMode is
+    // reset by every configuration).
+    uint32_t m_operationMode = 0xFFFF;
+    uint32_t m_isAICompositionEnable = 0;
+    int32_t m_minFps = 0;
+    int32_t m_maxFps = 0;
+    float m_warmStartLux = -1.0f;
+    uint8_t m_mipiSelectMode = 0xFF;
+    char m_cameraMode[128] = {};
+    uint8_t m_cameraIsFromMainMenu = 0;
+    uint32_t m_disableAePrecapture = 0;
+
+    // Configuration driver.
+    uint8_t m_debugEnable = 0;
+    ODimension m_firstStreamDimension = {0, 0};
+
+    // Client package policy. The name buffers hold 80 characters and a terminator.
+    static constexpr size_t kClientNameSize = 81;
+    char* m_clientPackageName = nullptr;
+    char* m_clientActivityName = nullptr;
+    uint32_t m_isCameraUint = 0;
+    uint32_t m_SupportOisCenterOn = 0;
+    uint32_t m_SupportOisCloseOcs = 0;
+    uint32_t m_isCtsCamera = 0;
+    uint32_t m_isGSIBuild = 0;
+    uint32_t m_isSystemCamera = 0;
+    uint32_t m_isEngineerCamera = 0;
+    uint32_t m_isCtsVerifier = 0;
+    uint32_t m_isScanMode = 0;
+    uint32_t m_hasExtModeStream = 0;
+
+    // Preview pipeline; points into the configuration store or at a built-in name.
+    const char* m_pipelineName = nullptr;
+
+    // Multi-camera zoom.
+    _SatStaticCaps m_satStaticCaps;
+
+    // Bokeh and sensor names.
+    uint32_t m_isBokehMode = 0;
+    uint32_t m_bokehStartWithFallback = 0;
+    uint32_t m_bokehTriplePreview = 0;
+    std::map<unsigned int, std::string> m_sensorNameMap;
+
+    // RAW and QCFA sizes.
+    std::map<unsigned int, ODimension> m_customRawFullSizes;
+    float* m_XCFA2SwitchZoomRatio = nullptr;
+    uint32_t m_XCFA2SwitchZoomRatioCount = 0;
+    float m_baseZoomRatio = 1.0f;
+    uint32_t m_isNeedRemapZoomRatio = 0;
+
+    // AEC warm start, one record per physical camera id.
+    _WarmStartParam m_warmStartParam[kMaxLogicalCameraIds] = {};
+
+    // Video features.
+    uint32_t m_videoStabilizationMode = 0;
+
+    // Tuning policy and AE information.
+    _Feature1TuningPolicy m_feature1TuningPolicy[kMaxTuningPolicyEntries] = {};
+    uint8_t m_feature1TuningPolicyNum = 0;
+    _Feature2TuningPolicy m_feature2TuningPolicy[kMaxTuningPolicyEntries] = {};
+    uint8_t m_feature2TuningPolicyNum = 0;
+    StarModeAEInfo m_starModeAEInfo = {0, 0, 0};
+};
+
+// Stream predicates shared by the session and request sides.
+bool IsShortRawStream(const camera3_stream* stream);
+bool IsMiddleRawStream(const camera3_stream* stream);
+
+}  // namespace Lumora
+
+#endif  // LUMORA_STATIC_SUPPORT_CAPABILITIES_H
