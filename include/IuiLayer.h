@@ -226,15 +226,10 @@ enum DesiredSupportCaps : uint32_t {
 
 // Which camera a caps query is about: 7 is the logical camera (the whole
 // session or request); any other value is a physical camera id.
-enum QueryCapsType : uint32_t {
-    TypeLogicalCamera = 7
-};
+enum QueryCapsType : uint32_t { TypeLogicalCamera = 7 };
 
 // Which tuning policy table a tuning mode query searches.
-enum QueryTuningType : uint32_t {
-    TypeFeature1Snapshot = 1,
-    TypeFeature2Snapshot = 2
-};
+enum QueryTuningType : uint32_t { TypeFeature1Snapshot = 1, TypeFeature2Snapshot = 2 };
 
 // Role of a configured stream; the value is the index of its stream list.
 enum StreamType : int32_t {
@@ -259,9 +254,9 @@ enum StreamType : int32_t {
 
 // One configured stream as kept in the per-role lists.
 struct _UIStreamInfo {
-    uint32_t streamIndex;      // position in the configuration's streams array
-    int32_t phyCameraId;       // framework id of its physical camera, -1 when none
-    camera3_stream* pStream;   // the HAL's stream record (not owned)
+    uint32_t streamIndex;     // position in the configuration's streams array
+    int32_t phyCameraId;      // framework id of its physical camera, -1 when none
+    camera3_stream* pStream;  // the HAL's stream record (not owned)
 };
 
 // Multi-camera zoom decisions of one stream configuration.

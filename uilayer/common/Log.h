@@ -36,28 +36,28 @@ void LogToAndroid(int priority, const char* format, ...)
 
 #define LUMORA_LOG_TAG "[LUMORA]"
 
-#define LUMORA_LOG_IMPL(enabled, toAndroid, priority, prefix, level, fmt, ...)                  \
-    do {                                                                                        \
-        if (enabled) {                                                                          \
-            OLog::LogSystem(prefix, level, LUMORA_LOG_TAG, ::Lumora::LogFileName(__FILE__),     \
-                            __func__, __LINE__, fmt, ##__VA_ARGS__);                            \
-            if (toAndroid) {                                                                    \
-                ::Lumora::LogToAndroid(priority, prefix "%s %s:%d %s() " fmt "\n",              \
-                                       LUMORA_LOG_TAG, ::Lumora::LogFileName(__FILE__),         \
-                                       __LINE__, __func__, ##__VA_ARGS__);                      \
-            }                                                                                   \
-        }                                                                                       \
+#define LUMORA_LOG_IMPL(enabled, toAndroid, priority, prefix, level, fmt, ...)                     \
+    do {                                                                                           \
+        if (enabled) {                                                                             \
+            OLog::LogSystem(prefix, level, LUMORA_LOG_TAG, ::Lumora::LogFileName(__FILE__),        \
+                            __func__, __LINE__, fmt, ##__VA_ARGS__);                               \
+            if (toAndroid) {                                                                       \
+                ::Lumora::LogToAndroid(priority, prefix "%s %s:%d %s() " fmt "\n", LUMORA_LOG_TAG, \
+                                       ::Lumora::LogFileName(__FILE__), __LINE__, __func__,        \
+                                       ##__VA_ARGS__);                                             \
+            }                                                                                      \
+        }                                                                                          \
     } while (0)
 
 #define UI_LOGE(fmt, ...) \
     LUMORA_LOG_IMPL(g_enableLogError, true, ANDROID_LOG_ERROR, "[ERROR]", "E", fmt, ##__VA_ARGS__)
-#define UI_LOGW(fmt, ...)                                                                    \
-    LUMORA_LOG_IMPL(g_enableLogWarning, g_enableSystemLog, ANDROID_LOG_WARN, "[ WARN]", "W", \
-                    fmt, ##__VA_ARGS__)
-#define UI_LOGI(fmt, ...)                                                                    \
+#define UI_LOGW(fmt, ...)                                                                         \
+    LUMORA_LOG_IMPL(g_enableLogWarning, g_enableSystemLog, ANDROID_LOG_WARN, "[ WARN]", "W", fmt, \
+                    ##__VA_ARGS__)
+#define UI_LOGI(fmt, ...)                                                                      \
     LUMORA_LOG_IMPL(g_enableLogInfo, g_enableSystemLog, ANDROID_LOG_INFO, "[ INFO]", "I", fmt, \
                     ##__VA_ARGS__)
-#define UI_LOGV(fmt, ...)                                                                  \
+#define UI_LOGV(fmt, ...)                                                                       \
     LUMORA_LOG_IMPL(g_enableLogVerbose, g_enableSystemLog, ANDROID_LOG_VERBOSE, "[ VERB]", "V", \
                     fmt, ##__VA_ARGS__)
 

@@ -4,7 +4,9 @@
 
 namespace Lumora {
 
-ResultAppliedCapabilities::ResultAppliedCapabilities() { Initialize(); }
+ResultAppliedCapabilities::ResultAppliedCapabilities() {
+    Initialize();
+}
 
 ResultAppliedCapabilities::~ResultAppliedCapabilities() {}
 

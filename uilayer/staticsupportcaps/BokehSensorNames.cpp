@@ -3,6 +3,8 @@
 namespace Lumora {
 
 // Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(const camera3_stream_configuration*) { return 0; }
+uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(const camera3_stream_configuration*) {
+    return 0;
+}
 void StaticSupportCapabilities::ConfigSensorNameMap() {}
 }  // namespace Lumora

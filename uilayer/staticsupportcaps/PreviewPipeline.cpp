@@ -3,5 +3,7 @@
 namespace Lumora {
 
 // Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_stream_configuration*) { return 0; }
+uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_stream_configuration*) {
+    return 0;
+}
 }  // namespace Lumora

@@ -179,8 +179,7 @@ void StaticSupportCapabilities::ResetSessionState() {
     }
 }
 
-int StaticSupportCapabilities::ParseStaticCapabilities(
-    const camera3_stream_configuration* config) {
+int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_configuration* config) {
     if (config == nullptr) {
         UI_LOGE("Invalid Args");
         return 4;
@@ -221,9 +220,10 @@ int StaticSupportCapabilities::ParseStaticCapabilities(
     for (uint32_t i = 0; i < m_numPhysicalCameras; ++i) {
         const LumoraCameraEntry& entry = m_cameraInfo[i];
         m_sensorDimension[i].physicalCamId = entry.physicalCamId;
-        UI_LOGI("m_supportCaps camera info cameraIndex %d, logicalCamId %d frameworkId %d "
-                "physicalCamId %d isPrimary %d",
-                i, entry.logicalCamId, entry.frameworkId, entry.physicalCamId, entry.isPrimary);
+        UI_LOGI(
+            "m_supportCaps camera info cameraIndex %d, logicalCamId %d frameworkId %d "
+            "physicalCamId %d isPrimary %d",
+            i, entry.logicalCamId, entry.frameworkId, entry.physicalCamId, entry.isPrimary);
     }
     if (UI_LOG_INFO_ON()) {
         for (uint32_t id = 0; id < kMaxLogicalCameraIds; ++id) {
@@ -233,8 +233,7 @@ int StaticSupportCapabilities::ParseStaticCapabilities(
     return 0;
 }
 
-int StaticSupportCapabilities::ParseStreamCapabilities(
-    const camera3_stream_configuration* config) {
+int StaticSupportCapabilities::ParseStreamCapabilities(const camera3_stream_configuration* config) {
     ParseStreamsInfo(config);
     SelectLowlatencyPipeline(config);
     return 0;

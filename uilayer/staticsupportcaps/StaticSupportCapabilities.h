@@ -36,7 +36,7 @@ namespace Lumora {
 
 constexpr uint32_t kMaxPhysicalCameras = 8;  // camera entries of one session
 constexpr uint32_t kMaxLogicalCameraIds = 16;
-constexpr uint32_t kMaxCameraTable = 255;    // camera indices walked (8-bit count)
+constexpr uint32_t kMaxCameraTable = 255;  // camera indices walked (8-bit count)
 constexpr uint32_t kSensorDimensionRows = 8;
 constexpr uint32_t kMaxTuningPolicyEntries = 64;
 constexpr uint32_t kLogicalCameraType = TypeLogicalCamera;

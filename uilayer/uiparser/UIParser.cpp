@@ -22,7 +22,9 @@ void IuiLayer::Init(unsigned int allCameraNumbers, camera_info* pAllCameraInfo) 
     UIParser::Init(allCameraNumbers, pAllCameraInfo);
 }
 
-std::shared_ptr<IuiLayer> IuiLayer::Get(unsigned int cameraId) { return UIParser::Get(cameraId); }
+std::shared_ptr<IuiLayer> IuiLayer::Get(unsigned int cameraId) {
+    return UIParser::Get(cameraId);
+}
 
 std::shared_ptr<IuiLayer> UIParser::Get(unsigned int cameraId) {
     std::lock_guard<std::mutex> lock(m_mapMutex);
@@ -138,11 +140,17 @@ int UIParser::UpdateResultAppliedCaps(const camera3_capture_result* result) {
     return m_pRDCMap->UpdateResultAppliedCaps(result);
 }
 
-const char* UIParser::GetPipelineName() { return m_pStaticCaps->GetPipelineName(); }
+const char* UIParser::GetPipelineName() {
+    return m_pStaticCaps->GetPipelineName();
+}
 
-char* UIParser::GetPackageName() { return m_pStaticCaps->GetPackageName(); }
+char* UIParser::GetPackageName() {
+    return m_pStaticCaps->GetPackageName();
+}
 
-char* UIParser::GetActivityName() { return m_pStaticCaps->GetActivityName(); }
+char* UIParser::GetActivityName() {
+    return m_pStaticCaps->GetActivityName();
+}
 
 bool UIParser::IsDisableAePrecaptureTriggerForSnapshot() const {
     return m_pStaticCaps->IsDisableAePrecaptureTriggerForSnapshot();
@@ -152,13 +160,21 @@ float UIParser::ProcessRemapZoomRatio(char* value, int size) {
     return m_pStaticCaps->ProcessRemapZoomRatio(value, size);
 }
 
-char* UIParser::GetCameraMode() { return m_pStaticCaps->GetCameraMode(); }
+char* UIParser::GetCameraMode() {
+    return m_pStaticCaps->GetCameraMode();
+}
 
-unsigned int UIParser::GetVideoStabMode() { return m_pStaticCaps->GetVideoStabMode(); }
+unsigned int UIParser::GetVideoStabMode() {
+    return m_pStaticCaps->GetVideoStabMode();
+}
 
-_SensorDimension* UIParser::GetSensorDimension() { return m_pStaticCaps->GetSensorDimension(); }
+_SensorDimension* UIParser::GetSensorDimension() {
+    return m_pStaticCaps->GetSensorDimension();
+}
 
-StarModeAEInfo* UIParser::GetStarModeAEInfo() { return m_pStaticCaps->GetStarModeAEInfo(); }
+StarModeAEInfo* UIParser::GetStarModeAEInfo() {
+    return m_pStaticCaps->GetStarModeAEInfo();
+}
 
 int UIParser::GetWarmStartStateByCaps(unsigned int physicalCamId, unsigned int& useWarmStart,
                                       int& dolState) {
@@ -169,6 +185,8 @@ int UIParser::GetStaticCapsMask(QueryCapsType type, _CapsBitset& mask) {
     return m_pStaticCaps->GetStaticCapsMask(type, mask);
 }
 
-_SatStaticCaps* UIParser::GetSatStaticCaps() { return m_pStaticCaps->GetSatStaticCaps(); }
+_SatStaticCaps* UIParser::GetSatStaticCaps() {
+    return m_pStaticCaps->GetSatStaticCaps();
+}
 
 }  // namespace Lumora
