@@ -398,14 +398,4 @@ TEST(CameraMetadataTest, RandomEditsMatchAModel) {
     }
 }
 
-TEST(CameraMetadataTest, EntryDataSizes) {
-    EXPECT_EQ(3u, calculate_camera_metadata_entry_data_size(TYPE_BYTE, 3));
-    EXPECT_EQ(12u, calculate_camera_metadata_entry_data_size(TYPE_INT32, 3));
-    EXPECT_EQ(12u, calculate_camera_metadata_entry_data_size(TYPE_FLOAT, 3));
-    EXPECT_EQ(24u, calculate_camera_metadata_entry_data_size(TYPE_INT64, 3));
-    EXPECT_EQ(24u, calculate_camera_metadata_entry_data_size(TYPE_DOUBLE, 3));
-    EXPECT_EQ(24u, calculate_camera_metadata_entry_data_size(TYPE_RATIONAL, 3));
-    EXPECT_EQ(0u, calculate_camera_metadata_entry_data_size(NUM_TYPES, 3));
-}
-
 }  // namespace
