@@ -92,6 +92,9 @@ enum {
 
 // Return codes: 0 success, NOT_FOUND-like -ENOENT for a missing entry, 1 for any
 // other error (full buffer, unknown tag, wrong arguments).
+// `data_capacity` is in bytes and includes the padding that puts each entry's
+// data on an 8-byte boundary: size it as the sum of the entries' data sizes,
+// each but the last rounded up to a multiple of 8.
 camera_metadata_t* allocate_camera_metadata(size_t entry_capacity, size_t data_capacity);
 void free_camera_metadata(camera_metadata_t* metadata);
 camera_metadata_t* clone_camera_metadata(const camera_metadata_t* src);
