@@ -76,8 +76,9 @@ TEST(CapsBitsetTest, ComparesAndPrintsAllHundredBits) {
 TEST(CapsBitsetTest, ConstantsHoldExactlyTheirOwnBit) {
     using namespace Lumora;
     const std::pair<_CapsBitset, size_t> samples[] = {
-        {kCapsStreamPreview, 0},     {kCapsSHDROption, 16}, {kCapsQBC4x, 31},
-        {kCapsOverrideASDStreamDtSpace, 64}, {kCapsOisCenterOn, 80}, {kCapsPreviewOis, 99}};
+        {kCapsStreamPreview, 0}, {kCapsSHDROption, 16},
+        {kCapsQBC4x, 31},        {kCapsOverrideASDStreamDtSpace, 64},
+        {kCapsOisCenterOn, 80},  {kCapsPreviewOis, 99}};
     for (const auto& sample : samples) {
         _CapsBitset expected;
         expected.set(sample.second);

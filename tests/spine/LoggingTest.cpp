@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <HostPlatform.h>
+#include <OLog.h>
+
+#include <regex>
+#include <string>
+
+#include "common/Log.h"
+
+namespace {
+
+class LoggingTest : public ::testing::Test {
+protected:
+    void SetUp() override { Drain(); }
+    void TearDown() override {
+        HostPlatform::SetLogSwitches(true, true, true, true, true);
+        Drain();
+    }
+    static void Drain() {
+        HostPlatform::TakeAndroidLog();
+        HostPlatform::TakeCameraLog();
+    }
+};
+
+void LogOneOfEach() {
+    UI_LOGE("error %d", 1);
+    UI_LOGW("warning %s", "two");
+    UI_LOGI("info %u", 3u);
+    UI_LOGV("verbose");
+}
+
+TEST_F(LoggingTest, AndroidLineCarriesPrefixTagFileLineAndFunction) {
+    HostPlatform::SetLogSwitches(true, true, true, true, true);
+    LogOneOfEach();
+    const auto lines = HostPlatform::TakeAndroidLog();
+    ASSERT_EQ(4u, lines.size());
+    EXPECT_TRUE(std::regex_match(
+        lines[0],
+        std::regex(R"(\[ERROR\]\[LUMORA\] LoggingTest\.cpp:\d+ LogOneOfEach\(\) error 1\n)")))
+        << lines[0];
+    EXPECT_TRUE(std::regex_match(
+        lines[1], std::regex(R"(\[ WARN\]\[LUMORA\] \S+ LogOneOfEach\(\) warning two\n)")))
+        << lines[1];
+    EXPECT_TRUE(std::regex_match(
+        lines[2], std::regex(R"(\[ INFO\]\[LUMORA\] \S+ LogOneOfEach\(\) info 3\n)")))
+        << lines[2];
+    EXPECT_TRUE(std::regex_match(
+        lines[3], std::regex(R"(\[ VERB\]\[LUMORA\] \S+ LogOneOfEach\(\) verbose\n)")))
+        << lines[3];
+    const auto camera = HostPlatform::TakeCameraLog();
+    ASSERT_EQ(4u, camera.size());
+    EXPECT_EQ("E error 1", camera[0]);
+    EXPECT_EQ("W warning two", camera[1]);
+    EXPECT_EQ("I info 3", camera[2]);
+    EXPECT_EQ("V verbose", camera[3]);
+}
+
+TEST_F(LoggingTest, ErrorsReachTheAndroidLogWithoutTheSystemSwitch) {
+    HostPlatform::SetLogSwitches(true, true, true, true, false);
+    LogOneOfEach();
+    const auto lines = HostPlatform::TakeAndroidLog();
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_NE(std::string::npos, lines[0].find("error 1"));
+    EXPECT_EQ(4u, HostPlatform::TakeCameraLog().size());
+}
+
+TEST_F(LoggingTest, EachLevelHasItsOwnSwitch) {
+    HostPlatform::SetLogSwitches(false, true, false, true, true);
+    LogOneOfEach();
+    const auto camera = HostPlatform::TakeCameraLog();
+    ASSERT_EQ(2u, camera.size());
+    EXPECT_EQ("W warning two", camera[0]);
+    EXPECT_EQ("V verbose", camera[1]);
+    EXPECT_EQ(2u, HostPlatform::TakeAndroidLog().size());
+
+    HostPlatform::SetLogSwitches(false, false, false, false, true);
+    LogOneOfEach();
+    EXPECT_TRUE(HostPlatform::TakeCameraLog().empty());
+    EXPECT_TRUE(HostPlatform::TakeAndroidLog().empty());
+}
+
+TEST_F(LoggingTest, AndroidTextIsCutAt511Characters) {
+    HostPlatform::SetLogSwitches(true, false, false, false, false);
+    const std::string longText(600, 'x');
+    UI_LOGE("%s", longText.c_str());
+    const auto lines = HostPlatform::TakeAndroidLog();
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_EQ(511u, lines[0].size());
+    // The camera logger formats on its own and keeps the whole message.
+    const auto camera = HostPlatform::TakeCameraLog();
+    ASSERT_EQ(1u, camera.size());
+    EXPECT_EQ("E " + longText, camera[0]);
+}
+
+TEST(LogFileNameTest, KeepsTheTextAfterTheLastSlash) {
+    EXPECT_STREQ("uiparser.cpp", Lumora::LogFileName("a/b/uiparser.cpp"));
+    EXPECT_STREQ("plain.cpp", Lumora::LogFileName("plain.cpp"));
+    EXPECT_STREQ("", Lumora::LogFileName("dir/"));
+}
+
+}  // namespace
