@@ -85,10 +85,9 @@ TEST_F(RegistryTest, SiblingWithoutTheSymbolClearsTheLookup) {
     ASSERT_NE(nullptr, mkdtemp(root));
     const std::string dir = std::string(root) + "/odm/lib64/hw";
     ASSERT_EQ(0, system(("mkdir -p " + dir).c_str()));
-    // Any shared library without the symbol will do.
-    ASSERT_EQ(0, system(("cp \"$(ldd /bin/true | awk '/libc.so/ {print $3}')\" " + dir +
-                         "/camera.lumora.v2.so")
-                            .c_str()));
+    // Any shared library of the target without the symbol will do.
+    ASSERT_EQ(
+        0, system(("cp " UILAYER_TEST_FOREIGN_LIBRARY " " + dir + "/camera.lumora.v2.so").c_str()));
     setenv("UILAYER_DEVICE_ROOT", root, 1);
     IuiLayer::Init(0, nullptr);
     EXPECT_EQ(nullptr, GetVendorTagId);
