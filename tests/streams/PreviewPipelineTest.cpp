@@ -22,15 +22,6 @@ TEST_F(PreviewPipelineTest, DefaultNameWhenNoRowMatches) {
     EXPECT_TRUE(LoggedExactly("I select pipeline name TavroSingleDefault"));
 }
 
-TEST_F(PreviewPipelineTest, MultiCameraDefault) {
-    device.AddCamera(TestDevice::MultiCamera(2, 2, 2));
-    Start(2);
-    StreamConfig config;
-    config.Add(PreviewStream());
-    Configure(config);
-    EXPECT_STREQ("TavroMultiDefault", layer->GetPipelineName());
-}
-
 TEST_F(PreviewPipelineTest, MipmapPreviewNeedsBothSwitchesAndNoVideo) {
     StartSingle();
     const std::string both =

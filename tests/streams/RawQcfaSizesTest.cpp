@@ -65,15 +65,5 @@ TEST_F(RawQcfaSizesTest, PhysicalIdsWithoutANameSlotMatchNoSensor) {
     EXPECT_FALSE(Has(Caps2x2XCFA, 200));
 }
 
-TEST_F(RawQcfaSizesTest, OrdinaryClientsNeverRemapTheZoomRatio) {
-    StartSingle("imx766");
-    LoadConfig(
-        "[EquivalentFocalLengthMapping]\nneedOverrideCameraList = imx766\nbaseZoomRatio = 2.0\n");
-    ConfigurePreview();
-    char name[] = "imx766";
-    EXPECT_FLOAT_EQ(1.0f, layer->ProcessRemapZoomRatio(name, 0));
-    EXPECT_FLOAT_EQ(1.0f, layer->ProcessRemapZoomRatio(nullptr, 0));
-}
-
 }  // namespace
 }  // namespace LumoraTest
