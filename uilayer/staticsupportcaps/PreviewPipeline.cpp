@@ -1,9 +1,95 @@
+// Preview pipeline of a session: the name of the pipeline the camera layer
+// builds for preview, and whether the low-latency and mip-map preview paths
+// are on.
+#include <CameraHWConfiguration.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "common/Log.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
+namespace {
+
+constexpr const char* kDecouplePipelinesGroup = "OemDecouplePipelines";
+constexpr const char* kPreviewPipelinesGroup = "OPreviewPipelines";
+constexpr const char* kSingleCameraDefaultPipeline = "TavroSingleDefault";
+constexpr const char* kMultiCameraDefaultPipeline = "TavroMultiDefault";
+// A row's logical camera id that matches every logical camera.
+constexpr uint32_t kAnyLogicalCamera = 255;
+
+}  // namespace
+
 uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_stream_configuration*) {
-    return 0;
+    bool isSupportLowLatency = false;
+    bool isEnableMipmap = false;
+    const int lowLatencyStatus = GetBooleanConfiguration(
+        kDecouplePipelinesGroup, "isSupportLowLatency", &isSupportLowLatency);
+    const int mipmapStatus =
+        GetBooleanConfiguration(kDecouplePipelinesGroup, "isEnableMIPMAP", &isEnableMipmap);
+
+    m_supportCaps.reset(CapsLowLatencyPipeline);
+    // The mip-map preview path serves preview-only sessions.
+    if (isSupportLowLatency && isEnableMipmap && !m_supportCaps.test(CapsStreamVideo)) {
+        m_supportCaps.set(CapsMipmapPreview);
+    }
+
+    m_pipelineName = nullptr;
+    const uint32_t rowCount = GetKeyCount(kPreviewPipelinesGroup);
+    const uint32_t valueCount = GetValuesCount(kPreviewPipelinesGroup, "mode[0]");
+    UI_LOGI("opmode %d, logicalCamId %d", m_operationMode, m_logicalCamId);
+
+    // A row: operation mode, logical camera id (255: any), an optional
+    // low-latency flag and other integers, then the pipeline name last. A row
+    // of only a mode and a name has no camera id: it serves every camera.
+    if (rowCount > 0 && valueCount >= 2) {
+        const uint32_t intCount = valueCount - 1;
+        std::vector<uint32_t> values(intCount < 3 ? 3 : intCount);
+        std::vector<char*> names(valueCount);
+        for (uint32_t row = 0; row < rowCount; ++row) {
+            char index[16];
+            snprintf(index, sizeof(index), "%u", row);
+            std::fill(values.begin(), values.end(), 0u);
+            if (intCount < 2) {
+                values[1] = kAnyLogicalCamera;
+            }
+            // A row that does not read as integers matches nothing.
+            if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index,
+                                                   values.data(), intCount) != 0) {
+                continue;
+            }
+            if (values[0] != m_operationMode ||
+                (values[1] != kAnyLogicalCamera &&
+                 values[1] != static_cast<uint32_t>(m_logicalCamId))) {
+                continue;
+            }
+            std::fill(names.begin(), names.end(), nullptr);
+            // A row shorter than the first one has no name at the last position:
+            // it keeps the earlier choice, like a row that cannot be read.
+            if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index,
+                                                 names.data(), valueCount) != 0 ||
+                names[valueCount - 1] == nullptr) {
+                continue;
+            }
+            // Every row is examined: the last matching row names the pipeline,
+            // while the low-latency bit, once set by a row, stays set.
+            m_pipelineName = names[valueCount - 1];
+            if (intCount >= 3 && values[2] != 0 && isSupportLowLatency) {
+                m_supportCaps.set(CapsLowLatencyPipeline);
+            }
+            UI_LOGI("select pipeline name %s", m_pipelineName);
+        }
+    }
+
+    if (m_pipelineName == nullptr) {
+        m_pipelineName =
+            m_numPhysicalCameras < 2 ? kSingleCameraDefaultPipeline : kMultiCameraDefaultPipeline;
+        UI_LOGI("select pipeline name %s", m_pipelineName);
+    }
+    return static_cast<uint32_t>(lowLatencyStatus | mipmapStatus);
 }
+
 }  // namespace Lumora

@@ -1,16 +1,181 @@
+// Per-sensor remosaic settings keyed by sensor name: custom full RAW sizes, the
+// 4x4 in-sensor zoom and 2x2 XCFA capabilities of the physical cameras, the
+// XCFA switch zoom ratios, and the base zoom ratio of sensors whose
+// equivalent focal length is remapped.
+#include <CameraHWConfiguration.h>
+
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "common/ConfigHelpers.h"
+#include "common/Log.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-void StaticSupportCapabilities::ConfigRAWQCFAFullSize() {}
+namespace {
+
+constexpr const char* kCustomRawSizesGroup = "OemSupportedCustomRAWFullSizes";
+constexpr const char* kRemosaicGroup = "OemRemosaicConfig";
+constexpr const char* kFocalLengthMappingGroup = "EquivalentFocalLengthMapping";
+// Size of the key buffer for "Size[<sensor name>]".
+constexpr size_t kRawSizeKeySize = 50;
+// The base zoom ratios are read into a fixed table: longer lists are cut there.
+constexpr uint32_t kMaxRemapSensors = 16;
+
+// Reads every string of a list; 0 on success with `out` holding the strings
+// (pointers into the configuration store), else the store's status or 6 for
+// a list without values.
+int ReadStringList(const char* group, const char* key, std::vector<char*>& out) {
+    const uint32_t count = GetValuesCount(group, key);
+    out.assign(count, nullptr);
+    if (count == 0) {
+        return kConfigNotFound;
+    }
+    const int status = GetStringListConfiguration(group, key, out.data(), count);
+    if (status != kConfigOk) {
+        out.clear();
+    }
+    return status;
+}
+
+}  // namespace
+
+void StaticSupportCapabilities::ConfigRAWQCFAFullSize() {
+    if (GetKeyCount(kCustomRawSizesGroup) == 0) {
+        return;
+    }
+    for (const auto& sensor : m_sensorNameMap) {
+        const std::string& name = sensor.second;
+        // A name that does not fit the key buffer has no size: a cut key would
+        // name another sensor.
+        if (name.size() + 4 >= kRawSizeKeySize) {
+            continue;
+        }
+        char key[kRawSizeKeySize];
+        const int written = snprintf(key, sizeof(key), "%s[%s]", "Size", name.c_str());
+        if (written < 0 || static_cast<size_t>(written) >= sizeof(key)) {
+            continue;
+        }
+        const uint32_t count = GetValuesCount(kCustomRawSizesGroup, key);
+        if (count < 2) {
+            continue;
+        }
+        std::vector<uint32_t> size(count, 0);
+        if (GetUIntegerListConfiguration(kCustomRawSizesGroup, key, size.data(), count) !=
+            kConfigOk) {
+            continue;
+        }
+        m_customRawFullSizes[sensor.first] = ODimension{size[0], size[1]};
+        UI_LOGI("phycamid %d RawSizes %d:%d", sensor.first, size[0], size[1]);
+    }
+}
+
 uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
+    // The sensor name of a physical camera; null for an id without a name slot.
+    auto sensorNameOf = [this](uint32_t physicalCamId) -> const char* {
+        return physicalCamId < kMaxLogicalCameraIds ? m_sensorNameList[physicalCamId].c_str()
+                                                    : nullptr;
+    };
+
+    std::vector<char*> izoomSensors;
+    if (ReadStringList(kRemosaicGroup, "4x4IZOOMPSensorNameList", izoomSensors) == kConfigOk) {
+        for (const char* listed : izoomSensors) {
+            for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {
+                const uint32_t physicalCamId = m_cameraInfo[j].physicalCamId;
+                const char* name = sensorNameOf(physicalCamId);
+                UI_LOGV(
+                    "4x4IZOOMPSensorNameList compare phyIdx %u logicalCamId %u name %s vs cfg %s",
+                    j, physicalCamId, name != nullptr ? name : "", listed);
+                if (name != nullptr && strcmp(name, listed) == 0) {
+                    m_cameraSupportCaps[j].set(Caps4x4Izoom);
+                    UI_LOGI(
+                        "4x4IZOOMPSensorNameList: Enable4x4Izoom phyIndex %u logicalCamId %u "
+                        "sensor %s",
+                        j, physicalCamId, name);
+                }
+            }
+        }
+    }
+
+    bool enable2x2Xcfa = false;
+    GetBooleanConfiguration(kRemosaicGroup, "Enable2x2XCFA", &enable2x2Xcfa);
+    std::vector<char*> xcfaSensors;
+    if (!enable2x2Xcfa ||
+        ReadStringList(kRemosaicGroup, "2x2XCFASensorNameList", xcfaSensors) != kConfigOk) {
+        return 0;
+    }
+    for (const char* listed : xcfaSensors) {
+        for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {
+            const uint32_t physicalCamId = m_cameraInfo[j].physicalCamId;
+            const char* name = sensorNameOf(physicalCamId);
+            UI_LOGI("logicalCameraId %d, m_sensorNameList %s pSensorNameList %s", physicalCamId,
+                    name != nullptr ? name : "", listed);
+            if (name == nullptr || strcmp(name, listed) != 0) {
+                continue;
+            }
+            m_cameraSupportCaps[j].set(Caps2x2XCFA);
+            bool disableMultiFrame = false;
+            GetBooleanConfiguration(kRemosaicGroup, "4x4XCFADisableMultiFrame", &disableMultiFrame);
+            if (disableMultiFrame) {
+                m_cameraSupportCaps[j].set(Caps4x4XCFADisableMultiFrame);
+            }
+        }
+    }
     return 0;
 }
+
 uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
+    const uint32_t count = GetValuesCount(kRemosaicGroup, "XCFA2SwitchZoomRatio");
+    if (count == 0) {
+        // Without the key the ratios of an earlier configuration stay.
+        return 0;
+    }
+    // Values that do not read as floats leave zeros: the count always matches
+    // the array, which the request path relies on to bound its reads.
+    float* ratios = new float[count]();
+    GetFloatListConfiguration(kRemosaicGroup, "XCFA2SwitchZoomRatio", ratios, count);
+    delete[] m_XCFA2SwitchZoomRatio;
+    m_XCFA2SwitchZoomRatio = ratios;
+    m_XCFA2SwitchZoomRatioCount = count;
     return 0;
 }
-float StaticSupportCapabilities::ProcessRemapZoomRatio(char*, int) {
-    return 1.0f;
+
+float StaticSupportCapabilities::ProcessRemapZoomRatio(char* sensorName, int skip) {
+    m_baseZoomRatio = 1.0f;
+    m_isNeedRemapZoomRatio = 0;
+    // Only the system camera remaps its zoom ratio.
+    if (skip != 0 || m_isSystemCamera == 0) {
+        return 1.0f;
+    }
+    uint32_t count = GetValuesCount(kFocalLengthMappingGroup, "needOverrideCameraList");
+    if (count == 0) {
+        return 1.0f;
+    }
+    // Sensors past the table of base ratios are not remapped.
+    if (count > kMaxRemapSensors) {
+        count = kMaxRemapSensors;
+    }
+    char* names[kMaxRemapSensors] = {};
+    float baseRatios[kMaxRemapSensors] = {};
+    if (GetStringListConfiguration(kFocalLengthMappingGroup, "needOverrideCameraList", names,
+                                   count) == kConfigOk &&
+        GetFloatListConfiguration(kFocalLengthMappingGroup, "baseZoomRatio", baseRatios, count) ==
+            kConfigOk &&
+        sensorName != nullptr) {
+        for (uint32_t i = 0; i < count; ++i) {
+            if (names[i] != nullptr && strcmp(names[i], sensorName) == 0) {
+                m_isNeedRemapZoomRatio = 1;
+                m_baseZoomRatio = baseRatios[i];
+                break;
+            }
+        }
+    }
+    UI_LOGI("sensorname is %s, isNeedRemapZoomRatio is %d, basezoomratio is %f",
+            sensorName != nullptr ? sensorName : "", m_isNeedRemapZoomRatio,
+            static_cast<double>(m_baseZoomRatio));
+    return m_baseZoomRatio;
 }
+
 }  // namespace Lumora
