@@ -8,10 +8,10 @@ namespace {
 
 using namespace Lumora;
 
-class BokehTest : public SessionTest {
+class BokehTest : public SessionCoreTest {
 protected:
     void SetUp() override {
-        SessionTest::SetUp();
+        SessionCoreTest::SetUp();
         OpenMulti(4);
     }
 
@@ -97,7 +97,7 @@ TEST_F(BokehDeathTest, UnsupportedPreviewCameraCountAborts) {
     EXPECT_EQ("10000", BokehBits());
 }
 
-class SensorNameMapTest : public SessionTest {
+class SensorNameMapTest : public SessionCoreTest {
 protected:
     std::vector<std::string> SensorNameLines() {
         OpenSingle();

@@ -9,10 +9,10 @@ namespace {
 
 using namespace Lumora;
 
-class ClientPackagePolicyTest : public SessionTest {
+class ClientPackagePolicyTest : public SessionCoreTest {
 protected:
     void SetUp() override {
-        SessionTest::SetUp();
+        SessionCoreTest::SetUp();
         OpenSingle();
         HostPlatform::TakeSwitchLogEnableCalls();
     }

@@ -6,7 +6,7 @@ namespace {
 
 using namespace Lumora;
 
-class SessionConstructionTest : public SessionTest {
+class SessionConstructionTest : public SessionCoreTest {
 protected:
     void ConfigurePreview(uint32_t mode = 0) {
         StreamConfig config(mode);
@@ -71,10 +71,10 @@ TEST_F(SessionConstructionTest, PhysicalCameraCountIsClampedToEight) {
 
 TEST_F(SessionConstructionTest, FlagWordFollowsTheRecordType) {
     for (uint32_t type : {0u, 2u, 3u, 4u}) {
-        CameraSpec spec = TestDevice::SingleCamera("imx766");
-        spec.type = type;
+        CameraSpec camera = TestDevice::SingleCamera("imx766");
+        camera.type = type;
         m_device = std::make_unique<TestDevice>();
-        m_device->AddCamera(spec);
+        m_device->AddCamera(camera);
         m_device->AddCamera(TestDevice::SingleCamera("imx586", 1, 1));
         m_device->Init();
         m_device->Record(0)->supportFlag = 7;

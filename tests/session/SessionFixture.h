@@ -10,24 +10,23 @@
 
 namespace LumoraTest {
 
-constexpr uint32_t kTagPackage = 34;
-constexpr uint32_t kTagActivity = 105;
-constexpr uint32_t kTagCameraUnit = 71;
-constexpr uint32_t kTagIsGenericCam = 72;
-constexpr uint32_t kTagWarmStartLux = 85;
-constexpr uint32_t kTagFromMainMenu = 109;
-constexpr uint32_t kTagCameraMode = 160;
-constexpr uint32_t kTagSnapshotRawFormat = 161;
-
-class SessionTest : public UiLayerTest {
+class SessionCoreTest : public UiLayerTest {
 protected:
-    // A device with this one camera (framework id 0 unless the spec says
-    // otherwise) and its parser.
-    void Open(const CameraSpec& spec) {
+    static constexpr uint32_t kTagPackage = 34;
+    static constexpr uint32_t kTagActivity = 105;
+    static constexpr uint32_t kTagCameraUnit = 71;
+    static constexpr uint32_t kTagIsGenericCam = 72;
+    static constexpr uint32_t kTagWarmStartLux = 85;
+    static constexpr uint32_t kTagFromMainMenu = 109;
+    static constexpr uint32_t kTagCameraMode = 160;
+    static constexpr uint32_t kTagSnapshotRawFormat = 161;
+
+    // A device with this one camera and the parser of its framework id.
+    void Open(const CameraSpec& camera) {
         m_device = std::make_unique<TestDevice>();
-        m_device->AddCamera(spec);
+        m_device->AddCamera(camera);
         m_device->Init();
-        m_parser = Lumora::IuiLayer::Get(spec.frameworkId);
+        m_parser = Lumora::IuiLayer::Get(camera.frameworkId);
     }
     void OpenSingle() { Open(TestDevice::SingleCamera("imx766")); }
     void OpenMulti(uint32_t count) { Open(TestDevice::MultiCamera(count, 0, 0)); }

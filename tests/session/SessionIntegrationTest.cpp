@@ -9,7 +9,7 @@ namespace {
 
 using namespace Lumora;
 
-class SessionIntegrationTest : public SessionTest {};
+class SessionIntegrationTest : public SessionCoreTest {};
 
 TEST_F(SessionIntegrationTest, ClientKindReachesTheStreamCaps) {
     LoadConfig(

@@ -9,10 +9,10 @@ namespace {
 
 using namespace Lumora;
 
-class SessionParamsTest : public SessionTest {
+class SessionParamsTest : public SessionCoreTest {
 protected:
     void SetUp() override {
-        SessionTest::SetUp();
+        SessionCoreTest::SetUp();
         OpenMulti(3);
     }
 
