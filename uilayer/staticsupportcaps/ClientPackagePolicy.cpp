@@ -57,11 +57,12 @@ bool BeginsWith(const char* name, const char* prefix) {
 // placeholder "NA" stands in, so only packages beginning with "NA" match then.
 bool MatchesConfiguredPackage(const char* package, const char* key) {
     char* configured = nullptr;
-    if (GetStringConfiguration(kPackageGroup, key, &configured) != kConfigOk ||
-        configured == nullptr) {
-        configured = const_cast<char*>("NA");
+    const char* prefix = "NA";
+    if (GetStringConfiguration(kPackageGroup, key, &configured) == kConfigOk &&
+        configured != nullptr) {
+        prefix = configured;
     }
-    return BeginsWith(package, configured);
+    return BeginsWith(package, prefix);
 }
 
 // True at the first string of a configured list that the package begins with.
