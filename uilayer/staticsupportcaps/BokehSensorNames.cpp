@@ -1,10 +1,155 @@
+// Bokeh sessions (the depth effect of two or three physical cameras) and the
+// table from physical camera id to sensor name.
+#include <CameraHWConfiguration.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+#include <vector>
+
+#include "common/ConfigHelpers.h"
+#include "common/Log.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(const camera3_stream_configuration*) {
-    return 0;
+namespace {
+
+constexpr uint32_t kUsageHwTextureOrComposer = 0x900;
+constexpr uint32_t kUsageHwVideoEncoder = 0x10000;
+constexpr int32_t kDataspaceDepth = 0x1000;
+constexpr int32_t kDataspaceHeif = 0x1004;
+constexpr int kFormatImplementationDefined = 34;
+constexpr int kFormatYCbCr420 = 35;
+constexpr int kFormatYCbCrP010 = 54;
+
+constexpr const char* kSensorNameGroup = "SensorNameList";
+
+bool IsBokehOperationMode(uint32_t mode) {
+    switch (mode) {
+        case 0x8010:
+        case 0x8011:
+        case 0x8030:
+        case 0x8031:
+        case 0x8035:
+        case 0x8036:
+            return true;
+        default:
+            return false;
+    }
 }
-void StaticSupportCapabilities::ConfigSensorNameMap() {}
+
+// An output stream shown on screen (not encoded, not depth or HEIF) in a
+// preview format.
+bool IsPreviewStream(const camera3_stream_t& stream) {
+    const int32_t dataSpace = static_cast<int32_t>(stream.data_space);
+    return stream.stream_type == CAMERA3_STREAM_OUTPUT &&
+           (stream.usage & kUsageHwTextureOrComposer) != 0 &&
+           (stream.usage & kUsageHwVideoEncoder) == 0 && dataSpace != kDataspaceDepth &&
+           dataSpace != kDataspaceHeif &&
+           (stream.format == kFormatImplementationDefined || stream.format == kFormatYCbCr420 ||
+            stream.format == kFormatYCbCrP010);
+}
+
+bool HasPhysicalCameraId(const camera3_stream_t& stream) {
+    return stream.physical_camera_id != nullptr && stream.physical_camera_id[0] != '\0';
+}
+
+}  // namespace
+
+uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
+    const camera3_stream_configuration* config) {
+    m_isBokehMode = 0;
+    m_supportCaps.set(CapsNotBokeh);
+    if (!IsBokehOperationMode(m_operationMode)) {
+        m_bokehStartWithFallback = 0;
+        m_bokehTriplePreview = 0;
+        return 0;
+    }
+
+    m_isBokehMode = 1;
+    m_supportCaps.reset(CapsNotBokeh);
+    m_supportCaps.set(CapsBokeh);
+    m_supportCaps.set(CapsBokehOperationMode);
+
+    bool startWithFallback = false;
+    GetBooleanConfiguration("BokehSATConfig", "supportStartWithFallback", &startWithFallback);
+
+    const uint32_t numStreams =
+        (config != nullptr && config->streams != nullptr) ? config->num_streams : 0;
+    UI_LOGI("pStreamConfigsAPI->num_streams %d", numStreams);
+
+    // Distinct physical cameras that receive a preview stream.
+    std::set<int> previewCameras;
+    for (uint32_t i = 0; i < numStreams; ++i) {
+        const camera3_stream_t* stream = config->streams[i];
+        if (stream == nullptr) {
+            continue;
+        }
+        const bool physical = HasPhysicalCameraId(*stream);
+        const bool preview = IsPreviewStream(*stream);
+        UI_LOGI("[%d]   format:%d [%dx%d]  fwkCamId:%s isPhysical:%d,isPreview:%d", i,
+                stream->format, stream->width, stream->height,
+                stream->physical_camera_id != nullptr ? stream->physical_camera_id : "", physical,
+                preview);
+        if (physical && preview) {
+            previewCameras.insert(atoi(stream->physical_camera_id));
+        }
+    }
+
+    switch (previewCameras.size()) {
+        case 2:
+            m_bokehStartWithFallback = startWithFallback ? 1 : 0;
+            m_bokehTriplePreview = 0;
+            if (startWithFallback) {
+                m_supportCaps.set(CapsBokehStartWithFallback);
+            }
+            return 0;
+        case 3:
+            m_supportCaps.set(CapsBokehStartWithFallback);
+            m_supportCaps.set(CapsBokehTriplePreview);
+            m_bokehStartWithFallback = 1;
+            m_bokehTriplePreview = 1;
+            return 0;
+        default:
+            // A bokeh session has no way to run on any other number of
+            // cameras: stop here rather than stream a broken session.
+            UI_LOGE("Unsupport num of physical preview stream %d",
+                    static_cast<int>(previewCameras.size()));
+            raise(SIGABRT);
+            return 1;
+    }
+}
+
+void StaticSupportCapabilities::ConfigSensorNameMap() {
+    // Rows are: physical camera id, sensor name. A first row of any other
+    // length switches the whole table off.
+    const uint32_t rows = GetKeyCount(kSensorNameGroup);
+    if (rows == 0 || GetValuesCount(kSensorNameGroup, "mode[0]") != 2) {
+        return;
+    }
+    for (uint32_t i = 0; i < rows; ++i) {
+        char index[16];
+        char key[32];
+        snprintf(index, sizeof(index), "%u", i);
+        snprintf(key, sizeof(key), "%s[%s]", "mode", index);
+        const uint32_t count = GetValuesCount(kSensorNameGroup, key);
+        if (count < 2) {
+            continue;
+        }
+        // An id that does not read as a number stays 0 for this row.
+        uint32_t cameraId = 0;
+        GetUIntegerConfiguration(kSensorNameGroup, key, &cameraId);
+        std::vector<char*> values(count, nullptr);
+        if (GetStringListConfiguration(kSensorNameGroup, key, values.data(), count) != kConfigOk ||
+            values[1] == nullptr) {
+            continue;
+        }
+        // Later rows overwrite earlier ones with the same id.
+        m_sensorNameMap[cameraId] = values[1];
+        UI_LOGI("camid %d sensorname %s", i, values[1]);
+    }
+}
+
 }  // namespace Lumora

@@ -1,9 +1,198 @@
+// Client package policy: who opened the camera (package and activity from the
+// session parameters) and what kind of client that is, as member flags and
+// session caps that the rest of the session policy reads.
+#include <CameraHWConfiguration.h>
+#include <OLog.h>
+#include <cutils/properties.h>
+#include <system/camera_metadata.h>
+
+#include <cstring>
+#include <vector>
+
+#include "common/ConfigHelpers.h"
+#include "common/Log.h"
+#include "common/Platform.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration*) {
+namespace {
+
+constexpr uint32_t kTagPackageName = 34;
+constexpr uint32_t kTagActivityName = 105;
+constexpr uint32_t kTagCameraUnitPackage = 71;
+
+constexpr const char* kPackageGroup = "PackageName Group";
+
+// Stream mode of a stream that the camera layer renders in its extended mode,
+// and the flag it gets for clients outside the system and engineer cameras.
+constexpr uint32_t kExtStreamModeExtended = 2;
+constexpr uint32_t kExtStreamFlagsThirdParty = 16;
+
+// A byte entry of the session parameters. Entries of any other type carry no
+// text or flag this policy understands and count as absent.
+bool FindByteEntry(const camera_metadata_t* meta, uint32_t index,
+                   camera_metadata_ro_entry_t* entry) {
+    return meta != nullptr && find_camera_metadata_ro_entry(meta, VendorTagId(index), entry) == 0 &&
+           entry->type == TYPE_BYTE;
+}
+
+// Copies `count` bytes of text into a zero-filled name buffer of
+// kClientNameSize bytes; the caller has checked that count leaves room for the
+// terminator.
+void CopyName(char* buffer, size_t size, const camera_metadata_ro_entry_t& entry) {
+    memset(buffer, 0, size);
+    if (entry.count > 0 && entry.data.u8 != nullptr) {
+        memcpy(buffer, entry.data.u8, entry.count);
+    }
+}
+
+// Prefix rule of every package comparison: an empty configured string
+// matches every package.
+bool BeginsWith(const char* name, const char* prefix) {
+    return strncmp(name, prefix, strlen(prefix)) == 0;
+}
+
+// A single configured package string; when it is not configured the
+// placeholder "NA" stands in, so only packages beginning with "NA" match then.
+bool MatchesConfiguredPackage(const char* package, const char* key) {
+    char* configured = nullptr;
+    const char* prefix = "NA";
+    if (GetStringConfiguration(kPackageGroup, key, &configured) == kConfigOk &&
+        configured != nullptr) {
+        prefix = configured;
+    }
+    return BeginsWith(package, prefix);
+}
+
+// True at the first string of a configured list that the package begins with.
+bool MatchesConfiguredPackageList(const char* package, const char* key) {
+    const uint32_t count = GetValuesCount(kPackageGroup, key);
+    if (count == 0) {
+        return false;
+    }
+    std::vector<char*> prefixes(count, nullptr);
+    if (GetStringListConfiguration(kPackageGroup, key, prefixes.data(), count) != kConfigOk) {
+        return false;
+    }
+    for (const char* prefix : prefixes) {
+        if (prefix != nullptr && BeginsWith(package, prefix)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool PropertyBeginsWith(const char* name, const char* defaultValue, const char* prefix) {
+    char value[PROPERTY_VALUE_MAX] = {};
+    property_get(name, value, defaultValue);
+    return BeginsWith(value, prefix);
+}
+
+}  // namespace
+
+uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration* config) {
+    UI_LOGV("Enter InitPackageName");
+    const camera_metadata_t* meta = config != nullptr ? config->session_parameters : nullptr;
+    camera_metadata_ro_entry_t entry = {};
+
+    // The names are only replaced when the session parameters carry them; a
+    // configuration without them keeps the names of the one before.
+    if (FindByteEntry(meta, kTagPackageName, &entry)) {
+        UI_LOGI("find vendor tags com.tavro.packageName");
+        if (entry.count < kClientNameSize) {
+            CopyName(m_clientPackageName, kClientNameSize, entry);
+            UI_LOGI("get packageName successfully, packageName is %s", m_clientPackageName);
+        }
+    } else {
+        UI_LOGE("cannot find vendor tags com.tavro.packageName");
+    }
+
+    if (FindByteEntry(meta, kTagActivityName, &entry)) {
+        if (entry.count < kClientNameSize) {
+            CopyName(m_clientActivityName, kClientNameSize, entry);
+            UI_LOGI("get activityName successfully, activityName is %s", m_clientActivityName);
+        } else {
+            UI_LOGE("no find vendor tags com.tavro.activityName");
+        }
+    }
+
+    m_isCameraUint = 0;
+    if (FindByteEntry(meta, kTagCameraUnitPackage, &entry) && entry.count > 0) {
+        m_isCameraUint = entry.data.u8[0];
+        UI_LOGI("get is.sdk.camera.package successfully, m_isCameraUint %d", m_isCameraUint);
+    } else {
+        UI_LOGE("no find vendor tags com.tavro.is.sdk.camera.package");
+    }
+
+    const char* package = m_clientPackageName;
+
+    m_SupportOisCenterOn = 0;
+    if (MatchesConfiguredPackageList(package, "OisCenterOnApp")) {
+        m_SupportOisCenterOn = 1;
+        UI_LOGI("m_SupportOisCenterOn %d", m_SupportOisCenterOn);
+    }
+    m_SupportOisCloseOcs = 0;
+    if (MatchesConfiguredPackageList(package, "OisCloseOcsApp")) {
+        m_SupportOisCloseOcs = 1;
+        UI_LOGI("m_SupportOisCloseOcs %d", m_SupportOisCloseOcs);
+    }
+
+    m_isCtsCamera = MatchesConfiguredPackage(package, "ctsCamera") ? 1 : 0;
+
+    // A generic system image reports the platform's own brand or product.
+    const bool gsi = PropertyBeginsWith("ro.product.brand", "Android", "Android") ||
+                     PropertyBeginsWith("ro.product.system.brand", "", "Android") ||
+                     PropertyBeginsWith("ro.build.product", "generic", "generic");
+    m_isGSIBuild = gsi ? 1 : 0;
+    UI_LOGI("get is.sdk.camera.package successfully, m_isGSIBuild %d", m_isGSIBuild);
+
+    m_isSystemCamera =
+        (MatchesConfiguredPackage(package, "SystemCamera") || m_isCameraUint != 0) ? 1 : 0;
+    m_isEngineerCamera = MatchesConfiguredPackage(package, "EngineerMode") ? 1 : 0;
+    m_isCtsVerifier = MatchesConfiguredPackage(package, "ctsVerifier") ? 1 : 0;
+    m_isScanMode = MatchesConfiguredPackage(package, "ScanMode") ? 1 : 0;
+
+    if (m_isSystemCamera != 0) {
+        m_supportCaps.set(CapsSystemCameraClient);
+    }
+    if (m_isCameraUint != 0) {
+        m_supportCaps.set(CapsCameraUnitSdk);
+    }
+    if (m_isScanMode != 0) {
+        m_supportCaps.set(CapsScanMode);
+    }
+    if (m_isEngineerCamera != 0) {
+        m_supportCaps.set(CapsEngineerMode);
+    } else if (m_isSystemCamera == 0) {
+        m_supportCaps.set(CapsThirdPartyClient);
+    }
+    if (m_isCtsVerifier != 0) {
+        m_supportCaps.set(CapsCtsVerifier);
+    }
+
+    m_hasExtModeStream = 0;
+    const bool ownClient = m_isSystemCamera != 0 || m_isEngineerCamera != 0;
+    if (config != nullptr && config->streams != nullptr) {
+        for (uint32_t i = 0; i < config->num_streams; ++i) {
+            camera3_stream_t* stream = config->streams[i];
+            if (stream == nullptr || stream->ext_stream_mode != kExtStreamModeExtended) {
+                continue;
+            }
+            m_hasExtModeStream = 1;
+            if (!ownClient) {
+                stream->ext_stream_flags = kExtStreamFlagsThirdParty;
+            }
+        }
+    }
+    if (m_hasExtModeStream != 0) {
+        m_supportCaps.set(CapsExtModeStream);
+    }
+
+    // Verbose camera logging follows the client: on for the system camera
+    // (the camera unit included), off for everyone else.
+    OLog::SwitchLogEnable(m_isSystemCamera != 0 ? 1 : 0);
     return 0;
 }
+
 }  // namespace Lumora

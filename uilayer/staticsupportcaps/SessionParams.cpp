@@ -1,10 +1,519 @@
+// Session parameters: the framework's session metadata and the configuration
+// groups that turn it into the session values (operation mode, frame rate,
+// camera mode, warm-start lux, ...) and session caps. Also the third-app
+// operation-mode override and the IsGenericCam flag written back for the
+// sibling modules.
+#include <CameraHWConfiguration.h>
+#include <cutils/properties.h>
+#include <system/camera_metadata.h>
+
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "common/ConfigHelpers.h"
+#include "common/Log.h"
+#include "common/Platform.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_configuration* config) {
-    InitPackageName(const_cast<camera3_stream_configuration*>(config));
-    return 0;
+namespace {
+
+constexpr uint32_t kTagPackageName = 34;
+constexpr uint32_t kTagActivityName = 105;
+constexpr uint32_t kTagAICompositionEnable = 165;
+constexpr uint32_t kTagCameraMode = 160;
+constexpr uint32_t kTagSnapshotRawFormat = 161;
+constexpr uint32_t kTagWarmStartLux = 85;
+constexpr uint32_t kTagMipiSelectMode = 169;
+constexpr uint32_t kTagCameraFromMainMenu = 109;
+constexpr uint32_t kTagIsGenericCam = 72;
+
+// The client names are compared in buffers of this size (79 characters).
+constexpr size_t kSessionNameSize = 80;
+// The snapshot raw format text is copied up to this many bytes.
+constexpr size_t kRawFormatTextSize = 128;
+
+constexpr uint32_t kOperationModeMask = 0xF0FF;
+constexpr uint32_t kOpModeTeleConverter = 0x80B4;
+constexpr uint32_t kOpModeProVideo = 0x80BE;
+constexpr uint32_t kOpModeProVideoAlt = 0x8009;
+
+constexpr uint32_t kVideoUsageBits = 0x10080;  // video encoder or a video-like consumer
+constexpr int32_t kDataspaceHeif = 4100;
+constexpr int kFormatRaw12 = 38;
+
+constexpr const char* kOverrideGroup = "ThirdAppOperationModeOverride";
+constexpr const char* kAePrecaptureGroup = "DisableAePrecapture";
+constexpr const char* kMlftGroup = "VideoMLFTNode";
+constexpr const char* kFrameInsertGroup = "VideoFrameInsertSupport";
+
+const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uint32_t i) {
+    return config->streams != nullptr ? config->streams[i] : nullptr;
 }
+
+bool IsVideoStream(const camera3_stream_t* stream) {
+    return stream != nullptr && (stream->usage & kVideoUsageBits) != 0 &&
+           static_cast<int32_t>(stream->data_space) != kDataspaceHeif;
+}
+
+bool HasRaw12Stream(const camera3_stream_configuration* config) {
+    for (uint32_t i = 0; i < config->num_streams; ++i) {
+        const camera3_stream_t* stream = StreamAt(config, i);
+        if (stream != nullptr && stream->format == kFormatRaw12) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A session parameter of the expected element type with at least `minCount`
+// elements. An entry of another type or a shorter one counts as absent, so no
+// read goes past an entry's data.
+bool FindEntry(const camera_metadata_t* meta, uint32_t tag, uint8_t type, size_t minCount,
+               camera_metadata_ro_entry_t* entry) {
+    return find_camera_metadata_ro_entry(meta, tag, entry) == 0 && entry->type == type &&
+           entry->count >= minCount && (entry->count == 0 || entry->data.u8 != nullptr);
+}
+
+// Copies the bytes of a text entry into `out` (`size` bytes, zeroed here) and
+// keeps the last byte for the terminator.
+void CopyEntryText(const camera_metadata_ro_entry_t& entry, char* out, size_t size) {
+    memset(out, 0, size);
+    const size_t count = entry.count < size - 1 ? entry.count : size - 1;
+    if (count > 0) {
+        memcpy(out, entry.data.u8, count);
+    }
+}
+
+bool IsProVideoMode(const char* cameraMode) {
+    return strcmp(cameraMode, "pro_video_mode") == 0 ||
+           strcmp(cameraMode, "pro_video_log_mode") == 0;
+}
+
+// Reads a hexadecimal operation mode ("8001" or "0x8001").
+bool ParseHexMode(const char* text, uint32_t* mode) {
+    unsigned int value = 0;
+    if (text == nullptr || sscanf(text, "%x", &value) != 1) {
+        return false;
+    }
+    *mode = value;
+    return true;
+}
+
+// The 3D LUT switch of the pro video modes: the configuration first, the
+// property over it when set.
+bool Is3DLutEnabled() {
+    bool enabled = false;
+    bool configured = false;
+    if (GetBooleanConfiguration("OemCommonCapbility", "Enable3DLut", &configured) == kConfigOk) {
+        enabled = configured;
+        UI_LOGI("Enable3DLut %d", enabled);
+    }
+    const int32_t forced = property_get_int32("persist.vendor.camera.3dlut.enable", -1);
+    if (forced != -1) {
+        enabled = forced != 0;
+    }
+    return enabled;
+}
+
+// The MLFT node is excluded unless its group is absent or lists the mode; a
+// list that cannot be read (or is empty) excludes it too.
+bool IsMlftNodeExcluded(uint32_t operationMode) {
+    if (GetKeyCount(kMlftGroup) == 0) {
+        return false;
+    }
+    return !UIntListContains(kMlftGroup, "opertionMode", operationMode);
+}
+
+void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
+                                   const camera_metadata_t* meta) {
+    char package[kSessionNameSize] = {};
+    char activity[kSessionNameSize] = {};
+    CopySessionMetadataString(meta, VendorTagId(kTagPackageName), package);
+    CopySessionMetadataString(meta, VendorTagId(kTagActivityName), activity);
+
+    // Rows are package, activity, from-mode, to-mode; a first row of any other
+    // length switches the whole group off. "-1" stands for any package or
+    // activity. The first matching row wins.
+    const uint32_t rows = GetKeyCount(kOverrideGroup);
+    if (rows == 0 || GetValuesCount(kOverrideGroup, "scene[0]") != 4) {
+        return;
+    }
+    for (uint32_t i = 0; i < rows; ++i) {
+        char index[16];
+        snprintf(index, sizeof(index), "%u", i);
+        char* values[4] = {};
+        if (GetLocaleStringListConfiguration(kOverrideGroup, "scene", index, values, 4) !=
+                kConfigOk ||
+            values[0] == nullptr || values[1] == nullptr) {
+            continue;
+        }
+        uint32_t fromMode = 0;
+        uint32_t toMode = 0;
+        if (!ParseHexMode(values[2], &fromMode) || !ParseHexMode(values[3], &toMode)) {
+            continue;
+        }
+        const bool packageMatches = strcmp(values[0], "-1") == 0 || strcmp(values[0], package) == 0;
+        const bool activityMatches =
+            strcmp(values[1], "-1") == 0 || strcmp(values[1], activity) == 0;
+        if (packageMatches && activityMatches && fromMode == config->operation_mode) {
+            UI_LOGI(
+                "Override third app operation mode in staticcaps: packageName %s, activityName "
+                "%s, 0x%x -> 0x%x",
+                values[0], values[1], fromMode, toMode);
+            config->operation_mode = toMode;
+            return;
+        }
+    }
+}
+
+bool IsAePrecaptureDisabled(const char* package, const char* activity) {
+    if (package == nullptr || activity == nullptr || package[0] == '\0' || activity[0] == '\0' ||
+        HasGroupConfiguration(kAePrecaptureGroup) <= 0) {
+        return false;
+    }
+    // Exact package and activity: this list has no wildcard.
+    const uint32_t rows = GetKeyCount(kAePrecaptureGroup);
+    for (uint32_t i = 0; i < rows; ++i) {
+        char key[32];
+        char index[16];
+        snprintf(key, sizeof(key), "scene[%u]", i);
+        snprintf(index, sizeof(index), "%u", i);
+        const uint32_t count = GetValuesCount(kAePrecaptureGroup, key);
+        if (count < 2) {
+            continue;
+        }
+        std::vector<char*> values(count, nullptr);
+        if (GetLocaleStringListConfiguration(kAePrecaptureGroup, "scene", index, values.data(),
+                                             count) != kConfigOk ||
+            values[0] == nullptr || values[1] == nullptr || values[0][0] == '\0' ||
+            values[1][0] == '\0') {
+            continue;
+        }
+        if (strcmp(values[0], package) == 0 && strcmp(values[1], activity) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void WriteGenericCamFlag(camera_metadata_t* meta, bool isGeneric) {
+    // The debug property decides only when it is set at all.
+    char value[PROPERTY_VALUE_MAX] = {};
+    if (property_get("vendor.debug.camera.policy.genericCam", value, "") > 0) {
+        isGeneric = property_get_bool("vendor.debug.camera.policy.genericCam", isGeneric);
+    }
+    if (meta == nullptr) {
+        // Nowhere to write it: the configuration came without session parameters.
+        return;
+    }
+    const uint32_t tag = VendorTagId(kTagIsGenericCam);
+    const uint8_t flag = isGeneric ? 1 : 0;
+    camera_metadata_entry_t entry = {};
+    int status = 0;
+    if (find_camera_metadata_entry(meta, tag, &entry) != 0) {
+        UI_LOGE("Can't find vendor tag IsGenericCam");
+        status = add_camera_metadata_entry(meta, tag, &flag, 1);
+    } else {
+        status = update_camera_metadata_entry(meta, entry.index, &flag, 1, nullptr);
+    }
+    if (status != 0) {
+        UI_LOGE("tagId: %u, error status: %d", tag, status);
+    }
+}
+
+bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const char* cameraMode) {
+    if (IsProVideoMode(cameraMode)) {
+        return false;
+    }
+    const uint32_t rows = GetKeyCount(kFrameInsertGroup);
+    const uint32_t rowLength = GetValuesCount(kFrameInsertGroup, "Mode[0]");
+    if (rows == 0 || rowLength < 2) {
+        return false;
+    }
+    // Rows are operation mode (unmasked) and video width; the rest is not read here.
+    std::vector<uint32_t> row(rowLength);
+    for (uint32_t s = 0; s < config->num_streams; ++s) {
+        const camera3_stream_t* stream = StreamAt(config, s);
+        if (!IsVideoStream(stream)) {
+            continue;
+        }
+        for (uint32_t i = 0; i < rows; ++i) {
+            char index[16];
+            snprintf(index, sizeof(index), "%u", i);
+            // A row shorter than two values is malformed and matches nothing.
+            if (GetLocaleKeyValuesCount(kFrameInsertGroup, "Mode", index) < 2) {
+                continue;
+            }
+            if (GetLocaleUIntegerListConfiguration(kFrameInsertGroup, "Mode", index, row.data(),
+                                                   rowLength) == kConfigOk &&
+                row[0] == config->operation_mode && row[1] == stream->width) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void CopySessionMetadataString(const camera_metadata_t* meta, uint32_t tag, char* out) {
+    if (meta == nullptr || out == nullptr) {
+        return;
+    }
+    camera_metadata_ro_entry_t entry = {};
+    if (!FindEntry(meta, tag, TYPE_BYTE, 0, &entry)) {
+        return;
+    }
+    const size_t count = entry.count < kSessionNameSize - 1 ? entry.count : kSessionNameSize - 1;
+    if (count > 0) {
+        memcpy(out, entry.data.u8, count);
+    }
+}
+
+uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_configuration* config) {
+    uint32_t result = 0;
+    m_cameraIsFromMainMenu = 0;
+
+    camera_metadata_t* meta = config != nullptr ? config->session_parameters : nullptr;
+    if (meta == nullptr) {
+        UI_LOGE("Invalid Args");
+        result = 4;
+    } else {
+        // The HAL's configuration object is mutable (IuiLayer takes it
+        // non-const): a listed third-app client gets its operation mode
+        // rewritten in place, and every later step and module sees the new one.
+        auto* mutableConfig = const_cast<camera3_stream_configuration*>(config);
+        OverrideThirdAppOperationMode(mutableConfig, meta);
+        ParseSessionMetadata(config, meta);
+    }
+
+    // Operation-mode lists compare the unmasked mode of the configuration.
+    if (config != nullptr) {
+        const uint32_t rawMode = config->operation_mode;
+        if (UIntListContains("OemCamSupportType", "EnableSkipRawStream", rawMode)) {
+            UI_LOGI("operation mode: 0x%x  enableSkipRawStream %d", rawMode, 1);
+            if (m_cameraIsFromMainMenu != 0) {
+                m_supportCaps.set(CapsSkipRawStream);
+            }
+        }
+        if (UIntListContains("OemCamSupportType", "EnableReturnPrivateChiPhyMetaEarly", rawMode)) {
+            m_supportCaps.set(CapsReturnPrivateChiPhyMetaEarly);
+        }
+    }
+
+    const bool mlftExcluded = IsMlftNodeExcluded(m_operationMode);
+    if (!mlftExcluded && strcmp(m_cameraMode, "pro_video_log_mode") != 0 &&
+        m_numPhysicalCameras != 1) {
+        m_supportCaps.set(CapsVideoMLFT);
+    }
+
+    switch (m_maxFps) {
+        case 60:
+            m_supportCaps.set(CapsFps60);
+            break;
+        case 120:
+            m_supportCaps.set(CapsFps120);
+            break;
+        case 240:
+            m_supportCaps.set(CapsFps240);
+            break;
+        case 480:
+            m_supportCaps.set(CapsFps480);
+            break;
+        default:
+            break;
+    }
+
+    m_supportCaps.reset(CapsOpMode80BE8009);
+    if (m_operationMode == kOpModeProVideo || m_operationMode == kOpModeProVideoAlt) {
+        m_supportCaps.set(CapsOpMode80BE8009);
+        m_supportCaps.set(CapsProVideoFamily);
+    }
+
+    // The client policy rewrites the stream flags of its streams.
+    InitPackageName(const_cast<camera3_stream_configuration*>(config));
+
+    m_disableAePrecapture =
+        IsAePrecaptureDisabled(m_clientPackageName, m_clientActivityName) ? 1 : 0;
+
+    bool hasVideoStream = false;
+    if (config != nullptr) {
+        for (uint32_t i = 0; i < config->num_streams; ++i) {
+            if (IsVideoStream(StreamAt(config, i))) {
+                UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
+                hasVideoStream = true;
+                break;
+            }
+        }
+    }
+    m_supportCaps.reset(CapsMultiSpectral);
+    if (m_isSystemCamera != 0) {
+        if (!hasVideoStream) {
+            m_supportCaps.set(CapsMultiSpectral);
+        }
+        m_supportCaps.set(CapsSystemCamera);
+    }
+
+    if (IsProVideoMode(m_cameraMode) || strcmp(m_cameraMode, "video_mode") == 0 ||
+        strcmp(m_cameraMode, "telephoto_video_mode") == 0) {
+        m_supportCaps.set(CapsVideoCameraMode);
+    }
+
+    bool lockMaster = false;
+    if (GetBooleanConfiguration("OemCamSettings", "SupportSnaphotLockMaster", &lockMaster) ==
+            kConfigOk &&
+        lockMaster) {
+        m_supportCaps.set(CapsSnapshotLockMaster);
+        UI_LOGI("SupportSnaphotLockMaster is enabled");
+    }
+
+    if (strcmp(m_cameraMode, "pro_video_log_mode") == 0) {
+        m_supportCaps.set(CapsCameraModeProVideoLog);
+    } else if (strcmp(m_cameraMode, "pro_video_mode") == 0) {
+        m_supportCaps.set(CapsCameraModeProVideo);
+    }
+
+    if (m_isSystemCamera == 1 && m_isCameraUint == 0) {
+        m_supportCaps.set(CapsSystemCameraApp);
+    }
+
+    WriteGenericCamFlag(meta,
+                        (m_isSystemCamera == 0 && m_isEngineerCamera == 0) || m_isCameraUint != 0);
+
+    if (mlftExcluded) {
+        m_supportCaps.set(CapsMLFTNodeExcluded);
+    } else {
+        m_supportCaps.reset(CapsMLFTNodeExcluded);
+    }
+
+    if (m_isEngineerCamera != 0) {
+        bool alwaysOn = false;
+        const int status =
+            GetBooleanConfiguration("EngineercameraConfig", "isNeedTwoCameraAlwaysOn", &alwaysOn);
+        result = static_cast<uint32_t>(status);
+        if (status == kConfigOk && alwaysOn) {
+            m_supportCaps.set(CapsTwoCameraAlwaysOn);
+            UI_LOGI("engineer camera always on");
+        }
+    }
+
+    if (hasVideoStream) {
+        m_supportCaps.set(CapsVideoStream);
+    }
+
+    const bool frameInsert = config != nullptr && MatchVideoFrameInsert(config, m_cameraMode);
+    if (frameInsert) {
+        m_supportCaps.set(CapsVideoFrameInsert);
+    }
+    UI_LOGI("VideoFrameInsertSupport %d", frameInsert ? 1 : 0);
+    return result;
+}
+
+void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_configuration* config,
+                                                     const camera_metadata_t* meta) {
+    camera_metadata_ro_entry_t entry = {};
+
+    m_operationMode = config->operation_mode & kOperationModeMask;
+    if (m_operationMode == kOpModeTeleConverter) {
+        m_supportCaps.set(CapsEquivalentFocallengthOverride);
+        m_supportCaps.set(CapsViewFinderUseAsdFullFovPath);
+        UI_LOGI(
+            "StreamConfigCapModeTeleConverter mode: EnableEquivalentFocallengthOverride enabled");
+        UI_LOGI("EnableViewFinderUseAsdFullFovPath for StreamConfigCapModeTeleConverter");
+    } else {
+        m_supportCaps.reset(CapsEquivalentFocallengthOverride);
+        m_supportCaps.reset(CapsViewFinderUseAsdFullFovPath);
+    }
+
+    if (FindEntry(meta, VendorTagId(kTagAICompositionEnable), TYPE_BYTE, 1, &entry)) {
+        m_isAICompositionEnable = entry.data.u8[0] == 1 ? 1 : 0;
+        UI_LOGI("isAICompositionEnable: %d", m_isAICompositionEnable);
+    }
+
+    if (FindEntry(meta, ANDROID_CONTROL_AE_TARGET_FPS_RANGE, TYPE_INT32, 2, &entry)) {
+        m_minFps = entry.data.i32[0];
+        m_maxFps = entry.data.i32[1];
+        UI_LOGI("fps: %d %d", m_minFps, m_maxFps);
+    }
+
+    if (FindEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
+        const bool lut3d = Is3DLutEnabled();
+        // At most 127 bytes of the text, so the mode always stays terminated.
+        CopyEntryText(entry, m_cameraMode, sizeof(m_cameraMode));
+        UI_LOGI("cameraMode %s", m_cameraMode);
+        ApplyCameraMode(lut3d);
+    }
+
+    // RAW12 is the snapshot raw format unless the client names another one.
+    if (HasRaw12Stream(config)) {
+        if (!FindEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
+            m_supportCaps.set(CapsSnapshotRaw12);
+            UI_LOGI("set RAW12 SnapshotRawFormat");
+        } else {
+            char format[kRawFormatTextSize + 1];
+            CopyEntryText(entry, format, sizeof(format));
+            UI_LOGI("SnapshotRawFormat %s, %s", format, format);
+            if (strstr(format, "RAW12") != nullptr) {
+                m_supportCaps.set(CapsSnapshotRaw12);
+            }
+        }
+    }
+
+    if ((m_operationMode == 0x8001 || m_operationMode == 0x8009 || m_operationMode == 0x8019) &&
+        m_numPhysicalCameras >= 2) {
+        m_supportCaps.set(CapsSatFusion);
+        UI_LOGI("Sat fusion is supported!");
+    }
+
+    if (FindEntry(meta, VendorTagId(kTagWarmStartLux), TYPE_FLOAT, 1, &entry)) {
+        m_warmStartLux = entry.data.f[0];
+    }
+    UI_LOGI("warmStartLux: %f", static_cast<double>(m_warmStartLux));
+    if (FindEntry(meta, VendorTagId(kTagMipiSelectMode), TYPE_BYTE, 1, &entry)) {
+        m_mipiSelectMode = entry.data.u8[0];
+        UI_LOGI("engineercamera mipiSelectMode: %d", static_cast<int8_t>(m_mipiSelectMode));
+    }
+    if (FindEntry(meta, VendorTagId(kTagCameraFromMainMenu), TYPE_BYTE, 1, &entry)) {
+        m_cameraIsFromMainMenu = entry.data.u8[0];
+    }
+}
+
+void StaticSupportCapabilities::ApplyCameraMode(bool lut3d) {
+    const bool proVideo = strcmp(m_cameraMode, "pro_video_mode") == 0;
+    const bool proVideoLog = strcmp(m_cameraMode, "pro_video_log_mode") == 0;
+    if (proVideo || proVideoLog) {
+        m_supportCaps.set(CapsProVideo);
+        if (proVideoLog) {
+            m_supportCaps.set(CapsProVideoLog);
+        }
+        m_supportCaps.set(CapsProVideoFamily);
+        if (lut3d) {
+            m_supportCaps.set(Caps3DLut);
+        }
+        if (m_maxFps == 120) {
+            m_supportCaps.set(CapsVideo120Fps);
+        }
+        // The stabilisation mode is the one the previous configuration chose:
+        // it is only decided later in this one.
+        if (m_videoStabilizationMode == 0) {
+            m_supportCaps.reset(CapsVideoEIS);
+        }
+    } else if (strcmp(m_cameraMode, "super_text_mode") == 0 ||
+               strcmp(m_cameraMode, "super_text_mode_v2") == 0) {
+        m_supportCaps.set(CapsSuperText);
+    } else if (strcmp(m_cameraMode, "video_mode") == 0) {
+        if (m_maxFps == 120) {
+            m_supportCaps.set(CapsVideoEIS);
+            m_supportCaps.set(CapsVideo120Fps);
+        }
+    } else if (strcmp(m_cameraMode, "fine_food_mode") == 0) {
+        m_supportCaps.set(CapsFineFood);
+    } else if (strcmp(m_cameraMode, "gr_mode") == 0) {
+        m_supportCaps.set(CapsGrMode);
+    }
+}
+
 }  // namespace Lumora

@@ -129,6 +129,11 @@ private:
 
     // ---- Session parameters ----
     uint32_t ParseSessionParams(const camera3_stream_configuration* config);
+    // The values that come from the session metadata itself, in their order.
+    void ParseSessionMetadata(const camera3_stream_configuration* config,
+                              const camera_metadata_t* meta);
+    // Caps of the client's camera mode (m_cameraMode).
+    void ApplyCameraMode(bool lut3d);
 
     // ---- Client package policy ----
     uint32_t InitPackageName(camera3_stream_configuration* config);
@@ -257,6 +262,12 @@ private:
 // Stream predicates shared by the session and request sides.
 bool IsShortRawStream(const camera3_stream* stream);
 bool IsMiddleRawStream(const camera3_stream* stream);
+
+// ---- Session parameters ----
+// Copies the text of a session parameter entry into `out`, a zeroed buffer of
+// 80 bytes: at most 79 bytes, so the copy stays terminated. `out` is left
+// untouched when the entry is absent or not a byte entry.
+void CopySessionMetadataString(const camera_metadata_t* meta, uint32_t tag, char* out);
 
 }  // namespace Lumora
 
