@@ -59,16 +59,17 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
     if (valueCount != kWarmDolRowValues || rows == 0) {
         UI_LOGE("Check CameraHWConfiguration.config");
     }
-    // A row needs all ten values; with shorter rows the configuration is broken
-    // (already reported above) and no row is used. Longer rows are read whole
-    // and their extra values ignored.
+    // A row needs all ten values: with a shorter first row the configuration is
+    // broken (already reported above) and no row is used, and any shorter row
+    // is skipped. Longer rows are read whole and their extra values ignored.
     if (valueCount >= kWarmDolRowValues) {
         std::vector<uint32_t> values;
         for (uint32_t row = 0; row < rows; ++row) {
             char index[16];
             snprintf(index, sizeof(index), "%u", row);
             values.assign(valueCount, 0);
-            if (GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index, values.data(),
+            if (GetLocaleKeyValuesCount(kWarmDolGroup, "Mode", index) < kWarmDolRowValues ||
+                GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index, values.data(),
                                                    valueCount) != 0 ||
                 values[0] != m_operationMode) {
                 continue;
