@@ -3,7 +3,6 @@
 // exposure plan), the QBC switch by zoom ratio and the bits of the streams the
 // request carries buffers for.
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <string>
 
@@ -26,7 +25,6 @@ constexpr int32_t kModeByWarmStart = -1;
 constexpr uint32_t kOpModeDolVideo = 0x8031;
 constexpr uint32_t kOpModeMarkerA = 0x8009;
 constexpr uint32_t kOpModeMarkerB = 0x80BE;
-constexpr size_t kLoggedModes = 5;
 
 // The set of up to three bits, usable in constant tables.
 constexpr size_t kNoBit = 1024;
@@ -331,7 +329,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
                     frame, static_cast<int>(cam),
                     static_cast<unsigned long>(caps != nullptr ? caps->to_ullong(0) : 0),
                     modes.Logged(0), modes.Logged(1), modes.Logged(2), modes.Logged(3),
-                    modes.Logged(kLoggedModes - 1));
+                    modes.Logged(4));
             }
         }
     }
