@@ -19,7 +19,7 @@ const std::map<int32_t, _CapsBitset> kModeTable = {
     {10, BitsOf({30})},    {11, BitsOf({19, 20, 81})}, {12, BitsOf({23})}};
 
 TEST_F(RequestCapsUpdateTest, ModeValuesOfASingleCameraGoToBothSets) {
-    Build(TestDevice::SingleCamera("s5k"));
+    Build(TestDevice::SingleCamera("wide"));
     m_peer->SetCameraCaps(0, CapsSHDR);
     for (int32_t mode = -3; mode <= 14; ++mode) {
         Request request(100 + mode);
@@ -67,7 +67,7 @@ TEST_F(RequestCapsUpdateTest, WarmStartRuleDecidesWhenNoModeWasChosen) {
         {1, 7, 0, false, false, 0x8001, _CapsBitset()},
         {1, 3, 0, true, true, 0x8031, _CapsBitset()},
     };
-    Build(TestDevice::SingleCamera("s5k"));
+    Build(TestDevice::SingleCamera("wide"));
     m_peer->SetCameraCaps(0, CapsSHDR);
     uint32_t frame = 0;
     for (const Case& c : cases) {
@@ -143,7 +143,7 @@ TEST_F(RequestCapsUpdateTest, QbcThresholdsPerCamera) {
 }
 
 TEST_F(RequestCapsUpdateTest, QbcOfASingleCameraTriesThePositionAfterTheOtherCamerasFirst) {
-    Build(TestDevice::SingleCamera("s5k"), 1);  // two cameras: position 0 + 2 - 1
+    Build(TestDevice::SingleCamera("wide"), 1);  // two cameras: position 0 + 2 - 1
     const struct {
         std::vector<float> thresholds;
         bool enabled;
@@ -158,9 +158,9 @@ TEST_F(RequestCapsUpdateTest, QbcOfASingleCameraTriesThePositionAfterTheOtherCam
 }
 
 TEST_F(RequestCapsUpdateTest, StreamBitsGoToTheCameraNamedByFrameworkId) {
-    CameraSpec spec;
-    spec.physicalCameras = {{0, 5, 0, true}, {0, 2, 1, false}, {0, 7, 2, false}};
-    Build(spec);
+    CameraSpec camera;
+    camera.physicalCameras = {{0, 5, 0, true}, {0, 2, 1, false}, {0, 7, 2, false}};
+    Build(camera);
     StreamConfig config;
     camera3_stream_t* preview = config.Add(PreviewStream());
     camera3_stream_t* raw = config.Add(RawStream(0x20, 4000, 3000, "2"));
@@ -198,9 +198,9 @@ TEST_F(RequestCapsUpdateTest, StreamBitsGoToTheCameraNamedByFrameworkId) {
 }
 
 TEST_F(RequestCapsUpdateTest, ShortListsAndIdsWithoutSlotsAreHarmless) {
-    CameraSpec spec;
-    spec.physicalCameras = {{0, 0, 0, true}, {0, 9, 9, false}, {0, 20, 20, false}};
-    Build(spec);
+    CameraSpec camera;
+    camera.physicalCameras = {{0, 0, 0, true}, {0, 9, 9, false}, {0, 20, 20, false}};
+    Build(camera);
     m_peer->SetSessionCaps(CapsVideoStream);
     m_peer->SetFromMainMenu(1);
     m_peer->SetZoomThresholds({1.0f});

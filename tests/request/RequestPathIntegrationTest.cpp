@@ -24,7 +24,7 @@ protected:
         ASSERT_NE(nullptr, mkdtemp(root));
         m_root = root;
         fs::create_directories(m_root / "data/vendor/camera");
-        m_device.AddCamera(TestDevice::SingleCamera("s5k"));
+        m_device.AddCamera(TestDevice::SingleCamera("wide"));
         m_device.Init();  // loads the sibling layer from the default root
         setenv("UILAYER_DEVICE_ROOT", root, 1);
         m_parser = IuiLayer::Get(0);

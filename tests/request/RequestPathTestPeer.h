@@ -72,16 +72,17 @@ inline Lumora::_CapsBitset BitsOf(std::initializer_list<size_t> bits) {
 // last result to drive the request path directly.
 class SessionFixture : public UiLayerTest {
 protected:
-    // Camera 0 is `spec`; `extraCameras` more cameras without a record only
+    // Camera 0 is `camera`; `extraCameras` more cameras without a record only
     // raise the device's camera count.
-    void Build(const CameraSpec& spec, size_t extraCameras = 0) {
-        m_device.AddCamera(spec);
+    void Build(const CameraSpec& camera, size_t extraCameras = 0) {
+        m_device.AddCamera(camera);
         for (size_t i = 0; i < extraCameras; ++i) {
             m_device.AddCameraWithoutRecord();
         }
         m_device.Init();
         m_session = std::make_unique<Lumora::StaticSupportCapabilities>(
-            spec.frameworkId, static_cast<unsigned int>(m_device.CameraCount()), m_device.Table());
+            camera.frameworkId, static_cast<unsigned int>(m_device.CameraCount()),
+            m_device.Table());
         m_peer = std::make_unique<Lumora::RequestPathTestPeer>(*m_session);
         CameraLog();
     }

@@ -14,7 +14,7 @@ class RequestRingTest : public UiLayerTest {
 protected:
     void SetUp() override {
         UiLayerTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("s5k"));
+        m_device.AddCamera(TestDevice::SingleCamera("wide"));
         m_device.Init();
         m_parser = IuiLayer::Get(0);
     }

@@ -33,7 +33,7 @@ protected:
 };
 
 TEST_F(TuningPolicyTest, TablesKeepTheEntriesOfTheSessionModeUpTo64) {
-    Build(TestDevice::SingleCamera("s5k"));
+    Build(TestDevice::SingleCamera("wide"));
     std::string config =
         "[OEMFeature2ModeMatch]\nMode[0] = 1, -1, 2, 3, 4, -1, -1\n"
         "Mode[1] = 2, 0x8002, 2, 3, 4, -1, -1\nMode[2] = 3, 0x8001, 9\n";
@@ -58,7 +58,7 @@ TEST_F(TuningPolicyTest, TablesKeepTheEntriesOfTheSessionModeUpTo64) {
 }
 
 TEST_F(TuningPolicyTest, TuningModeQueryMatchesTheRequestValues) {
-    Build(TestDevice::SingleCamera("s5k"));
+    Build(TestDevice::SingleCamera("wide"));
     Configure(0x8001,
               "[OEMFeature1ModeMatch]\n"
               "Mode[0] = 10, 0x8001, 1, -1, 0, 1, -1, -1\n"  // face beauty on
@@ -87,7 +87,7 @@ TEST_F(TuningPolicyTest, TuningModeQueryMatchesTheRequestValues) {
 }
 
 TEST_F(TuningPolicyTest, StarModeOverrideOnlyInItsMode) {
-    Build(TestDevice::SingleCamera("s5k"));
+    Build(TestDevice::SingleCamera("wide"));
     const std::string config = "[StarMode]\nneedOverrideAE = true\nAEMode = 2\nsensitiviy = 800\n";
     Configure(0x8001, config);
     EXPECT_FALSE(m_session->IsSessionSupportCaps(CapsStarModeOverrideAE, TypeLogicalCamera));
