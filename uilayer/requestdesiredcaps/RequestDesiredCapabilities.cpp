@@ -1,8 +1,27 @@
+// The request record: construction, destruction and the per-frame queries.
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
+
+#include <algorithm>
+
+#include "common/Log.h"
+#include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
+namespace {
+
+// Answer of a query about a camera without a caps slot.
+constexpr _CapsBitset kNoCaps;
+
+// A match field of a tuning policy entry: -1 matches any request value.
+inline bool FieldMatches(int32_t field, int32_t value) {
+    return field == -1 || field == value;
+}
+
+}  // namespace
+
+// The scalars are set once here and never reset afterwards: a reused slot keeps
+// the values of the last request that carried their tags.
 RequestDesiredCapabilities::RequestDesiredCapabilities()
     : m_frameNumber(kUnusedFrameNumber),
       m_apsFeatureType(0),
@@ -13,33 +32,99 @@ RequestDesiredCapabilities::RequestDesiredCapabilities()
       m_isFromExtension(0),
       m_aecLuxIndex(0.0f),
       m_aecFaceNum(0),
-      m_pStaticCaps(nullptr) {}
-
-RequestDesiredCapabilities::~RequestDesiredCapabilities() {}
-
-int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_request* request,
-                                                         const StaticSupportCapabilities*,
-                                                         ResultAppliedCapabilities) {
-    m_frameNumber = request->frame_number;
-    return 4;
+      m_pStaticCaps(nullptr) {
+    m_primaryCaps.Reset();
+    for (_CapsBitset& caps : m_cameraCaps) {
+        caps.Reset();
+    }
 }
 
-void RequestDesiredCapabilities::ParseOriginalRequestSetting(const camera3_capture_request*) {}
-
-bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps, QueryCapsType) const {
-    return false;
+RequestDesiredCapabilities::~RequestDesiredCapabilities() {
+    for (std::vector<_UIStreamInfo>& list : m_streamList) {
+        list.clear();
+        list.shrink_to_fit();
+    }
 }
 
-_CapsBitset RequestDesiredCapabilities::GetRequestSupportCaps(QueryCapsType) const {
-    return _CapsBitset();
+bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
+                                                      QueryCapsType type) const {
+    // A camera id without a slot supports nothing; a capability number of 100 or
+    // more still throws, as for any other camera.
+    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
+    const _CapsBitset& set = type == TypeLogicalCamera    ? m_primaryCaps
+                             : index < kRequestCameraCaps ? m_cameraCaps[index]
+                                                          : kNoCaps;
+    const bool supported = set.test(caps);
+    UI_LOGI("frame number %d bSupport %d query supportCaps %d cameraType %d",
+            static_cast<int>(m_frameNumber), supported, static_cast<int>(caps),
+            static_cast<int>(type));
+    return supported;
 }
 
-std::vector<_UIStreamInfo>* RequestDesiredCapabilities::GetStreamByStreamType(StreamType) {
-    m_noStreams.clear();
-    return &m_noStreams;
+_CapsBitset RequestDesiredCapabilities::GetRequestSupportCaps(QueryCapsType type) const {
+    if (type == TypeLogicalCamera) {
+        return m_primaryCaps;
+    }
+    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
+    return index < kRequestCameraCaps ? m_cameraCaps[index] : kNoCaps;
 }
 
-int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType) const {
+std::vector<_UIStreamInfo>* RequestDesiredCapabilities::GetStreamByStreamType(StreamType type) {
+    if (type < 0 || type >= EStreamTypeMax) {
+        // Nothing is ever added to this list; clearing it undoes what a caller
+        // may have put there and allocates nothing.
+        m_noStreams.clear();
+        return &m_noStreams;
+    }
+    return &m_streamList[type];
+}
+
+int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType type) const {
+    if (type == TypeFeature2Snapshot) {
+        const uint32_t count = m_pStaticCaps != nullptr
+                                   ? std::min<uint32_t>(m_pStaticCaps->m_feature2TuningPolicyNum,
+                                                        kMaxTuningPolicyEntries)
+                                   : 0;
+        int32_t result = -1;
+        // Every entry is checked: the last matching one wins, later rows refine
+        // earlier ones.
+        for (uint32_t i = 0; i < count; ++i) {
+            const int32_t* field = m_pStaticCaps->m_feature2TuningPolicy[i].value;
+            if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
+                FieldMatches(field[2], m_apsFeatureType) && FieldMatches(field[3], m_bracketMode) &&
+                FieldMatches(field[4], m_asdSceneValue) && field[5] == -1 && field[6] == -1) {
+                result = field[0];
+                UI_LOGI("Query TuningMode TypeFeature2Snapshot %d", result);
+            }
+        }
+        return result;
+    }
+    if (type == TypeFeature1Snapshot) {
+        const uint32_t count = m_pStaticCaps != nullptr
+                                   ? std::min<uint32_t>(m_pStaticCaps->m_feature1TuningPolicyNum,
+                                                        kMaxTuningPolicyEntries)
+                                   : 0;
+        if (count == 0) {
+            return -1;
+        }
+        const LumoraCameraInfo* info = m_pStaticCaps->m_pCameraInfoMap;
+        const int32_t cameraFlag = info != nullptr ? static_cast<uint8_t>(info->supportFlag) : 0;
+        const int32_t hasFaceBeauty = m_faceBeautyLevel > 0 ? 1 : 0;
+        const int32_t isBracket12 = m_bracketMode == 12 ? 1 : 0;
+        int32_t result = -1;
+        for (uint32_t i = 0; i < count; ++i) {
+            const int32_t* field = m_pStaticCaps->m_feature1TuningPolicy[i].value;
+            if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
+                FieldMatches(field[2], m_apsFeatureType) && FieldMatches(field[3], m_bracketMode) &&
+                FieldMatches(field[4], cameraFlag) && FieldMatches(field[5], hasFaceBeauty) &&
+                FieldMatches(field[6], isBracket12) && FieldMatches(field[7], m_isFromExtension)) {
+                result = field[0];
+                UI_LOGI("Query TuningMode TypeFeature1Snapshot %d", result);
+            }
+        }
+        return result;
+    }
+    UI_LOGE("Unsupport Query Tuning Type %d", static_cast<int>(type));
     return -1;
 }
 

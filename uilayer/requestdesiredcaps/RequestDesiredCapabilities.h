@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
-#include "resultappliedcaps/ResultAppliedCapabilities.h"
+#include "../resultappliedcaps/ResultAppliedCapabilities.h"
 
 namespace Lumora {
 
@@ -42,6 +42,19 @@ public:
     uint32_t GetFrameNumber() const { return m_frameNumber; }
 
 private:
+    // The caps of physical camera `cam`, or null for an id without a slot (8 or more).
+    _CapsBitset* CameraCaps(uint32_t cam) {
+        return cam < kRequestCameraCaps ? &m_cameraCaps[cam] : nullptr;
+    }
+    // Sensor mode bits of the warm start record of `cam` (only with warm start exactly 1).
+    void ApplyWarmStartRule(const StaticSupportCapabilities& session, uint32_t cam);
+    // Bits of the exposure count that the last result planned for `cam`.
+    void ApplyAecFeedback(const StaticSupportCapabilities& session, const AecInfo& aec,
+                          uint32_t cam);
+    // Copies the session's streams that carry a buffer in `request` and sets their bits.
+    void CollectRequestStreams(const camera3_capture_request* request,
+                               const StaticSupportCapabilities& session);
+
     // Members in this order; m_frameNumber comes first.
     uint32_t m_frameNumber;
     _CapsBitset m_primaryCaps;

@@ -156,6 +156,8 @@ private:
 
     // ---- AEC warm start ----
     uint32_t ConfigWarmStart();
+    // Host tests of the request path set the session inputs it reads directly.
+    friend class RequestPathTestPeer;
 
     // ---- Tuning policy and AE information ----
     void ConfigAIAF();

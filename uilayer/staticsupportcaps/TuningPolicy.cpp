@@ -1,9 +1,135 @@
+// AI autofocus touch-to-track, the snapshot tuning policy tables and the
+// star-mode exposure override of a session.
+#include <CameraHWConfiguration.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "common/CapsConstants.h"
+#include "common/Log.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-void StaticSupportCapabilities::ConfigAIAF() {}
-void StaticSupportCapabilities::ConfigStaticTuningPolicy() {}
-void StaticSupportCapabilities::ConfigStarModeAEInfo() {}
+namespace {
+
+constexpr const char* kAIAFGroup = "AIAFTouch2track";
+constexpr const char* kFeature1Group = "OEMFeature1ModeMatch";
+constexpr const char* kFeature2Group = "OEMFeature2ModeMatch";
+constexpr const char* kStarModeGroup = "StarMode";
+constexpr uint32_t kStarModeOperationMode = 0x80A8;
+constexpr uint32_t kAIAFRowValues = 2;
+// A tuning policy row needs at least the tuning mode and the operation mode.
+constexpr uint32_t kMinTuningRowValues = 2;
+
+// Decimal text of a row index for the indexed configuration reads.
+struct RowIndex {
+    explicit RowIndex(uint32_t row) { snprintf(text, sizeof(text), "%u", row); }
+    char text[16];
+};
+
+// Builds one tuning policy table from the rows of `group` that apply to
+// `operationMode` (or to any mode). Leaves the table and its count untouched
+// when the group has no usable rows.
+template <typename Entry>
+void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, uint8_t& count) {
+    constexpr uint32_t kWidth = sizeof(Entry::value) / sizeof(Entry::value[0]);
+    const uint32_t rowValues = GetValuesCount(group, "Mode[0]");
+    const uint32_t rows = GetKeyCount(group);
+    if (rows == 0 || rowValues < kMinTuningRowValues) {
+        return;
+    }
+    std::vector<int32_t> values(rowValues);
+    uint32_t appended = 0;
+    for (uint32_t row = 0; row < rows; ++row) {
+        const RowIndex index(row);
+        std::fill(values.begin(), values.end(), 0);
+        if (GetLocaleIntegerListConfiguration(group, "Mode", index.text, values.data(),
+                                              rowValues) != 0) {
+            continue;
+        }
+        if (values[1] != -1 && values[1] != static_cast<int32_t>(operationMode)) {
+            continue;  // an entry of another mode never applies in this session
+        }
+        if (appended >= kMaxTuningPolicyEntries) {
+            continue;  // the table is full: further entries are dropped
+        }
+        // Positions the row does not hold match any request value.
+        const uint32_t held =
+            std::min(rowValues, GetLocaleKeyValuesCount(group, "Mode", index.text));
+        int32_t* entry = table[appended].value;
+        for (uint32_t k = 0; k < kWidth; ++k) {
+            entry[k] = k < held ? values[k] : -1;
+        }
+        ++appended;
+        if constexpr (kWidth == 8) {
+            UI_LOGI("static cfg feature1Mode %d operationMode %d apsFeatureType %d", entry[0],
+                    entry[1], entry[2]);
+        } else {
+            UI_LOGI("static cfg feature2Mode %d operationMode %d apsFeatureType %d", entry[0],
+                    entry[1], entry[2]);
+        }
+    }
+    count = static_cast<uint8_t>(appended);
+}
+
+}  // namespace
+
+void StaticSupportCapabilities::ConfigAIAF() {
+    const uint32_t rows = GetKeyCount(kAIAFGroup);
+    if (rows == 0 || GetValuesCount(kAIAFGroup, "Mode[0]") != kAIAFRowValues) {
+        return;
+    }
+    for (uint32_t row = 0; row < rows; ++row) {
+        const RowIndex index(row);
+        uint32_t values[kAIAFRowValues] = {0, 0};
+        if (GetLocaleUIntegerListConfiguration(kAIAFGroup, "Mode", index.text, values,
+                                               kAIAFRowValues) != 0) {
+            continue;
+        }
+        // values[1] is a mask of physical camera ids.
+        for (uint32_t c = 0; c < m_numPhysicalCameras; ++c) {
+            const uint32_t id = m_cameraInfo[c].physicalCamId;
+            if (values[0] == m_operationMode && ((values[1] >> (id % 32)) & 1u) != 0) {
+                m_supportCaps |= kCapsAIAFTouch2Track;
+                m_cameraSupportCaps[c] |= kCapsAIAFTouch2Track;
+            }
+        }
+    }
+}
+
+void StaticSupportCapabilities::ConfigStaticTuningPolicy() {
+    LoadTuningTable(kFeature1Group, m_operationMode, m_feature1TuningPolicy,
+                    m_feature1TuningPolicyNum);
+    LoadTuningTable(kFeature2Group, m_operationMode, m_feature2TuningPolicy,
+                    m_feature2TuningPolicyNum);
+}
+
+void StaticSupportCapabilities::ConfigStarModeAEInfo() {
+    if (m_operationMode != kStarModeOperationMode) {
+        return;
+    }
+    bool overrideAE = false;
+    if (GetBooleanConfiguration(kStarModeGroup, "needOverrideAE", &overrideAE) != 0 ||
+        !overrideAE) {
+        return;
+    }
+    m_supportCaps.set(CapsStarModeOverrideAE);
+    m_starModeAEInfo = {0, 0, 0};
+    // A key that is absent (or does not convert) leaves its value 0.
+    int32_t aeMode = 0;
+    int32_t sensitivity = 0;
+    int64_t expTime = 0;
+    if (GetIntegerConfiguration(kStarModeGroup, "AEMode", &aeMode) == 0) {
+        m_starModeAEInfo.aeMode = aeMode;
+    }
+    if (GetIntegerConfiguration(kStarModeGroup, "sensitiviy", &sensitivity) == 0) {
+        m_starModeAEInfo.sensitivity = sensitivity;
+    }
+    if (GetInt64Configuration(kStarModeGroup, "expTime", &expTime) == 0) {
+        m_starModeAEInfo.expTime = expTime;
+    }
+}
+
 }  // namespace Lumora

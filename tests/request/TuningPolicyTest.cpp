@@ -1,0 +1,103 @@
+// Tuning policy tables, the tuning mode query and star-mode AE.
+#include <string>
+
+#include "request/RequestPathTestPeer.h"
+
+namespace LumoraTest {
+namespace {
+
+using namespace Lumora;
+
+constexpr uint32_t kTagApsFeatureType = 0;
+constexpr uint32_t kTagBracketMode = 35;
+constexpr uint32_t kTagFaceBeautyLevel = 36;
+
+class TuningPolicyTest : public SessionFixture {
+protected:
+    void Configure(uint32_t operationMode, const std::string& config) {
+        LoadConfig(config);
+        m_peer->SetOperationMode(operationMode);
+        m_peer->ConfigTuning();
+    }
+    // Tuning mode of a request with these settings (bracket, face beauty level).
+    int32_t TuningMode(QueryTuningType type, int32_t bracket, int32_t faceBeauty) {
+        Request request(1);
+        request.Settings()
+            .VendorInt32(kTagApsFeatureType, {1})
+            .VendorInt32(kTagBracketMode, {bracket})
+            .VendorInt32(kTagFaceBeautyLevel, {faceBeauty});
+        Update(request);
+        CameraLog();
+        return m_record.GetOriginalRequestTuningMode(type);
+    }
+};
+
+TEST_F(TuningPolicyTest, TablesKeepTheEntriesOfTheSessionModeUpTo64) {
+    Build(TestDevice::SingleCamera("wide"));
+    std::string config =
+        "[OEMFeature2ModeMatch]\nMode[0] = 1, -1, 2, 3, 4, -1, -1\n"
+        "Mode[1] = 2, 0x8002, 2, 3, 4, -1, -1\nMode[2] = 3, 0x8001, 9\n";
+    Configure(0x8001, config);
+    ASSERT_EQ(2u, m_peer->Feature2Count());
+    EXPECT_EQ((std::vector<int32_t>{3, 0x8001, 9, -1, -1, -1, -1}),
+              std::vector<int32_t>(m_peer->Feature2(1), m_peer->Feature2(1) + 7));
+    EXPECT_TRUE(LoggedExactly("I static cfg feature2Mode 1 operationMode -1 apsFeatureType 2"));
+    EXPECT_FALSE(LoggedContaining("feature2Mode 2 "));
+
+    // A group whose first row is too short leaves the table as it was.
+    Configure(0x8001, "[OEMFeature2ModeMatch]\nMode[0] = 1\n");
+    EXPECT_EQ(2u, m_peer->Feature2Count());
+
+    config = "[OEMFeature1ModeMatch]\n";
+    for (int i = 0; i < 70; ++i) {
+        config += "Mode[" + std::to_string(i) + "] = " + std::to_string(i) + ", -1, -1\n";
+    }
+    Configure(0x8001, config);
+    EXPECT_EQ(64u, m_peer->Feature1Count());
+    EXPECT_EQ(63, TuningMode(TypeFeature1Snapshot, 0, 0));  // the last kept entry wins
+}
+
+TEST_F(TuningPolicyTest, TuningModeQueryMatchesTheRequestValues) {
+    Build(TestDevice::SingleCamera("wide"));
+    Configure(0x8001,
+              "[OEMFeature1ModeMatch]\n"
+              "Mode[0] = 10, 0x8001, 1, -1, 0, 1, -1, -1\n"  // face beauty on
+              "Mode[1] = 11, -1, 1, 12, -1, -1, 1, -1\n"     // bracket mode 12
+              "Mode[2] = 12, -1, 1, 12, -1, -1, -1, 0\n"     // also bracket 12, later
+              "[OEMFeature2ModeMatch]\n"
+              "Mode[0] = 20, -1, 1, -1, -1, 0, -1\n"
+              "Mode[1] = 21, -1, 1, 5, 0, -1, -1\n");
+    EXPECT_EQ(10, TuningMode(TypeFeature1Snapshot, 0, 3));
+    EXPECT_EQ(-1, TuningMode(TypeFeature1Snapshot, 0, 0));
+    Request request(2);
+    request.Settings().VendorInt32(kTagBracketMode, {12});
+    Update(request);
+    CameraLog();
+    EXPECT_EQ(12, m_record.GetOriginalRequestTuningMode(TypeFeature1Snapshot));
+    EXPECT_EQ((std::vector<std::string>{"I Query TuningMode TypeFeature1Snapshot 11",
+                                        "I Query TuningMode TypeFeature1Snapshot 12"}),
+              CameraLog());
+    // A feature-2 entry with a field 5 other than -1 never matches.
+    EXPECT_EQ(-1, TuningMode(TypeFeature2Snapshot, 0, 0));
+    EXPECT_EQ(21, TuningMode(TypeFeature2Snapshot, 5, 0));
+    for (uint32_t type : {0u, 3u}) {
+        EXPECT_EQ(-1, m_record.GetOriginalRequestTuningMode(static_cast<QueryTuningType>(type)));
+        EXPECT_TRUE(LoggedExactly("E Unsupport Query Tuning Type " + std::to_string(type)));
+    }
+}
+
+TEST_F(TuningPolicyTest, StarModeOverrideOnlyInItsMode) {
+    Build(TestDevice::SingleCamera("wide"));
+    const std::string config = "[StarMode]\nneedOverrideAE = true\nAEMode = 2\nsensitiviy = 800\n";
+    Configure(0x8001, config);
+    EXPECT_FALSE(m_session->IsSessionSupportCaps(CapsStarModeOverrideAE, TypeLogicalCamera));
+    Configure(0x80A8, config);
+    EXPECT_TRUE(m_session->IsSessionSupportCaps(CapsStarModeOverrideAE, TypeLogicalCamera));
+    const StarModeAEInfo* info = m_session->GetStarModeAEInfo();
+    EXPECT_EQ(2, info->aeMode);
+    EXPECT_EQ(800, info->sensitivity);
+    EXPECT_EQ(0, info->expTime);
+}
+
+}  // namespace
+}  // namespace LumoraTest

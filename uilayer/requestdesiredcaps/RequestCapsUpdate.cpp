@@ -1,0 +1,407 @@
+// Per-request caps: the sensor mode bits of every physical camera (from the
+// request's sensor mode list, the warm start records or the last result's
+// exposure plan), the QBC switch by zoom ratio and the bits of the streams the
+// request carries buffers for.
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+#include "common/CapsConstants.h"
+#include "common/Log.h"
+#include "common/Platform.h"
+#include "requestdesiredcaps/MetadataRead.h"
+#include "requestdesiredcaps/RequestDesiredCapabilities.h"
+#include "staticsupportcaps/StaticSupportCapabilities.h"
+
+namespace Lumora {
+
+namespace {
+
+constexpr uint32_t kTagSensorModeList = 49;
+constexpr int32_t kStatusOk = 0;
+constexpr int32_t kStatusNoSensorMode = 4;
+// Sensor mode list value: no mode chosen upstream, the warm start decides.
+constexpr int32_t kModeByWarmStart = -1;
+constexpr uint32_t kOpModeDolVideo = 0x8031;
+constexpr uint32_t kOpModeMarkerA = 0x8009;
+constexpr uint32_t kOpModeMarkerB = 0x80BE;
+
+// The set of up to three bits, usable in constant tables.
+constexpr size_t kNoBit = 1024;
+constexpr uint64_t WordBit(size_t bit, size_t word) {
+    return bit / 64 == word ? uint64_t{1} << (bit % 64) : 0;
+}
+constexpr _CapsBitset Bits(size_t a, size_t b = kNoBit, size_t c = kNoBit) {
+    return _CapsBitset(WordBit(a, 0) | WordBit(b, 0) | WordBit(c, 0),
+                       WordBit(a, 1) | WordBit(b, 1) | WordBit(c, 1));
+}
+
+// Sensor mode bits by sensor mode list value 0..12; the same for the logical
+// camera of a single-camera session and for each physical camera.
+constexpr _CapsBitset kModeBits[] = {
+    _CapsBitset(),                                                           // 0
+    Bits(CapsSensorModeFlag19),                                              // 1
+    _CapsBitset(),                                                           // 2
+    Bits(CapsSHDRPath),                                                      // 3
+    Bits(CapsSHDRPath, CapsSensorModeFlag19),                                // 4
+    Bits(CapsSensorModeFlag19, CapsSensorModeFlag20),                        // 5
+    Bits(CapsSensorModeFlag20, CapsPhysicalRawStream),                       // 6
+    Bits(CapsSHDRPath, CapsSensorModeFlag19, CapsSensorModeFlag20),          // 7
+    Bits(CapsSHDRType1),                                                     // 8
+    Bits(Caps3DolStreaming),                                                 // 9
+    Bits(Caps3DolStreaming),                                                 // 10
+    Bits(CapsSensorModeFlag19, CapsSensorModeFlag20, CapsSensorModeFlag81),  // 11
+    Bits(CapsSHDRType2),                                                     // 12
+};
+constexpr int32_t kModeCount = static_cast<int32_t>(sizeof(kModeBits) / sizeof(kModeBits[0]));
+
+// Bits of a mode list value; values outside the table set nothing.
+inline const _CapsBitset* ModeBits(int32_t mode) {
+    return mode >= 0 && mode < kModeCount ? &kModeBits[mode] : nullptr;
+}
+
+// Bits of a stream role: for the logical camera and for the stream's camera.
+// Full-size RAW YUV and live-shot buffers set nothing per request; full-size
+// and 2x2 QCFA RAW buffers also mark their camera as a physical RAW consumer.
+struct StreamBits {
+    _CapsBitset primary;
+    _CapsBitset camera;
+};
+constexpr StreamBits kStreamBits[EStreamTypeMax] = {
+    {_CapsBitset(), _CapsBitset()},             // None
+    {Bits(0), Bits(0)},                         // Preview
+    {Bits(1), Bits(1)},                         // SnapshotYUV
+    {Bits(2), Bits(2)},                         // SnapshotJPEG
+    {Bits(3), Bits(3)},                         // SnapshotRAW
+    {Bits(4), Bits(4)},                         // RAWShort
+    {Bits(5), Bits(5)},                         // RAWMiddle
+    {Bits(6), Bits(6, CapsPhysicalRawStream)},  // RAWFull
+    {_CapsBitset(), _CapsBitset()},             // RAWFullYUV
+    {Bits(7), Bits(7, CapsPhysicalRawStream)},  // RAWQcfa2x2
+    {Bits(8), Bits(8)},                         // Video
+    {_CapsBitset(), _CapsBitset()},             // VideoLiveShot
+    {Bits(10), Bits(10)},                       // ViewFinder
+    {Bits(11), Bits(11)},                       // ASDPreview
+    {Bits(12), Bits(12)},                       // Metadata
+    {Bits(13), Bits(13)},                       // MultiSpectralRaw
+};
+
+// The request's sensor mode list: one int32 per physical camera id.
+struct SensorModeList {
+    bool present = false;
+    camera_metadata_ro_entry_t entry = {};
+    size_t bytes = 0;
+
+    // The mode of camera `cam`; false when the list ends before it.
+    bool ModeOf(uint64_t cam, int32_t& mode) const {
+        return present && ReadElement32(entry, bytes, static_cast<size_t>(cam), mode);
+    }
+    // Element `index` for the log line; -1 stands for an element the list lacks.
+    int32_t Logged(size_t index) const {
+        int32_t mode = -1;
+        return ModeOf(index, mode) ? mode : -1;
+    }
+};
+
+// Physical camera id of a buffer's stream as `atoi` reads it, -1 without one.
+int32_t StreamPhysicalId(const camera3_stream* stream) {
+    const char* text = stream->physical_camera_id;
+    if (text == nullptr || text[0] == '\0') {
+        return -1;
+    }
+    // strtol saturates where atoi's overflow is undefined; the value is then
+    // cut to 32 bits as atoi's int result would be.
+    return static_cast<int32_t>(strtol(text, nullptr, 10));
+}
+
+// Camera entries of the session's camera information record, at most the
+// eight the record has room for.
+uint32_t PhysicalCameraCount(const LumoraCameraInfo* info) {
+    return info != nullptr ? std::min<uint32_t>(info->numPhysicalCameras, kMaxPhysicalCameras) : 0;
+}
+
+}  // namespace
+
+void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilities& session,
+                                                    uint32_t cam) {
+    // Every camera with a caps slot (0..7) also has a warm start record.
+    _CapsBitset* caps = CameraCaps(cam);
+    if (caps == nullptr) {
+        return;
+    }
+    const _WarmStartParam& param = session.m_warmStartParam[cam];
+    if (param.warmStartEnable != 1) {
+        return;
+    }
+    const QueryCapsType type = static_cast<QueryCapsType>(cam);
+    if (session.m_cameraIsFromMainMenu == 1) {
+        switch (param.dolState) {
+            case 2:
+                if (session.IsSessionSupportCaps(CapsSHDRType1, type)) {
+                    caps->set(CapsSHDRType1);
+                } else if (session.IsSessionSupportCaps(CapsSHDRPath, type)) {
+                    caps->set(CapsSHDRPath);
+                }
+                break;
+            case 3:
+                caps->set(CapsSHDRType1);
+                break;
+            case 4:
+                caps->set(Caps3DolStreaming);
+                break;
+            case 5:
+                caps->set(CapsSensorModeFlag19);
+                break;
+            case 7:
+                caps->set(CapsSensorModeFlag19).set(CapsSensorModeFlag20);
+                break;
+            default:
+                break;
+        }
+    } else if (param.dolState == 7 && session.m_operationMode == kOpModeDolVideo) {
+        caps->set(CapsSensorModeFlag19).set(CapsSensorModeFlag20);
+    }
+}
+
+void RequestDesiredCapabilities::ApplyAecFeedback(const StaticSupportCapabilities& session,
+                                                  const AecInfo& aec, uint32_t cam) {
+    _CapsBitset* caps = CameraCaps(cam);
+    if (caps == nullptr) {
+        return;
+    }
+    switch (aec.expCount) {
+        case 1:
+            // One exposure: back to the plain mode whatever chose a DOL mode.
+            caps->reset(CapsSHDRPath).reset(CapsSHDRType1).set(CapsSHDRAltPath);
+            break;
+        case 2:
+            if (session.IsSessionSupportCaps(CapsSHDRType1, static_cast<QueryCapsType>(cam))) {
+                caps->set(CapsSHDRType1);
+            } else {
+                caps->set(CapsSHDRPath);
+            }
+            break;
+        case 3:
+            caps->set(CapsSHDRType1);
+            break;
+        case 4:
+            caps->set(Caps3DolStreaming);
+            break;
+        default:
+            break;
+    }
+}
+
+void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_request* request,
+                                                       const StaticSupportCapabilities& session) {
+    const camera3_stream_buffer_t* buffers = request->output_buffers;
+    const uint32_t bufferCount = buffers != nullptr ? request->num_output_buffers : 0;
+    if (bufferCount == 0) {
+        return;
+    }
+    const LumoraCameraInfo* info = session.m_pCameraInfoMap;
+    const uint32_t cameraCount = PhysicalCameraCount(info);
+    for (int32_t type = 0; type < EStreamTypeMax; ++type) {
+        const StreamBits& bits = kStreamBits[type];
+        for (const _UIStreamInfo& configured : session.m_streamInfo[type]) {
+            for (uint32_t b = 0; b < bufferCount; ++b) {
+                const camera3_stream* stream = buffers[b].stream;
+                if (stream == nullptr || configured.pStream != stream) {
+                    continue;
+                }
+                m_streamList[type].push_back(configured);
+                m_primaryCaps |= bits.primary;
+
+                const int32_t fwkId = StreamPhysicalId(stream);
+                if (fwkId == -1) {
+                    continue;
+                }
+                // The framework names the camera by its framework id; the caps
+                // are kept by physical id. An id that names no camera is taken
+                // as a physical id as it stands (a negative one has no slot).
+                uint32_t cam = static_cast<uint32_t>(fwkId);
+                for (uint32_t c = 0; c < cameraCount; ++c) {
+                    if (info->cameraEntry[c].frameworkId == fwkId) {
+                        cam = info->cameraEntry[c].physicalCamId;
+                        break;
+                    }
+                }
+                if (_CapsBitset* caps = CameraCaps(cam)) {
+                    *caps |= bits.camera;
+                }
+            }
+        }
+    }
+}
+
+int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_request* request,
+                                                         const StaticSupportCapabilities* session,
+                                                         ResultAppliedCapabilities lastResult) {
+    m_frameNumber = request->frame_number;
+    const int frame = static_cast<int>(m_frameNumber);
+    m_primaryCaps.Reset();
+    for (_CapsBitset& caps : m_cameraCaps) {
+        caps.Reset();
+    }
+    for (std::vector<_UIStreamInfo>& list : m_streamList) {
+        list.clear();
+        list.shrink_to_fit();
+    }
+
+    const LumoraCameraInfo* info = session != nullptr ? session->m_pCameraInfoMap : nullptr;
+    const uint32_t cameraCount = PhysicalCameraCount(info);
+    int32_t status = kStatusOk;
+    bool useWarmStart = false;
+
+    if (request->settings == nullptr) {
+        UI_LOGI("Invalid request, settings is NULL");
+        useWarmStart = true;
+    } else {
+        m_pStaticCaps = session;
+        const camera_metadata_t* settings = request->settings;
+        SensorModeList modes;
+        modes.present =
+            FindEntry(settings, VendorTagId(kTagSensorModeList), modes.entry, modes.bytes);
+        float zoomRatio = 0.0f;  // stays 0 without the tag
+        ReadFirst32(settings, ANDROID_CONTROL_ZOOM_RATIO, zoomRatio);
+
+        // QBC 4x by zoom ratio. A single-camera session first tries the
+        // threshold after the other cameras' ones; a position beyond the list
+        // has no threshold.
+        const float* thresholds = session != nullptr ? session->m_XCFA2SwitchZoomRatio : nullptr;
+        const int64_t thresholdCount =
+            thresholds != nullptr ? session->m_XCFA2SwitchZoomRatioCount : 0;
+        auto reachesThreshold = [&](int64_t position) {
+            return position >= 0 && position < thresholdCount && thresholds[position] > 0.0f &&
+                   zoomRatio >= thresholds[position];
+        };
+        for (uint32_t c = 0; c < cameraCount; ++c) {
+            const uint32_t cam = info->cameraEntry[c].physicalCamId;
+            bool enabled = false;
+            if (thresholds != nullptr) {
+                if (cameraCount == 1) {
+                    enabled = reachesThreshold(static_cast<int64_t>(cam) +
+                                               session->m_allCameraNumbers - 1);
+                }
+                enabled = enabled || reachesThreshold(cam);
+            }
+            if (enabled) {
+                if (_CapsBitset* caps = CameraCaps(cam)) {
+                    caps->set(CapsQBC4x);
+                }
+                UI_LOGI("frame:%u phy:%u EnableQBC4x", m_frameNumber, cam);
+            } else {
+                UI_LOGI("frame:%u phy:%u DisableQBC4x", m_frameNumber, cam);
+            }
+        }
+
+        if (!modes.present) {
+            UI_LOGI("Invalid SensorModeList. frameNum %d", frame);
+            useWarmStart = true;
+        } else {
+            for (uint32_t c = 0; c < cameraCount; ++c) {
+                const uint32_t cam = info->cameraEntry[c].physicalCamId;
+                _CapsBitset* caps = CameraCaps(cam);
+                int32_t mode = 0;
+                // A list that ends before this camera's id has no mode for it.
+                if (modes.ModeOf(cam, mode)) {
+                    if (const _CapsBitset* bits = ModeBits(mode)) {
+                        if (cameraCount == 1) {
+                            m_primaryCaps |= *bits;
+                        }
+                        if (caps != nullptr) {
+                            *caps |= *bits;
+                        }
+                    } else if (mode == kModeByWarmStart) {
+                        ApplyWarmStartRule(*session, cam);
+                    }
+                }
+                // Without SHDR support the SHDR path bit never stands, whichever
+                // step above set it.
+                if (caps != nullptr &&
+                    !session->IsSessionSupportCaps(CapsSHDR, static_cast<QueryCapsType>(cam))) {
+                    caps->reset(CapsSHDRPath);
+                }
+                // The five list elements are logged whatever the camera count;
+                // an element the list does not hold is printed as -1.
+                UI_LOGI(
+                    "frame_number %d phyCamId %d capsFlag 0x%04lX, SensorModeList: %d %d %d %d %d",
+                    frame, static_cast<int>(cam),
+                    static_cast<unsigned long>(caps != nullptr ? caps->to_ullong(0) : 0),
+                    modes.Logged(0), modes.Logged(1), modes.Logged(2), modes.Logged(3),
+                    modes.Logged(4));
+            }
+        }
+    }
+
+    bool runAecFeedback = !useWarmStart;
+    if (useWarmStart) {
+        // Neither settings nor a mode list chose the sensor modes: the warm start
+        // records of the session decide.
+        status = kStatusNoSensorMode;
+        const uint8_t fromMainMenu = session != nullptr ? session->m_cameraIsFromMainMenu : 0;
+        for (uint32_t c = 0; c < cameraCount; ++c) {
+            const uint32_t cam = info->cameraEntry[c].physicalCamId;
+            const _WarmStartParam noParam = {};
+            const _WarmStartParam& param =
+                cam < kMaxLogicalCameraIds ? session->m_warmStartParam[cam] : noParam;
+            UI_LOGI(
+                "Use Warm Start Param %d. frame_number %d phyCamId %d dolState %d, "
+                "m_cameraIsFromMainMenu:%d",
+                static_cast<int>(param.warmStartEnable), frame, static_cast<int>(cam),
+                param.dolState, fromMainMenu);
+            if (param.warmStartEnable == 1) {
+                status = kStatusOk;
+                ApplyWarmStartRule(*session, cam);
+            }
+            const _CapsBitset* caps = CameraCaps(cam);
+            UI_LOGI("Use Warm Start Param %d. frame_number %d phyCamId %d capsFlag 0x%04lX",
+                    static_cast<int>(param.warmStartEnable), frame, static_cast<int>(cam),
+                    static_cast<unsigned long>(caps != nullptr ? caps->to_ullong(0) : 0));
+        }
+        runAecFeedback = status != kStatusNoSensorMode;
+    }
+
+    if (runAecFeedback && session != nullptr) {
+        status = kStatusOk;
+        // The exposure plan of the last result overrides the mode choices above
+        // while recording from the system camera.
+        if (session->IsSessionSupportCaps(CapsVideoStream, TypeLogicalCamera) &&
+            session->m_cameraIsFromMainMenu == 1) {
+            for (uint32_t c = 0; c < cameraCount; ++c) {
+                const uint32_t cam = info->cameraEntry[c].physicalCamId;
+                if (cam >= kAecInfoCount) {
+                    continue;
+                }
+                const AecInfo& aec = lastResult.m_lastReqCameraAECInfo[cam];
+                ApplyAecFeedback(*session, aec, cam);
+                UI_LOGI("Use AECInfo exp count %d. frame_number %d phyCamId %d capsFlag 0x%04lX",
+                        aec.expCount, frame, static_cast<int>(cam),
+                        static_cast<unsigned long>(m_cameraCaps[cam].to_ullong(0)));
+            }
+        }
+    }
+
+    if (session != nullptr) {
+        CollectRequestStreams(request, *session);
+    }
+    ParseOriginalRequestSetting(request);
+
+    if (m_pStaticCaps != nullptr && (m_pStaticCaps->m_operationMode == kOpModeMarkerA ||
+                                     m_pStaticCaps->m_operationMode == kOpModeMarkerB)) {
+        m_primaryCaps.set(CapsOpModeMarker);
+    }
+
+    if (UI_LOG_VERBOSE_ON()) {
+        const std::string primary = m_primaryCaps.to_string();
+        for (uint32_t i = 0; i < kRequestCameraCaps; ++i) {
+            UI_LOGV(
+                "req desired caps dump frameNumber:%d, primary capsFlag:%s , logicalCamId %d "
+                "capsFlag:%s",
+                frame, primary.c_str(), static_cast<int>(i), m_cameraCaps[i].to_string().c_str());
+        }
+    }
+    return status;
+}
+
+}  // namespace Lumora

@@ -1,0 +1,93 @@
+// Scalar values of a request's settings that the tuning mode query matches.
+#include "common/CapsConstants.h"
+#include "common/Log.h"
+#include "common/Platform.h"
+#include "requestdesiredcaps/MetadataRead.h"
+#include "requestdesiredcaps/RequestDesiredCapabilities.h"
+
+namespace Lumora {
+
+namespace {
+
+// Vendor tag indices of the request settings read here.
+constexpr uint32_t kTagApsFeatureType = 0;
+constexpr uint32_t kTagIsFromExtension = 19;
+constexpr uint32_t kTagBracketMode = 35;
+constexpr uint32_t kTagFaceBeautyLevel = 36;
+constexpr uint32_t kTagLongExposureSceneType = 37;
+constexpr uint32_t kTagAsdSceneValue = 38;
+constexpr uint32_t kTagPipSensor = 159;
+constexpr uint32_t kTagAecFaceNum = 535;
+constexpr uint32_t kTagAecLuxIndex = 544;
+
+// Scenes that ask for the moon layout when the picture-in-picture sensor is on.
+constexpr int32_t kMoonSceneFirst = 29;
+constexpr int32_t kMoonSceneLast = 30;
+
+template <typename T>
+bool ReadSetting(const camera_metadata_t* settings, uint32_t index, T& out) {
+    return ReadFirst32(settings, VendorTagId(index), out);
+}
+
+}  // namespace
+
+// Each value is stored only when the request carries its tag; otherwise the
+// member keeps what an earlier request of this slot left (deliberately: the
+// HAL sends some of these tags only when they change). Only the first element
+// is read; an entry with fewer than four bytes of data counts as absent.
+void RequestDesiredCapabilities::ParseOriginalRequestSetting(
+    const camera3_capture_request* request) {
+    const camera_metadata_t* settings = request != nullptr ? request->settings : nullptr;
+    if (settings == nullptr) {
+        return;
+    }
+    int32_t value = 0;
+    if (ReadSetting(settings, kTagApsFeatureType, value)) {
+        m_apsFeatureType = value;
+        UI_LOGI("apsFeatureType %d", m_apsFeatureType);
+    }
+    if (ReadSetting(settings, kTagBracketMode, value)) {
+        m_bracketMode = value;
+        UI_LOGI("bracketMode %d", m_bracketMode);
+    }
+    if (ReadSetting(settings, kTagAsdSceneValue, value)) {
+        m_asdSceneValue = value;
+        UI_LOGI("asdSceneValue %d", m_asdSceneValue);
+    }
+    int32_t pipSensor = 0;
+    if (ReadSetting(settings, kTagPipSensor, pipSensor)) {
+        UI_LOGI("PIPSensor %d", pipSensor);
+        // The scene is the record's, which may be a value carried over from an
+        // earlier request of this slot.
+        if (m_asdSceneValue >= kMoonSceneFirst && m_asdSceneValue <= kMoonSceneLast &&
+            pipSensor == 1) {
+            m_primaryCaps.set(CapsMoonLayout);
+            UI_LOGI("moon layout condition met");
+        } else {
+            UI_LOGI("moon layout NOT trigger");
+        }
+    }
+    if (ReadSetting(settings, kTagLongExposureSceneType, value)) {
+        m_longExposureSceneType = value;
+        UI_LOGI("longExposureSceneType %d", m_longExposureSceneType);
+    }
+    if (ReadSetting(settings, kTagFaceBeautyLevel, value)) {
+        m_faceBeautyLevel = value;
+        UI_LOGI("faceBeautyLevel %d", m_faceBeautyLevel);
+    }
+    if (ReadSetting(settings, kTagIsFromExtension, value)) {
+        m_isFromExtension = value;
+        UI_LOGI("isFromExtension %d", m_isFromExtension);
+    }
+    float lux = 0.0f;
+    if (ReadSetting(settings, kTagAecLuxIndex, lux)) {
+        m_aecLuxIndex = lux;
+        UI_LOGI("aecLuxIndex %f", static_cast<double>(m_aecLuxIndex));
+    }
+    if (ReadSetting(settings, kTagAecFaceNum, value)) {
+        m_aecFaceNum = value;
+        UI_LOGI("aecFaceNum %d", m_aecFaceNum);
+    }
+}
+
+}  // namespace Lumora
