@@ -33,7 +33,7 @@ protected:
         video.dynamicRangeProfile = profile;
         config.Add(video);
         SetClient(config, package, activity, cameraUnit);
-        Configure(config, cameraId);
+        ConfigureFresh(config, cameraId);
         const int32_t type =
             config.SessionParams().FirstInt32(GetVendorTagId(kTagSupportedAINRType));
         EXPECT_EQ(type == 2, Logical(Lumora::CapsVIULL));

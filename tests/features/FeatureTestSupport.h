@@ -37,6 +37,13 @@ protected:
         EXPECT_EQ(0, m_parser->ParseStaticCapabilities(config.Get()));
         EXPECT_EQ(0, m_parser->ParseStreamCapabilities(config.Get()));
     }
+    // The same on a new parser, so that nothing of an earlier session (such as
+    // the client names) carries over.
+    void ConfigureFresh(StreamConfig& config, unsigned int cameraId = 0) {
+        m_parser.reset();
+        m_device.Init();
+        Configure(config, cameraId);
+    }
     bool Logical(Lumora::DesiredSupportCaps caps) {
         return m_parser->IsSessionSupportCaps(caps, Lumora::TypeLogicalCamera);
     }

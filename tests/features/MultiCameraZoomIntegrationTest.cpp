@@ -29,7 +29,7 @@ protected:
         m_device.Init();
     }
     // Two physical preview streams, so that a bokeh mode makes a bokeh session.
-    const Lumora::_SatStaticCaps& ConfigureSession(const Session& s) {
+    Lumora::_SatStaticCaps ConfigureSession(const Session& s) {
         StreamConfig config(s.operationMode);
         config.Add(PreviewStream(1920, 1080, "0"));
         config.Add(PreviewStream(1920, 1080, "1"));
@@ -40,7 +40,7 @@ protected:
         if (s.aiComposition) {
             config.SessionParams().VendorByte(kTagAICompositionEnable, 1);
         }
-        Configure(config);
+        ConfigureFresh(config);
         return *m_parser->GetSatStaticCaps();
     }
 };
@@ -70,7 +70,7 @@ TEST_F(MultiCameraZoomIntegrationTest, FallbackUsecaseInPrecedenceOrder) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << std::hex << c.session.operationMode << " "
                                         << c.session.package << " " << c.session.cameraMode);
-        const Lumora::_SatStaticCaps& sat = ConfigureSession(c.session);
+        Lumora::_SatStaticCaps sat = ConfigureSession(c.session);
         EXPECT_EQ(c.fallbackUsecase, sat.fallbackUsecase);
         EXPECT_EQ(c.fallbackUsecase == 8 ? 1u : 0u, sat.forceFallback);
     }
@@ -127,7 +127,7 @@ TEST_F(MultiCameraZoomIntegrationTest, ZoomDivisionAppsMatchExactly) {
                  {kSys, "x", 0, 1}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.package);
-        const Lumora::_SatStaticCaps& sat = ConfigureSession({0x8001, c.package, c.activity});
+        Lumora::_SatStaticCaps sat = ConfigureSession({0x8001, c.package, c.activity});
         EXPECT_EQ(c.listed, sat.is3rdCamZoomDivisionApp);
         EXPECT_EQ(c.supported, sat.supportZoomDivision);
     }
@@ -138,7 +138,7 @@ TEST_F(MultiCameraZoomIntegrationTest, SystemCameraSessionSwitches) {
                "[SatSmoothZoom]\nUseAIDLInput = true\n"
                "[MvgSatSettings]\nuseVideoStrategyMode = 0x8005, 0x8010\n"
                "[BokehSATConfig]\nsupportBokehIzoomSeamless = 0x8011\n");
-    const Lumora::_SatStaticCaps& sat = ConfigureSession({0x8010, kSys});
+    Lumora::_SatStaticCaps sat = ConfigureSession({0x8010, kSys});
     EXPECT_EQ(1u, sat.enableSmoothZoom);
     EXPECT_EQ(1u, sat.useAIDLInput);
     EXPECT_EQ(1u, sat.useVideoStrategy);
@@ -147,7 +147,7 @@ TEST_F(MultiCameraZoomIntegrationTest, SystemCameraSessionSwitches) {
     EXPECT_EQ(1u, ConfigureSession({0x8011, kSys}).supportBokehIzoomSeamless);
 
     // A camera unit client gets neither smooth zoom nor the video strategy.
-    ConfigureSession({0x8010, kSys, "", "", true});
+    sat = ConfigureSession({0x8010, kSys, "", "", true});
     EXPECT_EQ(0u, sat.enableSmoothZoom + sat.useVideoStrategy);
 }
 

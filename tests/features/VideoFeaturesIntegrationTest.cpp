@@ -18,7 +18,7 @@ protected:
             config.SessionParams().Byte(ANDROID_CONTROL_VIDEO_STABILIZATION_MODE,
                                         static_cast<uint8_t>(stabilization));
         }
-        Configure(config, cameraId);
+        ConfigureFresh(config, cameraId);
     }
 };
 
