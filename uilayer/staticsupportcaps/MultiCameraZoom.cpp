@@ -189,7 +189,7 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName) 
 }
 
 // True when the client is listed as a third-party app with zoom division
-// curves. Names are compared whole: a curve is tuned for one app.
+// curves. Names are compared whole, unlike the fallback white list.
 bool IsZoomDivisionApp(const char* packageName, const char* activityName) {
     static constexpr const char* kGroup = "3rdCamIsSupportZoomdivisionConfig";
     const uint32_t keyCount = GetKeyCount(kGroup);
@@ -217,7 +217,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     }
     const bool hasVideoStream = HasVideoStream(config);
 
-    // Wireless charging heats the device; fallback detection is not wanted then.
+    // While the device charges wirelessly (and the device allows it) fallback
+    // detection is off.
     const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless", false);
     char wirelessText[kWirelessReadSize + 1] = {};
     const int readStatus = readFile(kWirelessOnlinePath, wirelessText, kWirelessReadSize);

@@ -61,7 +61,7 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
     }
 
     // Photo modes with real-time stabilisation are listed by the raw mode the
-    // framework asked for; they need a second camera to stabilise against.
+    // framework asked for; the capability is for multi-camera sessions only.
     if (config != nullptr) {
         std::vector<uint32_t> photoEisModes;
         ReadUIntList("PhotoRealtimeEIS", "operationMode", photoEisModes);
