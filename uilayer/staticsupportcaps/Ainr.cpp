@@ -1,9 +1,192 @@
+// AI noise reduction in low-light video (VIULL) for client apps other than the
+// system camera: decided per session and handed to the pipeline as the
+// SupportedAINRType session parameter.
+#include <CameraHWConfiguration.h>
+#include <system/camera_metadata.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "common/ConfigHelpers.h"
+#include "common/Log.h"
+#include "common/Platform.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(const camera3_stream_configuration*) {
+namespace {
+
+constexpr uint32_t kVendorTagSupportedAINRType = 212;
+constexpr int32_t kAinrTypeNone = 0;
+constexpr int32_t kAinrTypeVIULL = 2;
+
+constexpr const char* kEnableGroup = "3rdAppEnableVIULL";
+constexpr const char* kDisableMapGroup = "3rdAppDisableVIULLMap";
+constexpr const char* kEnableMapGroup = "3rdAppEnableVIULLMapLumora";
+
+// Dynamic range profiles of HDR video: HLG10, HDR10, HDR10+.
+bool IsHdrVideoProfile(int64_t profile) {
+    return profile == 2 || profile == 4 || profile == 8;
+}
+
+bool HasHdrVideoStream(const camera3_stream_configuration* config) {
+    if (config == nullptr || config->streams == nullptr) {
+        return false;
+    }
+    for (uint32_t i = 0; i < config->num_streams; ++i) {
+        const camera3_stream* stream = config->streams[i];
+        if (stream != nullptr && IsHdrVideoProfile(stream->dynamic_range_profile)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Hexadecimal camera mask text as "%x" reads it: an optional 0x, junk gives 0.
+uint32_t ParseHexMask(const char* text) {
+    const int savedErrno = errno;
+    const unsigned long value = strtoul(text, nullptr, 16);
+    errno = savedErrno;
+    return static_cast<uint32_t>(value);
+}
+
+void FormatIndex(char (&out)[16], uint32_t index) {
+    snprintf(out, sizeof(out), "%u", index);
+}
+
+// Enable for every client on the cameras of a mask: rows of (enable, mask).
+bool IsEnabledForAllApps(uint32_t cameraBit) {
+    const uint32_t keyCount = GetKeyCount(kEnableGroup);
+    if (keyCount == 0 || GetValuesCount(kEnableGroup, "isEnable3rdAppVIULL[0]") != 2) {
+        return false;
+    }
+    for (uint32_t i = 0; i < keyCount; ++i) {
+        char indexText[16];
+        FormatIndex(indexText, i);
+        // A row with a single value leaves the mask at 0: no camera.
+        uint32_t values[2] = {0, 0};
+        if (GetLocaleUIntegerListConfiguration(kEnableGroup, "isEnable3rdAppVIULL", indexText,
+                                               values, 2) != kConfigOk) {
+            continue;
+        }
+        UI_LOGI("key: 0x%x, sensorMask: 0x%x", values[1], cameraBit);
+        if ((values[1] & cameraBit) != 0 && values[0] == 1) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
+    const camera3_stream_configuration* config) {
+    // The system camera (and the engineer camera) rule VIULL through their own
+    // settings; only camera unit clients of them go through the app policy.
+    if ((m_isSystemCamera != 0 || m_isEngineerCamera != 0) && m_isCameraUint == 0) {
+        return 0;
+    }
+
+    const char* packageName = m_clientPackageName != nullptr ? m_clientPackageName : "";
+    const char* activityName = m_clientActivityName != nullptr ? m_clientActivityName : "";
+    // Camera masks have 32 bits; the logical camera id picks one of them.
+    const uint32_t cameraBit = 1u << (static_cast<uint32_t>(m_logicalCamId) & 31u);
+
+    // Later rules override earlier ones: a package and activity entry beats a
+    // package disable, which beats the general enable.
+    bool enableVIULL = IsEnabledForAllApps(cameraBit);
+
+    const uint32_t disableKeyCount = GetKeyCount(kDisableMapGroup);
+    const uint32_t disableEntryCount = GetLocaleKeyCount(kDisableMapGroup, packageName);
+    UI_LOGI("VIULL m_clientPackageName: %s, logicalCameraId: %d, keyCount: %d, valueCount: %d",
+            packageName, m_logicalCamId, disableKeyCount, disableEntryCount);
+    if (disableKeyCount > 0 && disableEntryCount == 1) {
+        for (uint32_t i = 0; i < disableKeyCount; ++i) {
+            char indexText[16];
+            FormatIndex(indexText, i);
+            uint32_t mask = 0;
+            if (GetLocaleUIntegerListConfiguration(kDisableMapGroup, packageName, indexText, &mask,
+                                                   1) != kConfigOk) {
+                continue;
+            }
+            UI_LOGI("key: 0x%x, sensorMask: 0x%x", mask, cameraBit);
+            if ((mask & cameraBit) != 0) {
+                enableVIULL = false;
+                break;
+            }
+        }
+    }
+
+    // The package name holds at most 80 characters, so its first key fits.
+    char firstKey[kClientNameSize + 8];
+    snprintf(firstKey, sizeof(firstKey), "%s[0]", packageName);
+    const uint32_t enableKeyCount = GetKeyCount(kEnableMapGroup);
+    const uint32_t enableValueCount = GetValuesCount(kEnableMapGroup, firstKey);
+    UI_LOGI("VIULL m_clientPackageName: %s, logicalCameraId: %d, keyCount: %d, valueCount: %d",
+            packageName, m_logicalCamId, enableKeyCount, enableValueCount);
+    if (enableKeyCount > 0 && enableValueCount == 2) {
+        for (uint32_t i = 0; i < enableKeyCount; ++i) {
+            char indexText[16];
+            FormatIndex(indexText, i);
+            // A row with only the mask names no activity and cannot match.
+            char* values[2] = {nullptr, nullptr};
+            if (GetLocaleStringListConfiguration(kEnableMapGroup, packageName, indexText, values,
+                                                 2) != kConfigOk ||
+                values[0] == nullptr) {
+                continue;
+            }
+            const uint32_t mask = ParseHexMask(values[0]);
+            UI_LOGI("key: 0x%x, sensorMask: 0x%x", mask, cameraBit);
+            if ((mask & cameraBit) != 0 && values[1] != nullptr &&
+                strcmp(values[1], activityName) == 0) {
+                enableVIULL = true;
+                break;
+            }
+        }
+    }
+
+    // HDR video streams exclude VIULL on devices that say so, whoever asked.
+    bool disableForHdr = false;
+    if (GetBooleanConfiguration("OemCommonCapbility", "disableVIULLForSpecificHDR",
+                                &disableForHdr) != kConfigOk) {
+        disableForHdr = false;
+    }
+    int32_t supportedAinrType = kAinrTypeNone;
+    if (disableForHdr && HasHdrVideoStream(config)) {
+        enableVIULL = false;
+    } else if (enableVIULL) {
+        supportedAinrType = kAinrTypeVIULL;
+        m_supportCaps.set(CapsVIULL);
+    }
+    UI_LOGI("supportedAinrType: %d, isEnableVIULL: %d, disableVIULLForSpecificHDR: %d",
+            supportedAinrType, enableVIULL, disableForHdr);
+
+    if (config == nullptr) {
+        UI_LOGE("pStreamConfigsAPI Invalid Args");
+        return 4;
+    }
+    camera_metadata_t* sessionParams = config->session_parameters;
+    if (sessionParams == nullptr) {
+        UI_LOGE("sessionParams Invalid Args");
+        return 4;
+    }
+    const uint32_t tagId = VendorTagId(kVendorTagSupportedAINRType);
+    camera_metadata_entry_t entry = {};
+    int status = 0;
+    if (find_camera_metadata_entry(sessionParams, tagId, &entry) != 0) {
+        UI_LOGE("Can't find vendor tag SupportedAINRType");
+        status = add_camera_metadata_entry(sessionParams, tagId, &supportedAinrType, 1);
+    } else {
+        status = update_camera_metadata_entry(sessionParams, entry.index, &supportedAinrType, 1,
+                                              nullptr);
+        UI_LOGI("update_camera_metadata_entry supportedAinrType: %d", supportedAinrType);
+    }
+    if (status != 0) {
+        UI_LOGE("tagId: %u, error status: %d", tagId, status);
+    }
     return 0;
 }
+
 }  // namespace Lumora

@@ -1,9 +1,321 @@
+// Multi-camera zoom record: per-session decisions about single-camera
+// fallback, zoom division curves, bokeh seamless zoom and smooth zoom.
+#include <CameraHWConfiguration.h>
+#include <cutils/properties.h>
+#include <system/graphics.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "common/ConfigHelpers.h"
+#include "common/Log.h"
+#include "common/Platform.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
-// Placeholder: filled in with its own concern.
-uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(const camera3_stream_configuration*) {
-    return 0;
+namespace {
+
+constexpr const char* kWirelessOnlinePath = "/sys/class/power_supply/wireless/online";
+// The sysfs node holds "0" or "1" and a newline; a few bytes are plenty.
+constexpr int kWirelessReadSize = 4;
+
+constexpr uint32_t kVideoUsageMask = 0x10080;
+
+// Why the zoom pipeline falls back to a single camera.
+enum FallbackUsecase : uint32_t {
+    kFallbackOff = 0,
+    kFallbackDefault = 1,
+    kFallbackOpMode8019 = 2,
+    kFallbackOpMode800B = 3,
+    kFallbackOpMode8021 = 4,
+    kFallbackOpMode8009 = 5,
+    kFallbackBokeh = 6,
+    kFallbackThirdPartyClient = 8,
+    kFallbackEngineerOpMode8029 = 9,
+    kFallbackProVideo = 10,
+};
+
+// Decimal value at the start of a terminated text, as atoi reads it; text that
+// does not start with a number gives 0, and values beyond int are clamped.
+int ParseDecimal(const char* text) {
+    const int savedErrno = errno;
+    char* end = nullptr;
+    const long value = strtol(text, &end, 10);
+    errno = savedErrno;
+    if (end == text) {
+        return 0;
+    }
+    if (value > INT_MAX) {
+        return INT_MAX;
+    }
+    if (value < INT_MIN) {
+        return INT_MIN;
+    }
+    return static_cast<int>(value);
 }
+
+int PropertyDecimal(const char* name, const char* defaultValue) {
+    char value[PROPERTY_VALUE_MAX] = {};
+    property_get(name, value, defaultValue);
+    return ParseDecimal(value);
+}
+
+bool StartsWith(const char* text, const char* prefix) {
+    return strncmp(text, prefix, strlen(prefix)) == 0;
+}
+
+bool HasVideoStream(const camera3_stream_configuration* config) {
+    if (config == nullptr || config->streams == nullptr) {
+        return false;
+    }
+    for (uint32_t i = 0; i < config->num_streams; ++i) {
+        const camera3_stream* stream = config->streams[i];
+        if (stream != nullptr && (stream->usage & kVideoUsageMask) != 0 &&
+            stream->data_space != HAL_DATASPACE_HEIF) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue) {
+    bool value = defaultValue;
+    if (GetBooleanConfiguration(group, key, &value) != kConfigOk) {
+        return defaultValue;
+    }
+    return value;
+}
+
+struct FallbackInputs {
+    bool thirdPartyOrCameraUnit;
+    bool bokehSession;
+    bool proVideoCameraMode;
+    uint32_t operationMode;
+    bool engineerCamera;
+};
+
+// The reasons are tested in order of precedence: who the client is first, then
+// the kind of session, then the operation mode.
+uint32_t SelectFallbackUsecase(const FallbackInputs& in) {
+    if (in.thirdPartyOrCameraUnit) {
+        return kFallbackThirdPartyClient;
+    }
+    if (in.bokehSession) {
+        return kFallbackBokeh;
+    }
+    if (in.proVideoCameraMode) {
+        return kFallbackProVideo;
+    }
+    switch (in.operationMode) {
+        case 0x800B:
+        case 0x800C:
+        case 0x8028:
+            return kFallbackOpMode800B;
+        case 0x8009:
+            return kFallbackOpMode8009;
+        case 0x8019:
+            return kFallbackOpMode8019;
+        case 0x8021:
+            return kFallbackOpMode8021;
+        case 0x8029:
+            return in.engineerCamera ? kFallbackEngineerOpMode8029 : kFallbackDefault;
+        default:
+            return kFallbackDefault;
+    }
+}
+
+// Strings of one indexed row; values the row does not have stay null.
+bool ReadLocaleStrings(const char* group, const char* name, uint32_t index, uint32_t count,
+                       std::vector<char*>& values) {
+    char indexText[16];
+    snprintf(indexText, sizeof(indexText), "%u", index);
+    values.assign(count, nullptr);
+    if (count == 0) {
+        return false;
+    }
+    return GetLocaleStringListConfiguration(group, name, indexText, values.data(), count) ==
+           kConfigOk;
+}
+
+// True when the client is listed in the tripartite fallback white list. Every
+// entry is visited, so that each listed form that matches is logged.
+bool IsTripartiteFallbackApp(const char* packageName, const char* activityName) {
+    static constexpr const char* kGroup = "TripartiteModeFallbackWhitelist";
+    const uint32_t keyCount = GetKeyCount(kGroup);
+    const uint32_t valueCount = GetValuesCount(kGroup, "App[0]");
+    bool listed = false;
+    std::vector<char*> values;
+    for (uint32_t i = 0; i < keyCount; ++i) {
+        if (valueCount < 2) {
+            // One name, matched as a prefix of the package or of the activity.
+            char indexText[16];
+            snprintf(indexText, sizeof(indexText), "%u", i);
+            char* app = nullptr;
+            if (GetLocaleStringConfiguration(kGroup, "App", indexText, &app) != kConfigOk ||
+                app == nullptr || app[0] == '\0') {
+                continue;
+            }
+            if (StartsWith(packageName, app) || StartsWith(activityName, app)) {
+                listed = true;
+                UI_LOGI("m_clientPackageName %s, m_clientActivityName %s", packageName,
+                        activityName);
+            }
+            continue;
+        }
+        // An activity prefix and the package prefix it belongs to ("-1": any
+        // package). A row that stops after the activity names no package,
+        // which means any package as well.
+        if (!ReadLocaleStrings(kGroup, "App", i, valueCount, values)) {
+            continue;
+        }
+        const char* activity = values[0];
+        const char* package = values[1] != nullptr ? values[1] : "-1";
+        if (activity == nullptr || activity[0] == '\0') {
+            continue;
+        }
+        const bool packageMatches = strcmp(package, "-1") == 0 || StartsWith(packageName, package);
+        if (packageMatches && StartsWith(activityName, activity)) {
+            listed = true;
+            UI_LOGI("m_clientPackageName %s, m_clientActivityName %s, whitelistPackageName %s",
+                    packageName, activityName, package);
+        }
+    }
+    return listed;
+}
+
+// True when the client is listed as a third-party app with zoom division
+// curves. Names are compared whole, unlike the fallback white list.
+bool IsZoomDivisionApp(const char* packageName, const char* activityName) {
+    static constexpr const char* kGroup = "3rdCamIsSupportZoomdivisionConfig";
+    const uint32_t keyCount = GetKeyCount(kGroup);
+    const uint32_t valueCount = GetValuesCount(kGroup, "APP[0]");
+    std::vector<char*> values;
+    for (uint32_t i = 0; i < keyCount; ++i) {
+        if (!ReadLocaleStrings(kGroup, "APP", i, valueCount, values) || values[0] == nullptr) {
+            continue;
+        }
+        if (strcmp(values[0], packageName) == 0 || strcmp(values[0], activityName) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
+    const camera3_stream_configuration* config) {
+    _SatStaticCaps& sat = m_satStaticCaps;
+
+    if (m_isBokehMode != 0 || m_numPhysicalCameras == 1) {
+        m_supportCaps.set(CapsBokehOrSingleCamera);
+    }
+    const bool hasVideoStream = HasVideoStream(config);
+
+    // While the device charges wirelessly (and the device allows it) fallback
+    // detection is off.
+    const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless", false);
+    char wirelessText[kWirelessReadSize + 1] = {};
+    const int readStatus = readFile(kWirelessOnlinePath, wirelessText, kWirelessReadSize);
+    const int wirelessStat = ParseDecimal(wirelessText);
+    UI_LOGI("read wireless_stat is %d result %d isEnablewireless %d", wirelessStat, readStatus,
+            enableWireless);
+    const bool wirelessOn = readStatus == 0 && wirelessStat == 1 && enableWireless;
+
+    const int fallbackDetect =
+        PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdetect", "1");
+    const bool thirdPartyOrCameraUnit = m_isSystemCamera == 0 || m_isCameraUint != 0;
+    if (thirdPartyOrCameraUnit) {
+        sat.forceFallback = 1;
+        UI_LOGV("enable force fallback");
+    }
+    if (fallbackDetect >= 1 && m_isAICompositionEnable == 0 && !wirelessOn) {
+        const FallbackInputs inputs = {thirdPartyOrCameraUnit, m_isBokehMode != 0,
+                                       m_supportCaps.test(CapsCameraModeProVideoLog) ||
+                                           m_supportCaps.test(CapsCameraModeProVideo),
+                                       m_operationMode, m_isEngineerCamera != 0};
+        sat.fallbackUsecase = SelectFallbackUsecase(inputs);
+    } else {
+        UI_LOGI("fallback disable by persist or wireless is on");
+        sat.fallbackUsecase = kFallbackOff;
+    }
+    UI_LOGI("fallbackUsecase is %d operationMode is 0x%x", sat.fallbackUsecase, m_operationMode);
+
+    sat.fallbackDebug =
+        PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdebug", "0") > 0 ? 1 : 0;
+
+    sat.isTripartiteFallbackWhitelist =
+        IsTripartiteFallbackApp(m_clientPackageName, m_clientActivityName) ? 1 : 0;
+
+    // Bokeh seamless zoom is restricted only in bokeh sessions that do not
+    // translate the zoom ratio themselves.
+    const bool enableBokehZoomRatio =
+        ReadConfigBool("BokehZoomRatioTranslateInfo", "enableBokehZoomRatio", false);
+    std::vector<uint32_t> seamlessModes;
+    ReadUIntList("BokehSATConfig", "supportBokehIzoomSeamless", seamlessModes);
+    bool seamlessMode = false;
+    for (uint32_t mode : seamlessModes) {
+        UI_LOGV("map mode %d==%d support bokeh seamless zoom", m_operationMode, mode);
+        if (mode == m_operationMode) {
+            seamlessMode = true;
+            break;
+        }
+    }
+    sat.supportBokehIzoomSeamless =
+        (m_isBokehMode != 0 && !enableBokehZoomRatio) ? (seamlessMode ? 1 : 0) : 1;
+
+    const bool zoomDivisionApp = IsZoomDivisionApp(m_clientPackageName, m_clientActivityName);
+    sat.is3rdCamZoomDivisionApp = zoomDivisionApp ? 1 : 0;
+    sat.supportZoomDivision = (zoomDivisionApp || m_isSystemCamera != 0) ? 1 : 0;
+
+    sat.enableSmoothZoom = 0;
+    sat.useAIDLInput = 0;
+    if (m_isSystemCamera != 0 && m_isCameraUint == 0) {
+        sat.enableSmoothZoom = 1;
+        if (m_numPhysicalCameras >= 2) {
+            sat.useAIDLInput = ReadConfigBool("SatSmoothZoom", "UseAIDLInput", false) ? 1 : 0;
+        }
+    }
+
+    sat.isBokehMode = m_isBokehMode;
+    sat.isEnableSkipMiddleSensor =
+        ReadConfigBool("SatPointZoomSkip", "isEnableSkipMiddleSensor", false) ? 1 : 0;
+
+    if (hasVideoStream) {
+        int32_t videoMaxRtCount = 0;
+        GetIntegerConfiguration("4SatSmoothZoom", "videoMaxRtCount", &videoMaxRtCount);
+        sat.videoMaxRtCount = videoMaxRtCount;
+        sat.isEnableSkipMiddleSensor =
+            ReadConfigBool("SatPointZoomSkip", "EnablePointZoomskipForVideo",
+                           sat.isEnableSkipMiddleSensor != 0)
+                ? 1
+                : 0;
+        sat.zoomDivisionCurveCfgPrefix = "ZoomDivisionCurveCfg_Video_";
+    } else {
+        sat.videoMaxRtCount = 0;
+        sat.zoomDivisionCurveCfgPrefix = "ZoomDivisionCurveCfg_Photo_";
+    }
+
+    sat.useVideoStrategy = 0;
+    if (GetValuesCount("MvgSatSettings", "useVideoStrategyMode") != 0 && m_isCameraUint == 0) {
+        std::vector<uint32_t> strategyModes;
+        ReadUIntList("MvgSatSettings", "useVideoStrategyMode", strategyModes);
+        for (uint32_t mode : strategyModes) {
+            if (mode == m_operationMode) {
+                sat.useVideoStrategy = 1;
+                UI_LOGI("useVideoStrategy operationMode: 0x%x", m_operationMode);
+            }
+        }
+    }
+
+    // A missing or unreadable sysfs node only means "not charging wirelessly";
+    // the status is handed back for the record.
+    return static_cast<uint32_t>(readStatus);
+}
+
 }  // namespace Lumora

@@ -1,0 +1,102 @@
+// VIULL for an ordinary client (no package policy configured): the general
+// enable, the HDR exclusion and the SupportedAINRType session parameter.
+#include <string>
+
+#include "features/FeatureTestSupport.h"
+
+namespace LumoraTest {
+namespace {
+
+constexpr const char* kEnableCamera0 = "[3rdAppEnableVIULL]\nisEnable3rdAppVIULL[0] = 1, 0x1\n";
+
+class AinrTest : public FeatureTest {
+protected:
+    void SetUp() override {
+        FeatureTest::SetUp();
+        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
+        m_device.AddCamera(TestDevice::SingleCamera("ov50", 1, 1));
+        m_device.AddCamera(TestDevice::SingleCamera("s5k", 2, 15));
+        m_device.AddCameraWithoutRecord();
+        m_device.Init();
+    }
+
+    // The written AINR type (-1: not written), which always agrees with bit 89.
+    int32_t ConfigureVideo(unsigned int cameraId, int64_t profile = 1, int32_t presetTag = -1) {
+        StreamConfig config;
+        StreamSpec video = VideoStream();
+        video.dynamicRangeProfile = profile;
+        config.Add(video);
+        if (presetTag >= 0) {
+            config.SessionParams().VendorInt32(kTagSupportedAINRType, {presetTag, presetTag});
+        }
+        Configure(config, cameraId);
+        const int32_t type =
+            config.SessionParams().FirstInt32(GetVendorTagId(kTagSupportedAINRType));
+        EXPECT_EQ(type == 2, Logical(Lumora::CapsVIULL));
+        return type;
+    }
+};
+
+TEST_F(AinrTest, GeneralEnableByCameraMask) {
+    const struct {
+        const char* rows;
+        unsigned int cameraId;
+        int32_t type;
+    } cases[] = {
+        {"[1] = 1, 0x1", 0, 0},  // no row 0: the group is off
+        {"[0] = 1, 0x1", 0, 2},
+        {"[0] = 1, 0x1", 1, 0},
+        {"[0] = 1, 0x8000", 2, 2},      // logical camera 15
+        {"[0] = 1, 0x80000000", 3, 2},  // no record: logical id -1, bit 31
+        // A disabled entry does not end the scan.
+        {"[0] = 0, 0x3\nisEnable3rdAppVIULL[1] = 1, 0x2", 1, 2},
+        {"[0] = 0, 0x3", 1, 0},
+        // Rows of another length switch the group off; a later short row has
+        // no camera.
+        {"[0] = 1, 0x1, 0", 0, 0},
+        {"[0] = 1", 0, 0},
+        {"[0] = 0, 0x1\nisEnable3rdAppVIULL[1] = 1", 0, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.rows << " camera " << c.cameraId);
+        LoadConfig(std::string("[3rdAppEnableVIULL]\nisEnable3rdAppVIULL") + c.rows + "\n");
+        EXPECT_EQ(c.type, ConfigureVideo(c.cameraId));
+    }
+    EXPECT_TRUE(LoggedExactly("E Can't find vendor tag SupportedAINRType"));
+    EXPECT_TRUE(LoggedExactly("I key: 0x8000, sensorMask: 0x8000"));
+    EXPECT_TRUE(LoggedExactly("I key: 0x80000000, sensorMask: 0x80000000"));
+}
+
+TEST_F(AinrTest, HdrVideoStreamsExcludeVIULL) {
+    const struct {
+        const char* disableForHdr;
+        int64_t profile;
+        int32_t type;
+    } cases[] = {{"true", 2, 0}, {"true", 4, 0},  {"true", 8, 0},
+                 {"true", 1, 2}, {"true", 16, 2}, {"false", 4, 2}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.disableForHdr << " profile " << c.profile);
+        LoadConfig(std::string(kEnableCamera0) +
+                   "[OemCommonCapbility]\ndisableVIULLForSpecificHDR = " + c.disableForHdr + "\n");
+        EXPECT_EQ(c.type, ConfigureVideo(0, c.profile));
+    }
+    EXPECT_TRUE(
+        LoggedExactly("I supportedAinrType: 0, isEnableVIULL: 0, disableVIULLForSpecificHDR: 1"));
+}
+
+TEST_F(AinrTest, TagIsUpdatedWhenPresentAndSkippedWithoutSessionParameters) {
+    LoadConfig(kEnableCamera0);
+    EXPECT_EQ(2, ConfigureVideo(0, 1, 7));
+    EXPECT_FALSE(LoggedContaining("Can't find vendor tag SupportedAINRType"));
+    EXPECT_TRUE(LoggedExactly("I update_camera_metadata_entry supportedAinrType: 2"));
+
+    StreamConfig config;
+    config.Add(VideoStream());
+    config.WithoutSessionParams();
+    Configure(config);
+    EXPECT_TRUE(Logical(Lumora::CapsVIULL));
+    EXPECT_TRUE(LoggedExactly("E sessionParams Invalid Args"));
+}
+
+}  // namespace
+}  // namespace LumoraTest
