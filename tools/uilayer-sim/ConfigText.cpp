@@ -95,8 +95,7 @@ ConfigText ParseConfigText(const std::string& input) {
         const std::string groupName = group != nullptr ? group->name : std::string();
         if (line.front() == '[') {
             if (line.size() < 2 || line.back() != ']') {
-                result.malformed.push_back(
-                    {lineNumber, groupName, "", "a group line must end with ']'"});
+                result.malformed.push_back({lineNumber, "", "", "a group line must end with ']'"});
                 continue;
             }
             const std::string name = Trim(line.substr(1, line.size() - 2));

@@ -138,6 +138,10 @@ const char* TypeName(char type) {
     }
 }
 
+std::string Values(size_t count) {
+    return std::to_string(count) + (count == 1 ? " value" : " values");
+}
+
 std::string Quote(const std::string& text) {
     return "\"" + text + "\"";
 }
@@ -225,7 +229,7 @@ private:
 void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const KeyRule& rule,
                          bool isRow, const size_t* rowZeroCount) {
     const size_t count = key.values.size();
-    const std::string n = std::to_string(count) + (count == 1 ? " value" : " values");
+    const std::string n = Values(count);
     if (rowZeroCount != nullptr) {
         if (count != *rowZeroCount) {
             Add(key.line, group.name, key.name,
@@ -283,7 +287,7 @@ void Linter::CheckSingleKeys(const ConfigGroup& group, const std::vector<const K
     if (group.name == "EquivalentFocalLengthMapping" && names != nullptr && ratios != nullptr &&
         names->values.size() != ratios->values.size()) {
         Add(ratios->line, group.name, ratios->name,
-            std::to_string(ratios->values.size()) + " values, needOverrideCameraList has " +
+            Values(ratios->values.size()) + ", needOverrideCameraList has " +
                 std::to_string(names->values.size()) + " (one ratio per sensor expected)");
     }
 }
