@@ -64,5 +64,20 @@ TEST_F(DeviceRootTest, RefusesARootWithoutTheSiblingAndLeavesNothingBehind) {
     EXPECT_EQ(std::vector<std::string>{}, tmp.Entries());
 }
 
+TEST_F(DeviceRootTest, AnAbortOfTheLibraryStillRemovesTheRoot) {
+    ScopedTempDir tmp;
+    ASSERT_FALSE(tmp.Path().empty());
+    EXPECT_DEATH(
+        {
+            InstallAbortHandler();
+            DeviceRoot root(UILAYER_SIM_SIBLING_ROOT);
+            root.WriteFile("/data/vendor/camera/aecWarmStartCamera_0.txt", "1");
+            SetCurrentStep("ParseStaticCapabilities of session \"bokeh\"");
+            abort();
+        },
+        "the library aborted the process during ParseStaticCapabilities of session \"bokeh\"");
+    EXPECT_EQ(std::vector<std::string>{}, tmp.Entries());
+}
+
 }  // namespace
 }  // namespace UilayerSim
