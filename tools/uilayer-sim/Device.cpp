@@ -73,7 +73,7 @@ uint32_t VendorTag(uint32_t index) {
     return id;
 }
 
-SimDevice::SimDevice(const std::vector<CameraSpec>& cameras) {
+SimDevice::SimDevice(const std::vector<CameraSetup>& cameras) {
     // The first Init resolves GetVendorTagId, which the records need.
     Lumora::IuiLayer::Init(0, nullptr);
     if (GetVendorTagId == nullptr) {
@@ -82,31 +82,31 @@ SimDevice::SimDevice(const std::vector<CameraSpec>& cameras) {
     const uint32_t recordTag = VendorTag(kCameraInfoTag);
     m_table.assign(cameras.size(), camera_info{});
     for (size_t i = 0; i < cameras.size(); ++i) {
-        const CameraSpec& spec = cameras[i];
+        const CameraSetup& setup = cameras[i];
         m_characteristics.emplace_back(4, sizeof(LumoraCameraInfo) + 64);
         m_table[i].static_camera_characteristics = m_characteristics.back().Get();
-        if (!spec.hasRecord) {
+        if (!setup.hasRecord) {
             continue;
         }
         LumoraCameraInfo record = {};
-        record.logicalCamId = spec.logicalId;
-        record.frameworkId = spec.frameworkId;
-        record.numPhysicalCameras = static_cast<uint32_t>(spec.physical.size());
-        for (size_t k = 0; k < spec.physical.size(); ++k) {
-            const PhysicalCameraSpec& physical = spec.physical[k];
+        record.logicalCamId = setup.logicalId;
+        record.frameworkId = setup.frameworkId;
+        record.numPhysicalCameras = static_cast<uint32_t>(setup.physical.size());
+        for (size_t k = 0; k < setup.physical.size(); ++k) {
+            const PhysicalCameraSetup& physical = setup.physical[k];
             record.cameraEntry[k].logicalCamId = physical.logicalId;
             record.cameraEntry[k].frameworkId = physical.frameworkId;
             record.cameraEntry[k].physicalCamId = physical.physicalId;
             record.cameraEntry[k].isPrimary = physical.primary ? 1 : 0;
         }
-        record.type = spec.type;
-        record.fullArrayWidth = spec.fullArrayWidth;
-        record.fullArrayHeight = spec.fullArrayHeight;
-        record.numSensorModes = static_cast<uint32_t>(spec.sensorModeFlags.size());
-        for (size_t m = 0; m < spec.sensorModeFlags.size(); ++m) {
-            record.sensorModes[m].flags = spec.sensorModeFlags[m];
+        record.type = setup.type;
+        record.fullArrayWidth = setup.fullArrayWidth;
+        record.fullArrayHeight = setup.fullArrayHeight;
+        record.numSensorModes = static_cast<uint32_t>(setup.sensorModeFlags.size());
+        for (size_t m = 0; m < setup.sensorModeFlags.size(); ++m) {
+            record.sensorModes[m].flags = setup.sensorModeFlags[m];
         }
-        m_sensorNames.push_back(spec.sensor);
+        m_sensorNames.push_back(setup.sensor);
         record.sensorName = m_sensorNames.back().c_str();
         m_characteristics.back().Add(recordTag, &record, sizeof(record),
                                      "the camera record of camera " + std::to_string(i));

@@ -55,7 +55,7 @@ public:
     // Resolves the vendor tag lookup (IuiLayer::Init with no cameras), builds
     // the camera table and hands it to IuiLayer::Init. Throws
     // std::runtime_error when the sibling camera layer cannot be loaded.
-    explicit SimDevice(const std::vector<CameraSpec>& cameras);
+    explicit SimDevice(const std::vector<CameraSetup>& cameras);
     SimDevice(const SimDevice&) = delete;
     SimDevice& operator=(const SimDevice&) = delete;
 

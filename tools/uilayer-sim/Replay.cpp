@@ -85,7 +85,7 @@ struct PreparedStep {
 };
 
 struct PreparedSession {
-    const SessionSpec* spec = nullptr;
+    const SessionSetup* setup = nullptr;
     std::deque<camera3_stream_t> streams;
     std::deque<std::string> physicalIds;
     std::vector<camera3_stream_t*> pointers;
@@ -115,15 +115,15 @@ private:
     // Adds the log lines as "log" when logging is on and there are any.
     void AttachLog(ReportNode* node, std::vector<std::string> lines) const;
 
-    std::unique_ptr<PreparedRequest> PrepareRequest(const RequestSpec& spec,
+    std::unique_ptr<PreparedRequest> PrepareRequest(const RequestSetup& setup,
                                                     PreparedSession* session) const;
-    std::unique_ptr<PreparedResult> PrepareResult(const ResultSpec& spec) const;
-    std::unique_ptr<PreparedSession> PrepareSession(const SessionSpec& spec) const;
+    std::unique_ptr<PreparedResult> PrepareResult(const ResultSetup& setup) const;
+    std::unique_ptr<PreparedSession> PrepareSession(const SessionSetup& setup) const;
 
     ReportNode RunSession(PreparedSession* session);
     ReportNode SessionReport(PreparedSession* session, IuiLayer* parser);
     ReportNode RunStep(PreparedStep* prepared, PreparedSession* session, IuiLayer* parser);
-    ReportNode RequestReport(uint32_t frame, const SessionSpec& spec, PreparedSession* session,
+    ReportNode RequestReport(uint32_t frame, const SessionSetup& setup, PreparedSession* session,
                              IuiLayer* parser) const;
     ReportNode RunRepeat(PreparedStep* prepared, IuiLayer* parser);
     ReportNode RunQuery(const Step& step, PreparedSession* session, IuiLayer* parser);
@@ -134,7 +134,7 @@ private:
     ReportNode SatReport(IuiLayer* parser) const;
     ReportNode WarmStartReport(uint32_t physicalId, IuiLayer* parser) const;
     ReportNode StarModeReport(IuiLayer* parser) const;
-    std::vector<uint32_t> PhysicalIds(const SessionSpec& spec) const;
+    std::vector<uint32_t> PhysicalIds(const SessionSetup& setup) const;
 
     const Scenario& m_scenario;
     const ReplayOptions& m_options;
@@ -162,38 +162,38 @@ void Replayer::AttachLog(ReportNode* node, std::vector<std::string> lines) const
     }
 }
 
-std::vector<uint32_t> Replayer::PhysicalIds(const SessionSpec& spec) const {
+std::vector<uint32_t> Replayer::PhysicalIds(const SessionSetup& setup) const {
     std::vector<uint32_t> ids;
-    const CameraSpec* camera = m_scenario.Camera(spec.camera);
+    const CameraSetup* camera = m_scenario.Camera(setup.camera);
     if (camera != nullptr && camera->hasRecord) {
-        for (const PhysicalCameraSpec& physical : camera->physical) {
+        for (const PhysicalCameraSetup& physical : camera->physical) {
             ids.push_back(physical.physicalId);
         }
     }
     return ids;
 }
 
-std::unique_ptr<PreparedRequest> Replayer::PrepareRequest(const RequestSpec& spec,
+std::unique_ptr<PreparedRequest> Replayer::PrepareRequest(const RequestSetup& setup,
                                                           PreparedSession* session) const {
     auto prepared = std::make_unique<PreparedRequest>();
-    if (spec.hasSettings) {
+    if (setup.hasSettings) {
         prepared->settings =
-            MetadataBuffer::WithTags(spec.settings, 2, 64 + spec.sensorModes.size() * 4);
-        if (spec.hasSensorModes) {
-            prepared->settings.Add(VendorTag(kSensorModeListTag), spec.sensorModes.data(),
-                                   spec.sensorModes.size(), "the sensor mode list");
+            MetadataBuffer::WithTags(setup.settings, 2, 64 + setup.sensorModes.size() * 4);
+        if (setup.hasSensorModes) {
+            prepared->settings.Add(VendorTag(kSensorModeListTag), setup.sensorModes.data(),
+                                   setup.sensorModes.size(), "the sensor mode list");
         }
-        if (spec.hasZoomRatio) {
-            prepared->settings.Add(ANDROID_CONTROL_ZOOM_RATIO, &spec.zoomRatio, 1,
+        if (setup.hasZoomRatio) {
+            prepared->settings.Add(ANDROID_CONTROL_ZOOM_RATIO, &setup.zoomRatio, 1,
                                    "the zoom ratio");
         }
     }
-    for (size_t index : spec.buffers) {
+    for (size_t index : setup.buffers) {
         camera3_stream_buffer_t buffer = {};
         buffer.stream = session->pointers[index];
         prepared->buffers.push_back(buffer);
     }
-    prepared->request.frame_number = spec.frame;
+    prepared->request.frame_number = setup.frame;
     prepared->request.settings = prepared->settings.Get();
     prepared->request.num_output_buffers = static_cast<uint32_t>(prepared->buffers.size());
     prepared->request.output_buffers =
@@ -201,66 +201,66 @@ std::unique_ptr<PreparedRequest> Replayer::PrepareRequest(const RequestSpec& spe
     return prepared;
 }
 
-std::unique_ptr<PreparedResult> Replayer::PrepareResult(const ResultSpec& spec) const {
+std::unique_ptr<PreparedResult> Replayer::PrepareResult(const ResultSetup& setup) const {
     auto prepared = std::make_unique<PreparedResult>();
-    if (spec.hasMetadata) {
+    if (setup.hasMetadata) {
         prepared->metadata = MetadataBuffer(4, 2 * kMlftBlockSize + 512);
-        if (spec.hasAec) {
+        if (setup.hasAec) {
             // The list always holds eight records; unused ones belong to no camera.
             std::vector<AecRecord> records(kAecRecordCount, AecRecord{-1, 0.0f, 0.0f, 0, 0});
-            for (size_t i = 0; i < spec.aec.size(); ++i) {
-                const AecSpec& aec = spec.aec[i];
+            for (size_t i = 0; i < setup.aec.size(); ++i) {
+                const AecSetup& aec = setup.aec[i];
                 records[i] = AecRecord{aec.camera, aec.value1, aec.value2, aec.expCount, aec.extra};
             }
             prepared->metadata.Add(VendorTag(kExposureCountListTag), records.data(),
                                    records.size() * sizeof(AecRecord), "the exposure count list");
         }
-        if (spec.hasMlft) {
+        if (setup.hasMlft) {
             std::vector<uint8_t> block(kMlftBlockSize, 0);
-            memcpy(block.data() + kMlftSwitchOffset, &spec.mlft, sizeof(spec.mlft));
+            memcpy(block.data() + kMlftSwitchOffset, &setup.mlft, sizeof(setup.mlft));
             prepared->metadata.Add(VendorTag(kMlftParametersTag), block.data(), block.size(),
                                    "the MLFT parameter block");
         }
     }
-    prepared->result.frame_number = spec.frame;
+    prepared->result.frame_number = setup.frame;
     prepared->result.result = prepared->metadata.Get();
     return prepared;
 }
 
-std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSpec& spec) const {
+std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& setup) const {
     auto session = std::make_unique<PreparedSession>();
-    session->spec = &spec;
-    for (const StreamSpec& streamSpec : spec.streams) {
+    session->setup = &setup;
+    for (const StreamSetup& streamSetup : setup.streams) {
         camera3_stream_t stream = {};
-        stream.stream_type = streamSpec.streamType;
-        stream.width = streamSpec.width;
-        stream.height = streamSpec.height;
-        stream.format = streamSpec.format;
-        stream.usage = streamSpec.usage;
-        stream.data_space = static_cast<android_dataspace_t>(streamSpec.dataSpace);
-        session->physicalIds.push_back(streamSpec.physicalId);
+        stream.stream_type = streamSetup.streamType;
+        stream.width = streamSetup.width;
+        stream.height = streamSetup.height;
+        stream.format = streamSetup.format;
+        stream.usage = streamSetup.usage;
+        stream.data_space = static_cast<android_dataspace_t>(streamSetup.dataSpace);
+        session->physicalIds.push_back(streamSetup.physicalId);
         stream.physical_camera_id =
-            streamSpec.hasPhysicalId ? session->physicalIds.back().c_str() : nullptr;
-        stream.stream_use_case = streamSpec.useCase;
-        stream.ext_stream_mode = streamSpec.extMode;
-        stream.dynamic_range_profile = streamSpec.dynamicRangeProfile;
+            streamSetup.hasPhysicalId ? session->physicalIds.back().c_str() : nullptr;
+        stream.stream_use_case = streamSetup.useCase;
+        stream.ext_stream_mode = streamSetup.extMode;
+        stream.dynamic_range_profile = streamSetup.dynamicRangeProfile;
         session->streams.push_back(stream);
         session->pointers.push_back(&session->streams.back());
     }
-    if (spec.hasSessionParams) {
+    if (setup.hasSessionParams) {
         // Room for the client names and for the two tags the library writes.
         session->params = MetadataBuffer::WithTags(
-            spec.params, 4, spec.package.size() + spec.activity.size() + 256);
-        if (spec.hasPackage) {
-            session->params.Add(VendorTag(kPackageTag), spec.package.data(), spec.package.size(),
+            setup.params, 4, setup.package.size() + setup.activity.size() + 256);
+        if (setup.hasPackage) {
+            session->params.Add(VendorTag(kPackageTag), setup.package.data(), setup.package.size(),
                                 "the package name");
         }
-        if (spec.hasActivity) {
-            session->params.Add(VendorTag(kActivityTag), spec.activity.data(), spec.activity.size(),
-                                "the activity name");
+        if (setup.hasActivity) {
+            session->params.Add(VendorTag(kActivityTag), setup.activity.data(),
+                                setup.activity.size(), "the activity name");
         }
     }
-    for (const Step& step : spec.steps) {
+    for (const Step& step : setup.steps) {
         PreparedStep prepared;
         prepared.step = &step;
         if (step.kind == StepKind::Request || step.kind == StepKind::Repeat) {
@@ -301,7 +301,7 @@ ReportNode Replayer::Run() {
     m_device = std::make_unique<SimDevice>(m_scenario.cameras);
     ReportNode& device = report.Add("device", ReportNode::Map());
     ReportNode& cameras = device.Add("cameras", ReportNode::List());
-    for (const CameraSpec& camera : m_scenario.cameras) {
+    for (const CameraSetup& camera : m_scenario.cameras) {
         ReportNode& node = cameras.Push(ReportNode::Map());
         node.Add("camera", ReportNode::Integer(camera.frameworkId));
         if (!camera.hasRecord) {
@@ -311,7 +311,7 @@ ReportNode Replayer::Run() {
         node.Add("logical id", ReportNode::Integer(camera.logicalId));
         node.Add("sensor", ReportNode::Text(camera.sensor));
         ReportNode& physical = node.Add("physical cameras", ReportNode::InlineList());
-        for (const PhysicalCameraSpec& entry : camera.physical) {
+        for (const PhysicalCameraSetup& entry : camera.physical) {
             physical.Push(ReportNode::Text(std::to_string(entry.physicalId) + " (framework " +
                                            std::to_string(entry.frameworkId) + ", logical " +
                                            std::to_string(entry.logicalId) +
@@ -322,8 +322,8 @@ ReportNode Replayer::Run() {
 
     // Everything is prepared before the first session reaches the library.
     std::vector<std::unique_ptr<PreparedSession>> sessions;
-    for (const SessionSpec& spec : m_scenario.sessions) {
-        sessions.push_back(PrepareSession(spec));
+    for (const SessionSetup& setup : m_scenario.sessions) {
+        sessions.push_back(PrepareSession(setup));
     }
     ReportNode& sessionList = report.Add("sessions", ReportNode::List());
     for (auto& session : sessions) {
@@ -333,30 +333,30 @@ ReportNode Replayer::Run() {
 }
 
 ReportNode Replayer::RunSession(PreparedSession* session) {
-    const SessionSpec& spec = *session->spec;
-    for (const auto& file : spec.files) {
+    const SessionSetup& setup = *session->setup;
+    for (const auto& file : setup.files) {
         m_root->WriteFile(file.first, file.second);
     }
-    for (const auto& property : spec.properties) {
+    for (const auto& property : setup.properties) {
         property_set(property.first.c_str(), property.second.c_str());
     }
-    std::shared_ptr<IuiLayer>& parser = m_parsers[spec.camera];
+    std::shared_ptr<IuiLayer>& parser = m_parsers[setup.camera];
     if (!parser) {
-        parser = IuiLayer::Get(spec.camera);
+        parser = IuiLayer::Get(setup.camera);
     }
     session->config.num_streams = static_cast<uint32_t>(session->pointers.size());
     session->config.streams = session->pointers.data();
-    session->config.operation_mode = spec.operationMode;
+    session->config.operation_mode = setup.operationMode;
     session->config.session_parameters = session->params.Get();
 
     ReportNode report = ReportNode::Map();
-    report.Add("session", ReportNode::Text(spec.name));
-    report.Add("camera", ReportNode::Integer(spec.camera));
+    report.Add("session", ReportNode::Text(setup.name));
+    report.Add("camera", ReportNode::Integer(setup.camera));
     ReportNode& configure = report.Add("configure", ReportNode::Map());
-    SetCurrentStep("ParseStaticCapabilities of session \"" + spec.name + "\"");
+    SetCurrentStep("ParseStaticCapabilities of session \"" + setup.name + "\"");
     configure.Add("ParseStaticCapabilities",
                   ReportNode::Integer(parser->ParseStaticCapabilities(&session->config)));
-    SetCurrentStep("ParseStreamCapabilities of session \"" + spec.name + "\"");
+    SetCurrentStep("ParseStreamCapabilities of session \"" + setup.name + "\"");
     configure.Add("ParseStreamCapabilities",
                   ReportNode::Integer(parser->ParseStreamCapabilities(&session->config)));
     AttachLog(&configure, TakeLog());
@@ -393,7 +393,7 @@ ReportNode Replayer::StreamNames(const std::vector<Lumora::_UIStreamInfo>* list,
         std::string name = "?";
         for (size_t i = 0; i < session.pointers.size(); ++i) {
             if (session.pointers[i] == info.pStream) {
-                name = session.spec->streams[i].name;
+                name = session.setup->streams[i].name;
             }
         }
         names.Push(ReportNode::Text(name));
@@ -454,12 +454,12 @@ ReportNode Replayer::StarModeReport(IuiLayer* parser) const {
 }
 
 ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
-    const SessionSpec& spec = *session->spec;
+    const SessionSetup& setup = *session->setup;
     // The report's own questions are asked with the log switches off.
     SetLogging(false);
     ReportNode report = ReportNode::Map();
-    report.Add("operation mode", ReportNode::Hex(spec.operationMode));
-    if (session->config.operation_mode != spec.operationMode) {
+    report.Add("operation mode", ReportNode::Hex(setup.operationMode));
+    if (session->config.operation_mode != setup.operationMode) {
         report.Add("rewritten operation mode", ReportNode::Hex(session->config.operation_mode));
     }
     report.Add("package", TextOrNone(parser->GetPackageName()));
@@ -467,7 +467,7 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     report.Add("camera mode", TextOrNone(parser->GetCameraMode()));
     report.Add("pipeline", TextOrNone(parser->GetPipelineName()));
     report.Add("logical caps", SessionCaps(kLogicalCamera, parser));
-    const std::vector<uint32_t> physicalIds = PhysicalIds(spec);
+    const std::vector<uint32_t> physicalIds = PhysicalIds(setup);
     ReportNode& physical = report.Add("physical caps", ReportNode::Map());
     for (uint32_t id : physicalIds) {
         physical.Add("camera " + std::to_string(id), SessionCaps(id, parser));
@@ -476,7 +476,7 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     ReportNode& streams = report.Add("streams", ReportNode::Map());
     for (size_t i = 0; i < session->pointers.size(); ++i) {
         camera3_stream_t* stream = session->pointers[i];
-        ReportNode& node = streams.Add(spec.streams[i].name, ReportNode::Map());
+        ReportNode& node = streams.Add(setup.streams[i].name, ReportNode::Map());
         node.Add("role", ReportNode::Text(StreamRoleName(parser->GetStreamTypeByStream(stream))));
         node.Add("camera index", ReportNode::Integer(parser->GetCameraIndexByStream(stream)));
         if (stream->ext_stream_flags != 0) {
@@ -534,13 +534,13 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     return report;
 }
 
-ReportNode Replayer::RequestReport(uint32_t frame, const SessionSpec& spec,
+ReportNode Replayer::RequestReport(uint32_t frame, const SessionSetup& setup,
                                    PreparedSession* session, IuiLayer* parser) const {
     ReportNode report = ReportNode::Map();
     report.Add("primary caps", CapsNode(parser->GetRequestSupportCaps(
                                    frame, static_cast<Lumora::QueryCapsType>(kLogicalCamera))));
     ReportNode& cameras = report.Add("camera caps", ReportNode::Map());
-    for (uint32_t id : PhysicalIds(spec)) {
+    for (uint32_t id : PhysicalIds(setup)) {
         if (id < kRequestCameraCount) {
             cameras.Add("camera " + std::to_string(id),
                         CapsNode(parser->GetRequestSupportCaps(
@@ -560,7 +560,7 @@ ReportNode Replayer::RequestReport(uint32_t frame, const SessionSpec& spec,
 
 ReportNode Replayer::RunStep(PreparedStep* prepared, PreparedSession* session, IuiLayer* parser) {
     const Step& step = *prepared->step;
-    const SessionSpec& spec = *session->spec;
+    const SessionSetup& setup = *session->setup;
     SetCurrentStep("the step on line " + std::to_string(step.line) + " of " + m_scenario.name);
     ReportNode report = ReportNode::Map();
     if (step.kind == StepKind::Request) {
@@ -570,7 +570,7 @@ ReportNode Replayer::RunStep(PreparedStep* prepared, PreparedSession* session, I
         std::vector<std::string> log = TakeLog();
         report.Add("return code", ReportNode::Integer(status));
         SetLogging(false);
-        ReportNode details = RequestReport(frame, spec, session, parser);
+        ReportNode details = RequestReport(frame, setup, session, parser);
         SetLogging(m_options.log);
         for (const auto& entry : details.Entries()) {
             report.Add(entry.first, entry.second);

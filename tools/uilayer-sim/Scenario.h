@@ -33,18 +33,18 @@ struct TagValue {
     const void* Data() const;
 };
 
-struct PhysicalCameraSpec {
+struct PhysicalCameraSetup {
     int32_t logicalId = 0;
     int32_t frameworkId = 0;
     uint32_t physicalId = 0;
     bool primary = false;
 };
 
-struct CameraSpec {
+struct CameraSetup {
     bool hasRecord = true;
     uint32_t frameworkId = 0;
     uint32_t logicalId = 0;
-    std::vector<PhysicalCameraSpec> physical;
+    std::vector<PhysicalCameraSetup> physical;
     std::string sensor;
     uint32_t type = 0;
     std::vector<uint16_t> sensorModeFlags;
@@ -52,7 +52,7 @@ struct CameraSpec {
     uint32_t fullArrayHeight = 0;
 };
 
-struct StreamSpec {
+struct StreamSetup {
     std::string name;
     int streamType = 0;
     uint32_t width = 0;
@@ -67,7 +67,7 @@ struct StreamSpec {
     int64_t dynamicRangeProfile = 1;
 };
 
-struct RequestSpec {
+struct RequestSetup {
     uint32_t frame = 0;
     std::vector<size_t> buffers;  // indices into the session's streams
     bool hasSettings = true;
@@ -78,7 +78,7 @@ struct RequestSpec {
     std::vector<TagValue> settings;
 };
 
-struct AecSpec {
+struct AecSetup {
     int32_t camera = 0;
     int32_t expCount = 0;
     float value1 = 0.0f;
@@ -86,11 +86,11 @@ struct AecSpec {
     uint32_t extra = 0;
 };
 
-struct ResultSpec {
+struct ResultSetup {
     uint32_t frame = 0;
     bool hasMetadata = true;
     bool hasAec = false;
-    std::vector<AecSpec> aec;
+    std::vector<AecSetup> aec;
     bool hasMlft = false;
     uint32_t mlft = 0;
 };
@@ -118,9 +118,9 @@ enum class CapsSource { List, Request, Session };
 struct Step {
     StepKind kind = StepKind::Pipeline;
     int line = 0;
-    RequestSpec request;  // Request, Repeat (frame = first frame)
-    ResultSpec result;    // Result, Repeat
-    uint32_t count = 0;   // Repeat
+    RequestSetup request;  // Request, Repeat (frame = first frame)
+    ResultSetup result;    // Result, Repeat
+    uint32_t count = 0;    // Repeat
     bool repeatResult = false;
     uint32_t camera = kLogicalCamera;  // query type of the queries
     std::vector<uint32_t> caps;        // SessionCaps, SensorMode, RequestCaps
@@ -133,7 +133,7 @@ struct Step {
     int32_t skip = 0;
 };
 
-struct SessionSpec {
+struct SessionSetup {
     std::string name;
     int line = 0;
     uint32_t camera = 0;
@@ -144,7 +144,7 @@ struct SessionSpec {
     uint32_t operationMode = 0;
     bool hasSessionParams = true;
     std::vector<TagValue> params;
-    std::vector<StreamSpec> streams;
+    std::vector<StreamSetup> streams;
     std::vector<std::pair<std::string, std::string>> properties;
     std::vector<std::pair<std::string, std::string>> files;
     std::vector<Step> steps;
@@ -153,14 +153,14 @@ struct SessionSpec {
 struct Scenario {
     std::string path;
     std::string name;  // file name without directory
-    std::vector<CameraSpec> cameras;
+    std::vector<CameraSetup> cameras;
     std::string configName;  // as written in the scenario, or "inline"
     std::string configText;
     std::vector<std::pair<std::string, std::string>> properties;
     std::vector<std::pair<std::string, std::string>> files;
-    std::vector<SessionSpec> sessions;
+    std::vector<SessionSetup> sessions;
 
-    const CameraSpec* Camera(uint32_t frameworkId) const;
+    const CameraSetup* Camera(uint32_t frameworkId) const;
 };
 
 }  // namespace UilayerSim

@@ -303,21 +303,21 @@ private:
     }
 
     void ReadDevice(const YAML::Node& node, Scenario* scenario);
-    CameraSpec ReadCamera(const YAML::Node& node, const std::string& field);
+    CameraSetup ReadCamera(const YAML::Node& node, const std::string& field);
     void ReadConfiguration(const YAML::Node& root, Scenario* scenario);
     std::vector<std::pair<std::string, std::string>> ReadProperties(const YAML::Node& node,
                                                                     const std::string& field);
     std::vector<std::pair<std::string, std::string>> ReadFiles(const YAML::Node& node,
                                                                const std::string& field);
-    SessionSpec ReadSession(const YAML::Node& node, const std::string& field,
-                            const Scenario& scenario);
-    StreamSpec ReadStream(const YAML::Node& node, const std::string& field);
+    SessionSetup ReadSession(const YAML::Node& node, const std::string& field,
+                             const Scenario& scenario);
+    StreamSetup ReadStream(const YAML::Node& node, const std::string& field);
     std::vector<TagValue> ReadTags(const YAML::Node& node, const std::string& field);
     TagValue ReadTag(const YAML::Node& node, const std::string& field);
     Step ReadStep(const YAML::Node& node, const std::string& field, SessionState* state);
-    RequestSpec ReadRequest(const YAML::Node& node, const std::string& field,
-                            const SessionState& state, bool needFrame);
-    ResultSpec ReadResult(const YAML::Node& node, const std::string& field, bool needFrame);
+    RequestSetup ReadRequest(const YAML::Node& node, const std::string& field,
+                             const SessionState& state, bool needFrame);
+    ResultSetup ReadResult(const YAML::Node& node, const std::string& field, bool needFrame);
 
     std::string m_file;
     std::string m_baseDir;
@@ -373,7 +373,7 @@ void Reader::ReadDevice(const YAML::Node& node, Scenario* scenario) {
     std::set<uint32_t> frameworkIds;
     for (size_t i = 0; i < cameras.size(); ++i) {
         const std::string field = Index("device.cameras", i);
-        CameraSpec camera = ReadCamera(cameras[i], field);
+        CameraSetup camera = ReadCamera(cameras[i], field);
         if (!frameworkIds.insert(camera.frameworkId).second) {
             Fail(cameras[i]["framework_id"], Path(field, "framework_id"),
                  "framework id " + std::to_string(camera.frameworkId) + " is used twice");
@@ -382,11 +382,11 @@ void Reader::ReadDevice(const YAML::Node& node, Scenario* scenario) {
     }
 }
 
-CameraSpec Reader::ReadCamera(const YAML::Node& node, const std::string& field) {
+CameraSetup Reader::ReadCamera(const YAML::Node& node, const std::string& field) {
     CheckFields(node, field,
                 {"framework_id", "logical_id", "sensor", "type", "sensor_mode_flags", "full_array",
                  "physical", "no_record"});
-    CameraSpec camera;
+    CameraSetup camera;
     camera.frameworkId =
         Unsigned32(Required(node, "framework_id", field), Path(field, "framework_id"));
     if (node["no_record"].IsDefined() && Boolean(node["no_record"], Path(field, "no_record"))) {
@@ -423,7 +423,7 @@ CameraSpec Reader::ReadCamera(const YAML::Node& node, const std::string& field) 
     }
     if (!node["physical"].IsDefined()) {
         // A single camera: one entry that is the camera itself.
-        PhysicalCameraSpec self;
+        PhysicalCameraSetup self;
         self.logicalId = static_cast<int32_t>(camera.logicalId);
         self.frameworkId = static_cast<int32_t>(camera.frameworkId);
         self.physicalId = camera.logicalId;
@@ -446,7 +446,7 @@ CameraSpec Reader::ReadCamera(const YAML::Node& node, const std::string& field) 
         const std::string entryName = Index(listName, i);
         const YAML::Node entry = list[i];
         CheckFields(entry, entryName, {"logical_id", "framework_id", "physical_id", "primary"});
-        PhysicalCameraSpec physical;
+        PhysicalCameraSetup physical;
         physical.physicalId = static_cast<uint32_t>(Integer(
             Required(entry, "physical_id", entryName), Path(entryName, "physical_id"), 0, 15));
         if (physical.physicalId == kLogicalCamera) {
@@ -546,12 +546,12 @@ std::vector<std::pair<std::string, std::string>> Reader::ReadFiles(const YAML::N
     return files;
 }
 
-SessionSpec Reader::ReadSession(const YAML::Node& node, const std::string& field,
-                                const Scenario& scenario) {
+SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& field,
+                                 const Scenario& scenario) {
     CheckFields(node, field,
                 {"name", "camera", "package", "activity", "operation_mode", "params",
                  "no_session_params", "streams", "properties", "files", "steps"});
-    SessionSpec session;
+    SessionSetup session;
     session.line = LineOf(node);
     session.name = node["name"].IsDefined() ? Text(node["name"], Path(field, "name")) : field;
     session.camera = Unsigned32(Required(node, "camera", field), Path(field, "camera"));
@@ -603,7 +603,7 @@ SessionSpec Reader::ReadSession(const YAML::Node& node, const std::string& field
         Fail(streams, streamsName, "a configuration holds at least one stream");
     }
     for (size_t i = 0; i < streams.size(); ++i) {
-        StreamSpec stream = ReadStream(streams[i], Index(streamsName, i));
+        StreamSetup stream = ReadStream(streams[i], Index(streamsName, i));
         if (std::find(state.streamNames.begin(), state.streamNames.end(), stream.name) !=
             state.streamNames.end()) {
             Fail(streams[i]["name"], Path(Index(streamsName, i), "name"),
@@ -622,12 +622,12 @@ SessionSpec Reader::ReadSession(const YAML::Node& node, const std::string& field
     return session;
 }
 
-StreamSpec Reader::ReadStream(const YAML::Node& node, const std::string& field) {
+StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field) {
     CheckFields(
         node, field,
         {"name", "stream_type", "width", "height", "format", "usage", "data_space",
          "physical_camera_id", "stream_use_case", "ext_stream_mode", "dynamic_range_profile"});
-    StreamSpec stream;
+    StreamSetup stream;
     stream.name = Text(Required(node, "name", field), Path(field, "name"));
     if (stream.name.empty()) {
         Fail(node["name"], Path(field, "name"), "a stream name is not empty");
@@ -805,8 +805,8 @@ TagValue Reader::ReadTag(const YAML::Node& node, const std::string& field) {
     return tag;
 }
 
-RequestSpec Reader::ReadRequest(const YAML::Node& node, const std::string& field,
-                                const SessionState& state, bool needFrame) {
+RequestSetup Reader::ReadRequest(const YAML::Node& node, const std::string& field,
+                                 const SessionState& state, bool needFrame) {
     if (needFrame) {
         CheckFields(node, field,
                     {"frame", "buffers", "sensor_modes", "zoom_ratio", "settings", "no_settings"});
@@ -814,7 +814,7 @@ RequestSpec Reader::ReadRequest(const YAML::Node& node, const std::string& field
         CheckFields(node, field,
                     {"buffers", "sensor_modes", "zoom_ratio", "settings", "no_settings"});
     }
-    RequestSpec request;
+    RequestSetup request;
     if (needFrame) {
         request.frame = Unsigned32(Required(node, "frame", field), Path(field, "frame"));
     }
@@ -869,13 +869,13 @@ RequestSpec Reader::ReadRequest(const YAML::Node& node, const std::string& field
     return request;
 }
 
-ResultSpec Reader::ReadResult(const YAML::Node& node, const std::string& field, bool needFrame) {
+ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field, bool needFrame) {
     if (needFrame) {
         CheckFields(node, field, {"frame", "aec", "mlft", "no_metadata"});
     } else {
         CheckFields(node, field, {"aec", "mlft", "no_metadata"});
     }
-    ResultSpec result;
+    ResultSetup result;
     if (needFrame) {
         result.frame = Unsigned32(Required(node, "frame", field), Path(field, "frame"));
     }
@@ -899,7 +899,7 @@ ResultSpec Reader::ReadResult(const YAML::Node& node, const std::string& field, 
             const std::string entryName = Index(name, i);
             const YAML::Node entry = list[i];
             CheckFields(entry, entryName, {"camera", "exp_count", "values", "extra"});
-            AecSpec aec;
+            AecSetup aec;
             aec.camera = Signed32(Required(entry, "camera", entryName), Path(entryName, "camera"));
             aec.expCount =
                 Signed32(Required(entry, "exp_count", entryName), Path(entryName, "exp_count"));
@@ -1104,8 +1104,8 @@ const void* TagValue::Data() const {
     }
 }
 
-const CameraSpec* Scenario::Camera(uint32_t frameworkId) const {
-    for (const CameraSpec& camera : cameras) {
+const CameraSetup* Scenario::Camera(uint32_t frameworkId) const {
+    for (const CameraSetup& camera : cameras) {
         if (camera.frameworkId == frameworkId) {
             return &camera;
         }

@@ -69,11 +69,11 @@ TEST(ScenarioReaderTest, ReadsEveryStreamFieldByNameOrNumber) {
 )",
                                                "test.yaml");
     ASSERT_EQ(1u, scenario.sessions.size());
-    const SessionSpec& session = scenario.sessions[0];
+    const SessionSetup& session = scenario.sessions[0];
     EXPECT_EQ(0x8010u, session.operationMode);
     EXPECT_EQ("sessions[0]", session.name);
     ASSERT_EQ(2u, session.streams.size());
-    const StreamSpec& a = session.streams[0];
+    const StreamSetup& a = session.streams[0];
     EXPECT_EQ(1, a.streamType);
     EXPECT_EQ(640u, a.width);
     EXPECT_EQ(HAL_PIXEL_FORMAT_RAW16, a.format);
@@ -84,7 +84,7 @@ TEST(ScenarioReaderTest, ReadsEveryStreamFieldByNameOrNumber) {
     EXPECT_EQ(0x0800000000010000LL, a.useCase);
     EXPECT_EQ(2u, a.extMode);
     EXPECT_EQ(4, a.dynamicRangeProfile);
-    const StreamSpec& b = session.streams[1];
+    const StreamSetup& b = session.streams[1];
     EXPECT_EQ(0, b.streamType);
     EXPECT_EQ(HAL_PIXEL_FORMAT_YCbCr_420_888, b.format);
     EXPECT_EQ(GRALLOC_USAGE_HW_VIDEO_ENCODER, b.usage);
@@ -105,7 +105,7 @@ TEST(ScenarioReaderTest, FillsDefaultsOfCamerasRequestsAndRepeats) {
 )",
                                                "test.yaml");
     ASSERT_EQ(1u, scenario.cameras.size());
-    const CameraSpec& camera = scenario.cameras[0];
+    const CameraSetup& camera = scenario.cameras[0];
     ASSERT_EQ(1u, camera.physical.size());
     EXPECT_EQ(0u, camera.physical[0].physicalId);
     EXPECT_EQ(0, camera.physical[0].frameworkId);
@@ -145,7 +145,7 @@ TEST(ScenarioReaderTest, TypesTagValuesByTheirTag) {
       - request: {frame: 1, sensor_modes: [-1, 4], zoom_ratio: 2, settings: [{vendor: 38, int32: 29}]}
 )",
                                                "test.yaml");
-    const SessionSpec& session = scenario.sessions[0];
+    const SessionSetup& session = scenario.sessions[0];
     ASSERT_EQ(5u, session.params.size());
     EXPECT_EQ(ANDROID_CONTROL_AE_TARGET_FPS_RANGE, session.params[0].tag);
     EXPECT_EQ(ElementType::Int32, session.params[0].type);
@@ -156,7 +156,7 @@ TEST(ScenarioReaderTest, TypesTagValuesByTheirTag) {
               std::string(session.params[2].bytes.begin(), session.params[2].bytes.end()));
     EXPECT_FLOAT_EQ(120.5f, session.params[3].floats.at(0));
     EXPECT_EQ(33000000, session.params[4].int64s.at(0));
-    const RequestSpec& request = session.steps[0].request;
+    const RequestSetup& request = session.steps[0].request;
     EXPECT_EQ((std::vector<int32_t>{-1, 4}), request.sensorModes);
     EXPECT_FLOAT_EQ(2.0f, request.zoomRatio);
     EXPECT_EQ(38u, request.settings.at(0).tag);
