@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "ConfigText.h"
 #include "Lint.h"
+#include "LintTable.h"
 #include "ScenarioReader.h"
 
 namespace UilayerSim {
@@ -21,6 +23,26 @@ TEST(LintTest, BundledExampleIsClean) {
     std::string text;
     ASSERT_TRUE(ReadWholeFile(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/device.conf", &text));
     EXPECT_EQ(std::vector<std::string>{}, Findings(text));
+}
+
+TEST(LintTest, BundledExampleHoldsEveryGroupAndKeyTheLibraryReads) {
+    std::string text;
+    ASSERT_TRUE(ReadWholeFile(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/device.conf", &text));
+    const ConfigText config = ParseConfigText(text);
+    size_t count = 0;
+    const KeyRule* rules = KeyRules(&count);
+    for (size_t i = 0; i < count; ++i) {
+        const KeyRule& rule = rules[i];
+        const ConfigGroup* group = config.Find(rule.group);
+        ASSERT_NE(nullptr, group) << rule.group;
+        if (rule.form == KeyForm::Single) {
+            EXPECT_NE(nullptr, group->Find(rule.key)) << rule.group << " " << rule.key;
+        } else if (rule.form == KeyForm::Rows) {
+            EXPECT_NE(nullptr, group->Find(std::string(rule.key) + "[0]")) << rule.group;
+        } else {
+            EXPECT_FALSE(group->keys.empty()) << rule.group;
+        }
+    }
 }
 
 TEST(LintTest, GroupsAndKeysTheLibraryDoesNotKnowAreLeftAlone) {
