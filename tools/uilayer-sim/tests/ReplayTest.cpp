@@ -99,6 +99,32 @@ TEST(ReplayTest, IsDeterministicAndCleansUpItsDeviceRoot) {
     EXPECT_EQ(nullptr, getenv("UILAYER_DEVICE_ROOT"));
 }
 
+TEST(ReplayTest, ReportsConfigurationsWithoutSessionParametersOrCameraRecords) {
+    const Scenario scenario = ReadScenarioText(R"(device:
+  cameras:
+    - {framework_id: 0, logical_id: 0, sensor: lmw50}
+    - {framework_id: 1, no_record: true}
+sessions:
+  - camera: 1
+    no_session_params: true
+    streams: [{name: p, width: 640, height: 480, format: BLOB}]
+    steps:
+      - request: {frame: 1, buffers: [p], no_settings: true}
+)",
+                                               "replay.yaml");
+    const ReportNode report = Replay(scenario, Options(false));
+    const ReportNode& cameras = *report.Find("device")->Find("cameras");
+    ASSERT_EQ(2u, cameras.Items().size());
+    EXPECT_EQ("none", cameras.Items()[1].Find("record")->Scalar());
+    const ReportNode& session = report.Find("sessions")->Items().at(0);
+    EXPECT_EQ("no session parameters",
+              session.Find("session parameters written")->Find("IsGenericCam")->Scalar());
+    // A camera without a record has no physical cameras to report.
+    EXPECT_TRUE(session.Find("physical caps")->Empty());
+    const ReportNode& request = session.Find("steps")->Items().at(0);
+    EXPECT_TRUE(request.Find("camera caps")->Empty());
+}
+
 TEST(ReplayTest, MasksAddressesButKeepsCapsAndUsageNumbers) {
     EXPECT_EQ("pStream <addr>, format 22, usage 0x40000000, caps 0x0044 -> 0x0004",
               MaskAddresses("pStream 0x55d0c8a1b2c0, format 22, usage 0x40000000, caps 0x0044 "
