@@ -129,8 +129,12 @@ private:
     void CheckFields(const YAML::Node& node, const std::string& field,
                      std::initializer_list<const char*> allowed) const {
         RequireMap(node, field);
+        std::set<std::string> seen;
         for (const auto& item : node) {
             const std::string name = item.first.IsScalar() ? item.first.Scalar() : "?";
+            if (!seen.insert(name).second) {
+                Fail(item.first, Path(field, name), "given twice");
+            }
             if (std::find_if(allowed.begin(), allowed.end(),
                              [&](const char* known) { return name == known; }) == allowed.end()) {
                 Fail(item.first, Path(field, name),

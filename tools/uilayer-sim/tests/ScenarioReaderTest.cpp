@@ -171,6 +171,8 @@ TEST(ScenarioReaderTest, NamesFileLineAndFieldOfStreamMistakes) {
                 "sessions[0].streams[0].colour", "unknown field");
     ExpectError(head + "      - {name: p, width: -1, height: 1, format: BLOB}\n", 9,
                 "sessions[0].streams[0].width", "out of range");
+    ExpectError(head + "      - {name: p, width: 1, width: 2, height: 1, format: BLOB}\n", 9,
+                "sessions[0].streams[0].width", "given twice");
     ExpectError(head + "      - {name: p, height: 1, format: BLOB}\n", 9,
                 "sessions[0].streams[0].width", "missing");
     ExpectError(head + "      - {name: p, width: 1, height: 1, format: BLOB, usage: [HW_TEXTUR]}\n",
