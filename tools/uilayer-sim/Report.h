@@ -1,0 +1,60 @@
+// The replay report as a tree of ordered maps, lists and scalars, written
+// either as indented text or as JSON. Both show the same content.
+#ifndef UILAYER_SIM_REPORT_H
+#define UILAYER_SIM_REPORT_H
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace UilayerSim {
+
+class ReportNode {
+public:
+    enum class Kind { Null, Text, Integer, Boolean, Real, List, Map };
+
+    ReportNode() = default;
+    static ReportNode Text(std::string text);
+    static ReportNode Integer(int64_t value);
+    // An unsigned value written in hexadecimal ("0x8001"); a text in JSON too.
+    static ReportNode Hex(uint64_t value);
+    static ReportNode Boolean(bool value);
+    static ReportNode Real(double value);
+    static ReportNode List();
+    // A list of scalars written on one line in text ("a, b, c").
+    static ReportNode InlineList();
+    static ReportNode Map();
+
+    Kind GetKind() const { return m_kind; }
+    bool IsInline() const { return m_inline; }
+    const std::string& Scalar() const { return m_text; }
+    const std::vector<std::pair<std::string, ReportNode>>& Entries() const { return m_entries; }
+    const std::vector<ReportNode>& Items() const { return m_items; }
+    bool Empty() const { return m_entries.empty() && m_items.empty(); }
+
+    // Map entries, in insertion order; returns the added value.
+    ReportNode& Add(const std::string& key, ReportNode value);
+    // List items; returns the added item.
+    ReportNode& Push(ReportNode value);
+    // The value of `key`, or null when the map has none.
+    const ReportNode* Find(const std::string& key) const;
+
+private:
+    Kind m_kind = Kind::Null;
+    bool m_inline = false;
+    std::string m_text;  // scalars in their written form
+    std::vector<std::pair<std::string, ReportNode>> m_entries;
+    std::vector<ReportNode> m_items;
+};
+
+// Indented "key: value" text, two spaces per level, "- " before list items.
+std::string RenderText(const ReportNode& node);
+// JSON with two spaces per level; inline lists on one line.
+std::string RenderJson(const ReportNode& node);
+// A JSON string literal of `text`.
+std::string JsonQuote(const std::string& text);
+
+}  // namespace UilayerSim
+
+#endif  // UILAYER_SIM_REPORT_H
