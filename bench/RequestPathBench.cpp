@@ -239,3 +239,18 @@ void BM_RingMemory(benchmark::State& state) {
 BENCHMARK(BM_RingMemory)->Iterations(1);
 
 }  // namespace
+
+// The same update with info logging on (camera logger only, as on a device
+// whose system log channel is off), for comparison with the silent update.
+void BM_UpdatePerRequestCapsInfoLog(benchmark::State& state) {
+    RequestPath& path = Path();
+    HostPlatform::SetLogSwitches(true, true, true, false, false);
+    uint32_t frame = 0;
+    for (auto _ : state) {
+        path.Request().frame_number = frame++;
+        benchmark::DoNotOptimize(path.Ring().UpdatePerRequestCaps(&path.Request()));
+    }
+    HostPlatform::SetLogSwitches(false, false, false, false, false);
+    HostPlatform::TakeCameraLog();
+}
+BENCHMARK(BM_UpdatePerRequestCapsInfoLog);
