@@ -63,6 +63,28 @@ TEST_F(SessionConstructionTest, CameraTableAndSensorNames) {
     EXPECT_EQ(3u, m_parser->GetSensorDimension()[3].physicalCamId);
 }
 
+TEST_F(SessionConstructionTest, CameraCountIsKeptInEightBits) {
+    // 257 cameras are walked as one, 256 as none.
+    for (uint32_t withoutRecord : {255u, 254u}) {
+        m_device = std::make_unique<TestDevice>();
+        m_device->AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
+        m_device->AddCamera(TestDevice::SingleCamera("imx586", 1, 1));
+        for (uint32_t k = 0; k < withoutRecord; ++k) {
+            m_device->AddCameraWithoutRecord();
+        }
+        m_device->Init();
+        CameraLog();
+        const bool oneWalked = m_device->CameraCount() == 257;
+        m_parser = IuiLayer::Get(0);
+        EXPECT_EQ(oneWalked ? 0 : -1, m_parser->GetFwkCameraIdByCameraIndex(0));
+        m_parser = IuiLayer::Get(1);
+        EXPECT_EQ(-1, m_parser->GetFwkCameraIdByCameraIndex(0));
+        EXPECT_TRUE(LoggedExactly(
+            "E m_pCameraInfoMap is NULL for fwkCameraId 1, cannot initialize support caps"));
+        EXPECT_FALSE(LoggedContaining("pCamInfoMap is null"));
+    }
+}
+
 TEST_F(SessionConstructionTest, PhysicalCameraCountIsClampedToEight) {
     Open(TestDevice::MultiCamera(9, 0, 0));
     EXPECT_EQ(7, m_parser->GetFwkCameraIdByCameraIndex(7));
@@ -99,6 +121,12 @@ TEST_F(SessionConstructionTest, SessionQueries) {
     EXPECT_TRUE(mask == _CapsBitset().set(3).set(CapsFps60)) << mask.to_string();
     // A camera type that no entry has supports nothing.
     EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsSatFusion, static_cast<QueryCapsType>(5)));
+    // Only 7 itself is the logical camera; any other type names a physical
+    // camera by its low 8 bits.
+    EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsSatFusion, static_cast<QueryCapsType>(0x107)));
+    _CapsBitset notLogical;
+    m_parser->GetStaticCapsMask(static_cast<QueryCapsType>(0x107), notLogical);
+    EXPECT_TRUE(notLogical == _CapsBitset()) << notLogical.to_string();
     EXPECT_THROW(
         m_parser->IsSessionSupportCaps(static_cast<DesiredSupportCaps>(100), TypeLogicalCamera),
         std::out_of_range);

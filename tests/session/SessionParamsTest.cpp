@@ -121,7 +121,8 @@ TEST_F(SessionParamsTest, FrameRateAndCameraModeBits) {
     ConfigureMode(0, std::string(300, 'm'), {60});
     EXPECT_FALSE(Has(CapsFps60));
     EXPECT_FALSE(LoggedContaining("fps:"));
-    EXPECT_EQ(std::string(127, 'm'), m_parser->GetCameraMode());
+    EXPECT_EQ(std::string(128, 'm'), m_parser->GetCameraMode());
+    EXPECT_TRUE(LoggedExactly("I cameraMode " + std::string(128, 'm')));
 }
 
 TEST_F(SessionParamsTest, ProVideoModes) {

@@ -262,6 +262,22 @@ TEST_F(StreamQueryTest, OddInputGetsNoAnswerOutsideTheLists) {
     }
 }
 
+TEST_F(StreamQueryTest, StreamWithoutPhysicalIdBelongsToAnEntryOfFrameworkIdMinusOne) {
+    CameraSpec camera = TestDevice::MultiCamera(3, 5, 3);
+    camera.physicalCameras[2].frameworkId = -1;
+    device.AddCamera(camera);
+    Start(5);
+    StreamConfig config;
+    camera3_stream_t* plain = config.Add(PreviewStream(1280, 720));
+    camera3_stream_t* physical = config.Add(PreviewStream(640, 480, "1"));
+    Configure(config);
+    EXPECT_EQ(2, layer->GetCameraIndexByStream(plain));
+    EXPECT_EQ(1, layer->GetCameraIndexByStream(physical));
+    EXPECT_EQ(1280u, layer->GetSensorDimension()[2].width);
+    EXPECT_EQ(720u, layer->GetSensorDimension()[2].height);
+    EXPECT_EQ(480u, layer->GetSensorDimension()[1].height);
+}
+
 TEST_F(StreamQueryTest, ListsAreLoggedInTheCameraLayersOrder) {
     StartSingle();
     StreamConfig config;

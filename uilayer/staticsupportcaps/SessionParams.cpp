@@ -441,7 +441,7 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
 
     if (FindEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
         const bool lut3d = Is3DLutEnabled();
-        // At most 127 bytes of the text, so the mode always stays terminated.
+        // At most 128 bytes of the text; the buffer keeps room for the terminator.
         CopyEntryText(entry, m_cameraMode, sizeof(m_cameraMode));
         UI_LOGI("cameraMode %s", m_cameraMode);
         ApplyCameraMode(lut3d);

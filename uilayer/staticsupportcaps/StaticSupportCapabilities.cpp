@@ -15,7 +15,7 @@ namespace Lumora {
 namespace {
 
 bool IsLogicalCameraType(QueryCapsType type) {
-    return (static_cast<uint32_t>(type) & 0xFFu) == kLogicalCameraType;
+    return static_cast<uint32_t>(type) == kLogicalCameraType;
 }
 
 // The sibling's record of one camera, or null when its characteristics carry
@@ -38,16 +38,9 @@ LumoraCameraInfo* FindCameraInfoRecord(const camera_info& info) {
 StaticSupportCapabilities::StaticSupportCapabilities(unsigned int cameraId,
                                                      unsigned int allCameraNumbers,
                                                      camera_info* pAllCameraInfo) {
-    uint32_t cameraCount = allCameraNumbers;
-    if (cameraCount > kMaxCameraTable) {
-        UI_LOGE("camera table of %u cameras, only the first %u are read", allCameraNumbers,
-                kMaxCameraTable);
-        cameraCount = kMaxCameraTable;
-    }
-    if (pAllCameraInfo == nullptr) {
-        cameraCount = 0;
-    }
-    m_allCameraNumbers = static_cast<uint8_t>(cameraCount);
+    // The camera count is kept in 8 bits, as the camera layer keeps it: a
+    // table of 256 cameras or more is walked modulo 256.
+    m_allCameraNumbers = pAllCameraInfo != nullptr ? static_cast<uint8_t>(allCameraNumbers) : 0;
 
     for (uint32_t i = 0; i < m_allCameraNumbers; ++i) {
         m_pCameraInfo[i] = &pAllCameraInfo[i];

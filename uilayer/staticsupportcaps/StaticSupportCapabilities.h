@@ -205,7 +205,7 @@ private:
     int32_t m_maxFps = 0;
     float m_warmStartLux = -1.0f;
     uint8_t m_mipiSelectMode = 0xFF;
-    char m_cameraMode[128] = {};
+    char m_cameraMode[128 + 1] = {};  // 128 characters and a terminator
     uint8_t m_cameraIsFromMainMenu = 0;
     uint32_t m_disableAePrecapture = 0;
 

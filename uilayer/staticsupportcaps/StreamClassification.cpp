@@ -691,11 +691,9 @@ StreamType StaticSupportCapabilities::GetStreamTypeByStream(const camera3_stream
 }
 
 int StaticSupportCapabilities::GetCameraIndexByStream(const camera3_stream* stream) const {
-    // A stream without a physical camera id belongs to no camera entry.
+    // A stream without a physical camera id looks for framework id -1: the
+    // entry of a physical camera that the framework does not see, if any.
     const int frameworkId = GetFwkCameraIdByStream(stream);
-    if (frameworkId == -1) {
-        return -1;
-    }
     for (uint32_t i = 0; i < m_numPhysicalCameras; ++i) {
         if (m_cameraInfo[i].frameworkId == frameworkId) {
             return static_cast<int>(static_cast<uint8_t>(i));
