@@ -121,12 +121,6 @@ TEST_F(SessionConstructionTest, SessionQueries) {
     EXPECT_TRUE(mask == _CapsBitset().set(3).set(CapsFps60)) << mask.to_string();
     // A camera type that no entry has supports nothing.
     EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsSatFusion, static_cast<QueryCapsType>(5)));
-    // Only 7 itself is the logical camera; any other type names a physical
-    // camera by its low 8 bits.
-    EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsSatFusion, static_cast<QueryCapsType>(0x107)));
-    _CapsBitset notLogical;
-    m_parser->GetStaticCapsMask(static_cast<QueryCapsType>(0x107), notLogical);
-    EXPECT_TRUE(notLogical == _CapsBitset()) << notLogical.to_string();
     EXPECT_THROW(
         m_parser->IsSessionSupportCaps(static_cast<DesiredSupportCaps>(100), TypeLogicalCamera),
         std::out_of_range);

@@ -15,7 +15,7 @@ namespace Lumora {
 namespace {
 
 bool IsLogicalCameraType(QueryCapsType type) {
-    return static_cast<uint32_t>(type) == kLogicalCameraType;
+    return (static_cast<uint32_t>(type) & 0xFFu) == kLogicalCameraType;
 }
 
 // The sibling's record of one camera, or null when its characteristics carry
