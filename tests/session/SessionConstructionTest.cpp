@@ -121,6 +121,14 @@ TEST_F(SessionConstructionTest, SessionQueries) {
     EXPECT_TRUE(mask == _CapsBitset().set(3).set(CapsFps60)) << mask.to_string();
     // A camera type that no entry has supports nothing.
     EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsSatFusion, static_cast<QueryCapsType>(5)));
+    // Camera types are compared on their low 8 bits: 0x107 is the logical camera.
+    EXPECT_EQ(m_parser->IsSessionSupportCaps(CapsFps60, TypeLogicalCamera),
+              m_parser->IsSessionSupportCaps(CapsFps60, static_cast<QueryCapsType>(0x107)));
+    _CapsBitset wide;
+    m_parser->GetStaticCapsMask(static_cast<QueryCapsType>(0x107), wide);
+    _CapsBitset logical;
+    m_parser->GetStaticCapsMask(TypeLogicalCamera, logical);
+    EXPECT_TRUE(wide == logical) << wide.to_string();
     EXPECT_THROW(
         m_parser->IsSessionSupportCaps(static_cast<DesiredSupportCaps>(100), TypeLogicalCamera),
         std::out_of_range);
