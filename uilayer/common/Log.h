@@ -36,29 +36,36 @@ void LogToAndroid(int priority, const char* format, ...)
 
 #define LUMORA_LOG_TAG "[LUMORA]"
 
-#define LUMORA_LOG_IMPL(enabled, toAndroid, priority, prefix, level, fmt, ...)                     \
+#define LUMORA_LOG_IMPL(enabled, toAndroid, priority, prefix, level, func, fmt, ...)               \
     do {                                                                                           \
         if (enabled) {                                                                             \
-            OLog::LogSystem(prefix, level, LUMORA_LOG_TAG, ::Lumora::LogFileName(__FILE__),        \
-                            __func__, __LINE__, fmt, ##__VA_ARGS__);                               \
+            OLog::LogSystem(prefix, level, LUMORA_LOG_TAG, ::Lumora::LogFileName(__FILE__), func,  \
+                            __LINE__, fmt, ##__VA_ARGS__);                                         \
             if (toAndroid) {                                                                       \
                 ::Lumora::LogToAndroid(priority, prefix "%s %s:%d %s() " fmt "\n", LUMORA_LOG_TAG, \
-                                       ::Lumora::LogFileName(__FILE__), __LINE__, __func__,        \
+                                       ::Lumora::LogFileName(__FILE__), __LINE__, func,            \
                                        ##__VA_ARGS__);                                             \
             }                                                                                      \
         }                                                                                          \
     } while (0)
 
-#define UI_LOGE(fmt, ...) \
-    LUMORA_LOG_IMPL(g_enableLogError, true, ANDROID_LOG_ERROR, "[ERROR]", "E", fmt, ##__VA_ARGS__)
-#define UI_LOGW(fmt, ...)                                                                         \
-    LUMORA_LOG_IMPL(g_enableLogWarning, g_enableSystemLog, ANDROID_LOG_WARN, "[ WARN]", "W", fmt, \
+#define UI_LOGE(fmt, ...)                                                                     \
+    LUMORA_LOG_IMPL(g_enableLogError, true, ANDROID_LOG_ERROR, "[ERROR]", "E", __func__, fmt, \
                     ##__VA_ARGS__)
-#define UI_LOGI(fmt, ...)                                                                      \
-    LUMORA_LOG_IMPL(g_enableLogInfo, g_enableSystemLog, ANDROID_LOG_INFO, "[ INFO]", "I", fmt, \
-                    ##__VA_ARGS__)
+#define UI_LOGW(fmt, ...)                                                                    \
+    LUMORA_LOG_IMPL(g_enableLogWarning, g_enableSystemLog, ANDROID_LOG_WARN, "[ WARN]", "W", \
+                    __func__, fmt, ##__VA_ARGS__)
+#define UI_LOGI(fmt, ...)                                                                 \
+    LUMORA_LOG_IMPL(g_enableLogInfo, g_enableSystemLog, ANDROID_LOG_INFO, "[ INFO]", "I", \
+                    __func__, fmt, ##__VA_ARGS__)
 #define UI_LOGV(fmt, ...)                                                                       \
     LUMORA_LOG_IMPL(g_enableLogVerbose, g_enableSystemLog, ANDROID_LOG_VERBOSE, "[ VERB]", "V", \
+                    __func__, fmt, ##__VA_ARGS__)
+
+// An info line written on behalf of the configuration step `func`, for helpers
+// that do part of that step's work: the line names the step, not the helper.
+#define UI_LOGI_IN(func, fmt, ...)                                                              \
+    LUMORA_LOG_IMPL(g_enableLogInfo, g_enableSystemLog, ANDROID_LOG_INFO, "[ INFO]", "I", func, \
                     fmt, ##__VA_ARGS__)
 
 // True when a log line of that level would be written; for callers that must
