@@ -97,7 +97,8 @@ TEST_F(LoggingTest, AndroidTextIsCutAt511Characters) {
 
 class StepLogTest : public LumoraTest::FeatureTest {};
 
-// Lines that helpers write while a configuration step runs name that step.
+// Lines that helpers write while a configuration step runs name that step, and
+// every step names the session's source file.
 TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
     LoadConfig(
         "[TripartiteModeFallbackWhitelist]\nApp[0] = com.x\n"
@@ -113,7 +114,8 @@ TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
     Configure(config);
     const auto lines = HostPlatform::TakeAndroidLog();
     const auto logged = [&lines](const std::string& pattern) {
-        const std::regex line(R"(\[ INFO\]\[LUMORA\] \S+:\d+ )" + pattern + R"(\n)");
+        const std::regex line(R"(\[ INFO\]\[LUMORA\] StaticSupportCapabilities\.cpp:\d+ )" +
+                              pattern + R"(\n)");
         return std::any_of(lines.begin(), lines.end(), [&line](const std::string& text) {
             return std::regex_match(text, line);
         });
@@ -128,6 +130,23 @@ TEST(LogFileNameTest, KeepsTheTextAfterTheLastSlash) {
     EXPECT_STREQ("uiparser.cpp", Lumora::LogFileName("a/b/uiparser.cpp"));
     EXPECT_STREQ("plain.cpp", Lumora::LogFileName("plain.cpp"));
     EXPECT_STREQ("", Lumora::LogFileName("dir/"));
+}
+
+TEST(LogFileNameTest, EachClassFamilyLogsUnderItsSourceFile) {
+    using Lumora::LogSourceName;
+    EXPECT_STREQ("StaticSupportCapabilities.cpp",
+                 LogSourceName("/src/uilayer/staticsupportcaps/MultiCameraZoom.cpp"));
+    EXPECT_STREQ("StaticSupportCapabilities.cpp", LogSourceName("uilayer/common/Platform.cpp"));
+    EXPECT_STREQ("RequestDesiredCapabilities.cpp",
+                 LogSourceName("uilayer/requestdesiredcaps/RequestSettings.cpp"));
+    EXPECT_STREQ("ResultAppliedCapabilities.cpp",
+                 LogSourceName("uilayer/resultappliedcaps/ResultAppliedCapabilities.cpp"));
+    EXPECT_STREQ("UIParser.cpp", LogSourceName("uilayer/uiparser/UIParser.cpp"));
+    // Headers and other folders keep their own names.
+    EXPECT_STREQ("RDCMap.h", LogSourceName("uilayer/uiparser/RDCMap.h"));
+    EXPECT_STREQ("LoggingTest.cpp", LogSourceName("tests/spine/LoggingTest.cpp"));
+    EXPECT_STREQ("x.cpp", LogSourceName("mycommon/x.cpp"));
+    EXPECT_STREQ("plain.cpp", LogSourceName("plain.cpp"));
 }
 
 }  // namespace
