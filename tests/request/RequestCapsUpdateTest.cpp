@@ -167,21 +167,23 @@ TEST_F(RequestCapsUpdateTest, StreamBitsGoToTheCameraNamedByFrameworkId) {
     camera3_stream_t* liveShot = config.Add(YuvSnapshotStream(4000, 3000, "7"));
     camera3_stream_t* video = config.Add(VideoStream(1920, 1080, "3"));  // no camera: id 3 as is
     camera3_stream_t* jpeg = config.Add(JpegStream(4000, 3000, "9"));    // no camera, no slot
+    camera3_stream_t* finder = config.Add(PreviewStream(1280, 720, "258"));  // slot 258 & 0xFF
     m_peer->AddStream(EStreamTypePreview, preview);
     m_peer->AddStream(EStreamTypeSnapshotRAWFull, raw);
     m_peer->AddStream(EStreamTypeVideoLiveShot, liveShot);
     m_peer->AddStream(EStreamTypeVideo, video);
     m_peer->AddStream(EStreamTypeSnapshotJPEG, jpeg);
+    m_peer->AddStream(EStreamTypeViewFinder, finder);
 
     Request request(1);
     request.SensorModes({0, 0, 0}).Buffer(preview).Buffer(raw).Buffer(liveShot).Buffer(video);
-    request.Buffer(jpeg).Buffer(nullptr);
+    request.Buffer(jpeg).Buffer(finder).Buffer(nullptr);
     EXPECT_EQ(0, Update(request));
-    EXPECT_EQ(BitsOf({0, 2, 6, 8}), Caps(TypeLogicalCamera));
+    EXPECT_EQ(BitsOf({0, 2, 6, 8, 10}), Caps(TypeLogicalCamera));
     EXPECT_EQ(BitsOf({6, 21}), Caps(1));
     EXPECT_EQ(BitsOf({8}), Caps(3));
     EXPECT_EQ(_CapsBitset(), Caps(0));
-    EXPECT_EQ(_CapsBitset(), Caps(2));
+    EXPECT_EQ(BitsOf({10}), Caps(2));
     EXPECT_EQ(1u, m_record.GetStreamByStreamType(EStreamTypeVideoLiveShot)->size());
     EXPECT_EQ(raw, m_record.GetStreamByStreamType(EStreamTypeSnapshotRAWFull)->at(0).pStream);
     EXPECT_TRUE(m_record.GetStreamByStreamType(static_cast<StreamType>(16))->empty());

@@ -70,6 +70,13 @@ TEST_F(RequestPathIntegrationTest, WarmStartOfTheSessionDecidesRequestsWithoutSe
         m_parser->IsRequestSupportCaps(1, Caps3DolStreaming, static_cast<QueryCapsType>(0)));
     EXPECT_TRUE(m_parser->IsRequestSupportCaps(1, CapsStreamPreview, TypeLogicalCamera));
     EXPECT_EQ(1u, m_parser->GetStreamByStreamType(1, EStreamTypePreview)->size());
+    // Query types count by their low 8 bits: 0x107 is the logical camera, 0x100 camera 0.
+    EXPECT_TRUE(
+        m_parser->IsRequestSupportCaps(1, CapsStreamPreview, static_cast<QueryCapsType>(0x107)));
+    EXPECT_EQ(m_parser->GetRequestSupportCaps(1, TypeLogicalCamera),
+              m_parser->GetRequestSupportCaps(1, static_cast<QueryCapsType>(0x107)));
+    EXPECT_EQ(m_parser->GetRequestSupportCaps(1, static_cast<QueryCapsType>(0)),
+              m_parser->GetRequestSupportCaps(1, static_cast<QueryCapsType>(0x100)));
 }
 
 TEST_F(RequestPathIntegrationTest, OperationModeSelectsTuningEntriesStarModeAndMarker) {

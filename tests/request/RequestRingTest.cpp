@@ -1,4 +1,6 @@
 // The request ring and the request settings, through the parser interface.
+#include <regex>
+
 #include "support/TestDevice.h"
 
 namespace LumoraTest {
@@ -44,7 +46,20 @@ TEST_F(RequestRingTest, FramesAreFoundUntilTheirSlotIsReused) {
         std::vector<std::string>{"I frame number 5 bSupport 0 query supportCaps 0 cameraType 7"},
         CameraLog());
 
+    HostPlatform::TakeAndroidLog();
     EXPECT_FALSE(m_parser->IsRequestSupportCaps(261, CapsStreamPreview, TypeLogicalCamera));
+    // The ring queries write from the ring's header.
+    const std::string from = R"(\[ERROR\]\[LUMORA\] RDCMap\.h:\d+ )";
+    const auto android = HostPlatform::TakeAndroidLog();
+    ASSERT_EQ(2u, android.size());
+    EXPECT_TRUE(std::regex_match(
+        android[0],
+        std::regex(from + R"(GetRDC\(\) GetRDC return NULL\. index:5 frameNum:261 .*\n)")))
+        << android[0];
+    EXPECT_TRUE(std::regex_match(
+        android[1],
+        std::regex(from + R"(IsRequestSupportCaps\(\) Failed to get RDC for frame 261\n)")))
+        << android[1];
     EXPECT_EQ((std::vector<std::string>{
                   "E GetRDC return NULL. index:5 frameNum:261 GetFrameworkFramenum:5",
                   "E Failed to get RDC for frame 261"}),

@@ -3,10 +3,12 @@
 #include <HostPlatform.h>
 #include <OLog.h>
 
+#include <algorithm>
 #include <regex>
 #include <string>
 
 #include "common/Log.h"
+#include "features/FeatureTestSupport.h"
 
 namespace {
 
@@ -93,10 +95,58 @@ TEST_F(LoggingTest, AndroidTextIsCutAt511Characters) {
     EXPECT_EQ("E " + longText, camera[0]);
 }
 
+class StepLogTest : public LumoraTest::FeatureTest {};
+
+// Lines that helpers write while a configuration step runs name that step, and
+// every step names the session's source file.
+TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
+    LoadConfig(
+        "[TripartiteModeFallbackWhitelist]\nApp[0] = com.x\n"
+        "[3rdAppEnableVIULL]\nisEnable3rdAppVIULL[0] = 1, 0x1\n"
+        "[OEMFeature1ModeMatch]\nMode[0] = 3, -1, 0, 0, 0, 0, 0, 0\n"
+        "[OEMFeature2ModeMatch]\nMode[0] = 4, -1, 0, 0, 0, -1, -1\n");
+    m_device.AddCamera(LumoraTest::TestDevice::SingleCamera("wide"));
+    m_device.Init();
+    LumoraTest::StreamConfig config;
+    LumoraTest::SetClient(config, "com.xyz");
+    config.Add(LumoraTest::PreviewStream());
+    HostPlatform::TakeAndroidLog();
+    Configure(config);
+    const auto lines = HostPlatform::TakeAndroidLog();
+    const auto logged = [&lines](const std::string& pattern) {
+        const std::regex line(R"(\[ INFO\]\[LUMORA\] StaticSupportCapabilities\.cpp:\d+ )" +
+                              pattern + R"(\n)");
+        return std::any_of(lines.begin(), lines.end(), [&line](const std::string& text) {
+            return std::regex_match(text, line);
+        });
+    };
+    EXPECT_TRUE(logged(R"(ConfigSupportCapsSAT\(\) m_clientPackageName com\.xyz, .*)"));
+    EXPECT_TRUE(logged(R"(ConfigSupportCapsAINR\(\) key: 0x1, sensorMask: 0x1)"));
+    EXPECT_TRUE(logged(R"(ConfigStaticTuningPolicy\(\) static cfg feature1Mode 3 .*)"));
+    EXPECT_TRUE(logged(R"(ConfigStaticTuningPolicy\(\) static cfg feature2Mode 4 .*)"));
+}
+
 TEST(LogFileNameTest, KeepsTheTextAfterTheLastSlash) {
     EXPECT_STREQ("uiparser.cpp", Lumora::LogFileName("a/b/uiparser.cpp"));
     EXPECT_STREQ("plain.cpp", Lumora::LogFileName("plain.cpp"));
     EXPECT_STREQ("", Lumora::LogFileName("dir/"));
+}
+
+TEST(LogFileNameTest, EachClassFamilyLogsUnderItsSourceFile) {
+    using Lumora::LogSourceName;
+    EXPECT_STREQ("StaticSupportCapabilities.cpp",
+                 LogSourceName("/src/uilayer/staticsupportcaps/MultiCameraZoom.cpp"));
+    EXPECT_STREQ("StaticSupportCapabilities.cpp", LogSourceName("uilayer/common/Platform.cpp"));
+    EXPECT_STREQ("RequestDesiredCapabilities.cpp",
+                 LogSourceName("uilayer/requestdesiredcaps/RequestSettings.cpp"));
+    EXPECT_STREQ("ResultAppliedCapabilities.cpp",
+                 LogSourceName("uilayer/resultappliedcaps/ResultAppliedCapabilities.cpp"));
+    EXPECT_STREQ("UIParser.cpp", LogSourceName("uilayer/uiparser/UIParser.cpp"));
+    // Headers and other folders keep their own names.
+    EXPECT_STREQ("RDCMap.h", LogSourceName("uilayer/uiparser/RDCMap.h"));
+    EXPECT_STREQ("LoggingTest.cpp", LogSourceName("tests/spine/LoggingTest.cpp"));
+    EXPECT_STREQ("x.cpp", LogSourceName("mycommon/x.cpp"));
+    EXPECT_STREQ("plain.cpp", LogSourceName("plain.cpp"));
 }
 
 }  // namespace

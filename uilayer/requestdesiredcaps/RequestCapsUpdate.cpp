@@ -218,7 +218,8 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
                 }
                 // The framework names the camera by its framework id; the caps
                 // are kept by physical id. An id that names no camera is taken
-                // as a physical id as it stands (a negative one has no slot).
+                // as a physical id as it stands. Either way the caps slot is
+                // the id's low 8 bits.
                 uint32_t cam = static_cast<uint32_t>(fwkId);
                 for (uint32_t c = 0; c < cameraCount; ++c) {
                     if (info->cameraEntry[c].frameworkId == fwkId) {
@@ -226,7 +227,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
                         break;
                     }
                 }
-                if (_CapsBitset* caps = CameraCaps(cam)) {
+                if (_CapsBitset* caps = CameraCaps(cam & 0xFFu)) {
                     *caps |= bits.camera;
                 }
             }

@@ -48,10 +48,11 @@ RequestDesiredCapabilities::~RequestDesiredCapabilities() {
 
 bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
                                                       QueryCapsType type) const {
-    // A camera id without a slot supports nothing; a capability number of 100 or
-    // more still throws, as for any other camera.
+    // Query types count by their low 8 bits. A camera id without a slot
+    // supports nothing; a capability number of 100 or more still throws, as for
+    // any other camera.
     const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
-    const _CapsBitset& set = type == TypeLogicalCamera    ? m_primaryCaps
+    const _CapsBitset& set = index == TypeLogicalCamera   ? m_primaryCaps
                              : index < kRequestCameraCaps ? m_cameraCaps[index]
                                                           : kNoCaps;
     const bool supported = set.test(caps);
@@ -62,10 +63,10 @@ bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
 }
 
 _CapsBitset RequestDesiredCapabilities::GetRequestSupportCaps(QueryCapsType type) const {
-    if (type == TypeLogicalCamera) {
+    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
+    if (index == TypeLogicalCamera) {
         return m_primaryCaps;
     }
-    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
     return index < kRequestCameraCaps ? m_cameraCaps[index] : kNoCaps;
 }
 

@@ -57,7 +57,8 @@ void FormatIndex(char (&out)[16], uint32_t index) {
 }
 
 // Enable for every client on the cameras of a mask: rows of (enable, mask).
-bool IsEnabledForAllApps(uint32_t cameraBit) {
+// Rows are logged on behalf of `step`.
+bool IsEnabledForAllApps(uint32_t cameraBit, const char* step) {
     const uint32_t keyCount = GetKeyCount(kEnableGroup);
     if (keyCount == 0 || GetValuesCount(kEnableGroup, "isEnable3rdAppVIULL[0]") != 2) {
         return false;
@@ -71,7 +72,7 @@ bool IsEnabledForAllApps(uint32_t cameraBit) {
                                                values, 2) != kConfigOk) {
             continue;
         }
-        UI_LOGI("key: 0x%x, sensorMask: 0x%x", values[1], cameraBit);
+        UI_LOGI_IN(step, "key: 0x%x, sensorMask: 0x%x", values[1], cameraBit);
         if ((values[1] & cameraBit) != 0 && values[0] == 1) {
             return true;
         }
@@ -96,7 +97,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
 
     // Later rules override earlier ones: a package and activity entry beats a
     // package disable, which beats the general enable.
-    bool enableVIULL = IsEnabledForAllApps(cameraBit);
+    bool enableVIULL = IsEnabledForAllApps(cameraBit, __func__);
 
     const uint32_t disableKeyCount = GetKeyCount(kDisableMapGroup);
     const uint32_t disableEntryCount = GetLocaleKeyCount(kDisableMapGroup, packageName);

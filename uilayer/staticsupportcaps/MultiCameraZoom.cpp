@@ -143,8 +143,9 @@ bool ReadLocaleStrings(const char* group, const char* name, uint32_t index, uint
 }
 
 // True when the client is listed in the tripartite fallback white list. Every
-// entry is visited, so that each listed form that matches is logged.
-bool IsTripartiteFallbackApp(const char* packageName, const char* activityName) {
+// entry is visited, so that each listed form that matches is logged (on behalf
+// of `step`).
+bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, const char* step) {
     static constexpr const char* kGroup = "TripartiteModeFallbackWhitelist";
     const uint32_t keyCount = GetKeyCount(kGroup);
     const uint32_t valueCount = GetValuesCount(kGroup, "App[0]");
@@ -162,8 +163,8 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName) 
             }
             if (StartsWith(packageName, app) || StartsWith(activityName, app)) {
                 listed = true;
-                UI_LOGI("m_clientPackageName %s, m_clientActivityName %s", packageName,
-                        activityName);
+                UI_LOGI_IN(step, "m_clientPackageName %s, m_clientActivityName %s", packageName,
+                           activityName);
             }
             continue;
         }
@@ -181,8 +182,9 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName) 
         const bool packageMatches = strcmp(package, "-1") == 0 || StartsWith(packageName, package);
         if (packageMatches && StartsWith(activityName, activity)) {
             listed = true;
-            UI_LOGI("m_clientPackageName %s, m_clientActivityName %s, whitelistPackageName %s",
-                    packageName, activityName, package);
+            UI_LOGI_IN(step,
+                       "m_clientPackageName %s, m_clientActivityName %s, whitelistPackageName %s",
+                       packageName, activityName, package);
         }
     }
     return listed;
@@ -250,7 +252,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
         PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdebug", "0") > 0 ? 1 : 0;
 
     sat.isTripartiteFallbackWhitelist =
-        IsTripartiteFallbackApp(m_clientPackageName, m_clientActivityName) ? 1 : 0;
+        IsTripartiteFallbackApp(m_clientPackageName, m_clientActivityName, __func__) ? 1 : 0;
 
     // Bokeh seamless zoom is restricted only in bokeh sessions that do not
     // translate the zoom ratio themselves.

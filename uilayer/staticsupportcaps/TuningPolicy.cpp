@@ -31,9 +31,10 @@ struct RowIndex {
 
 // Builds one tuning policy table from the rows of `group` that apply to
 // `operationMode` (or to any mode). Leaves the table and its count untouched
-// when the group has no usable rows.
+// when the group has no usable rows. Accepted rows are logged on behalf of `step`.
 template <typename Entry>
-void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, uint8_t& count) {
+void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, uint8_t& count,
+                     const char* step) {
     constexpr uint32_t kWidth = sizeof(Entry::value) / sizeof(Entry::value[0]);
     const uint32_t rowValues = GetValuesCount(group, "Mode[0]");
     const uint32_t rows = GetKeyCount(group);
@@ -64,11 +65,11 @@ void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, ui
         }
         ++appended;
         if constexpr (kWidth == 8) {
-            UI_LOGI("static cfg feature1Mode %d operationMode %d apsFeatureType %d", entry[0],
-                    entry[1], entry[2]);
+            UI_LOGI_IN(step, "static cfg feature1Mode %d operationMode %d apsFeatureType %d",
+                       entry[0], entry[1], entry[2]);
         } else {
-            UI_LOGI("static cfg feature2Mode %d operationMode %d apsFeatureType %d", entry[0],
-                    entry[1], entry[2]);
+            UI_LOGI_IN(step, "static cfg feature2Mode %d operationMode %d apsFeatureType %d",
+                       entry[0], entry[1], entry[2]);
         }
     }
     count = static_cast<uint8_t>(appended);
@@ -101,9 +102,9 @@ void StaticSupportCapabilities::ConfigAIAF() {
 
 void StaticSupportCapabilities::ConfigStaticTuningPolicy() {
     LoadTuningTable(kFeature1Group, m_operationMode, m_feature1TuningPolicy,
-                    m_feature1TuningPolicyNum);
+                    m_feature1TuningPolicyNum, __func__);
     LoadTuningTable(kFeature2Group, m_operationMode, m_feature2TuningPolicy,
-                    m_feature2TuningPolicyNum);
+                    m_feature2TuningPolicyNum, __func__);
 }
 
 void StaticSupportCapabilities::ConfigStarModeAEInfo() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
+#include "common/Log.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 #include "resultappliedcaps/ResultAppliedCapabilities.h"
 
@@ -23,14 +24,53 @@ public:
     RDCMap(const RDCMap&) = delete;
     RDCMap& operator=(const RDCMap&) = delete;
 
+    // The ring queries live in this header: their log lines carry its name.
+
     // The record of `frameNumber`, or null (with an error line) when its slot
     // holds another frame or was never written.
-    RequestDesiredCapabilities* GetRDC(unsigned int frameNumber);
+    RequestDesiredCapabilities* GetRDC(unsigned int frameNumber) {
+        const unsigned int slot = SlotOf(frameNumber);
+        if (slot < m_rdcList.size()) {
+            RequestDesiredCapabilities& record = m_rdcList[slot];
+            if (m_slotWritten[slot] != 0 && record.GetFrameNumber() == frameNumber) {
+                return &record;
+            }
+            UI_LOGE("GetRDC return NULL. index:%d frameNum:%d GetFrameworkFramenum:%d", slot,
+                    frameNumber, record.GetFrameNumber());
+            return nullptr;
+        }
+        UI_LOGE("GetRDC return NULL. index:%d frameNum:%d GetFrameworkFramenum:%d", slot,
+                frameNumber, kUnusedFrameNumber);
+        return nullptr;
+    }
 
     bool IsRequestSupportCaps(unsigned int frameNumber, DesiredSupportCaps caps,
-                              QueryCapsType type);
-    _CapsBitset GetRequestSupportCaps(unsigned int frameNumber, QueryCapsType type);
-    unsigned int GetOriginalRequestTuningMode(unsigned int frameNumber, QueryTuningType type);
+                              QueryCapsType type) {
+        const RequestDesiredCapabilities* record = GetRDC(frameNumber);
+        if (record == nullptr) {
+            UI_LOGE("Failed to get RDC for frame %u", frameNumber);
+            return false;
+        }
+        return record->IsRequestSupportCaps(caps, type);
+    }
+
+    _CapsBitset GetRequestSupportCaps(unsigned int frameNumber, QueryCapsType type) {
+        const RequestDesiredCapabilities* record = GetRDC(frameNumber);
+        if (record == nullptr) {
+            UI_LOGE("Failed to get RDC for frame %u", frameNumber);
+            return _CapsBitset();
+        }
+        return record->GetRequestSupportCaps(type);
+    }
+
+    unsigned int GetOriginalRequestTuningMode(unsigned int frameNumber, QueryTuningType type) {
+        const RequestDesiredCapabilities* record = GetRDC(frameNumber);
+        if (record == nullptr) {
+            UI_LOGE("Failed to get RDC for frame %u", frameNumber);
+            return 0xFFFFFFFFu;
+        }
+        return static_cast<unsigned int>(record->GetOriginalRequestTuningMode(type));
+    }
 
     int UpdatePerRequestCaps(const camera3_capture_request* request);
     int UpdateResultAppliedCaps(const camera3_capture_result* result);
