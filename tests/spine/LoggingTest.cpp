@@ -126,6 +126,25 @@ TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
     EXPECT_TRUE(logged(R"(ConfigStaticTuningPolicy\(\) static cfg feature2Mode 4 .*)"));
 }
 
+TEST_F(StepLogTest, SessionParameterAndClassificationLinesNameTheirStep) {
+    m_device.AddCamera(LumoraTest::TestDevice::MultiCamera(2, 0, 0));
+    m_device.Init();
+    LumoraTest::StreamConfig config(0x8001);
+    config.Add(LumoraTest::PreviewStream());
+    HostPlatform::TakeAndroidLog();
+    Configure(config);
+    const auto lines = HostPlatform::TakeAndroidLog();
+    const auto logged = [&lines](const std::string& pattern) {
+        const std::regex line(R"(\[ INFO\]\[LUMORA\] StaticSupportCapabilities\.cpp:\d+ )" +
+                              pattern + R"(\n)");
+        return std::any_of(lines.begin(), lines.end(), [&line](const std::string& text) {
+            return std::regex_match(text, line);
+        });
+    };
+    EXPECT_TRUE(logged(R"(ParseSessionParams\(\) Sat fusion is supported!)"));
+    EXPECT_TRUE(logged(R"(ParseStreamsInfo\(\) \[EStreamTypePreview\] size 1 streamIndex 0 .*)"));
+}
+
 TEST(LogFileNameTest, KeepsTheTextAfterTheLastSlash) {
     EXPECT_STREQ("uiparser.cpp", Lumora::LogFileName("a/b/uiparser.cpp"));
     EXPECT_STREQ("plain.cpp", Lumora::LogFileName("plain.cpp"));

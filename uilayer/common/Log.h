@@ -115,6 +115,10 @@ void LogToAndroid(int priority, const char* format, ...)
     LUMORA_LOG_IMPL(g_enableLogInfo, g_enableSystemLog, ANDROID_LOG_INFO, "[ INFO]", "I", func, \
                     fmt, ##__VA_ARGS__)
 
+#define UI_LOGE_IN(func, fmt, ...)                                                        \
+    LUMORA_LOG_IMPL(g_enableLogError, true, ANDROID_LOG_ERROR, "[ERROR]", "E", func, fmt, \
+                    ##__VA_ARGS__)
+
 // True when a log line of that level would be written; for callers that must
 // prepare arguments (for example a caps dump string) before logging.
 #define UI_LOG_INFO_ON() (g_enableLogInfo != 0)

@@ -20,6 +20,9 @@ namespace Lumora {
 
 namespace {
 
+// Helpers below do part of ParseSessionParams's work; their log lines name that step.
+constexpr const char* kSessionParamsStep = "ParseSessionParams";
+
 constexpr uint32_t kTagPackageName = 34;
 constexpr uint32_t kTagActivityName = 105;
 constexpr uint32_t kTagAICompositionEnable = 165;
@@ -109,7 +112,7 @@ bool Is3DLutEnabled() {
     bool configured = false;
     if (GetBooleanConfiguration("OemCommonCapbility", "Enable3DLut", &configured) == kConfigOk) {
         enabled = configured;
-        UI_LOGI("Enable3DLut %d", enabled);
+        UI_LOGI_IN(kSessionParamsStep, "Enable3DLut %d", enabled);
     }
     const int32_t forced = property_get_int32("persist.vendor.camera.3dlut.enable", -1);
     if (forced != -1) {
@@ -159,7 +162,8 @@ void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
         const bool activityMatches =
             strcmp(values[1], "-1") == 0 || strcmp(values[1], activity) == 0;
         if (packageMatches && activityMatches && fromMode == config->operation_mode) {
-            UI_LOGI(
+            UI_LOGI_IN(
+                kSessionParamsStep,
                 "Override third app operation mode in staticcaps: packageName %s, activityName "
                 "%s, 0x%x -> 0x%x",
                 values[0], values[1], fromMode, toMode);
@@ -214,13 +218,13 @@ void WriteGenericCamFlag(camera_metadata_t* meta, bool isGeneric) {
     camera_metadata_entry_t entry = {};
     int status = 0;
     if (find_camera_metadata_entry(meta, tag, &entry) != 0) {
-        UI_LOGE("Can't find vendor tag IsGenericCam");
+        UI_LOGE_IN(kSessionParamsStep, "Can't find vendor tag IsGenericCam");
         status = add_camera_metadata_entry(meta, tag, &flag, 1);
     } else {
         status = update_camera_metadata_entry(meta, entry.index, &flag, 1, nullptr);
     }
     if (status != 0) {
-        UI_LOGE("tagId: %u, error status: %d", tag, status);
+        UI_LOGE_IN(kSessionParamsStep, "tagId: %u, error status: %d", tag, status);
     }
 }
 
@@ -420,9 +424,11 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
     if (m_operationMode == kOpModeTeleConverter) {
         m_supportCaps.set(CapsEquivalentFocallengthOverride);
         m_supportCaps.set(CapsViewFinderUseAsdFullFovPath);
-        UI_LOGI(
+        UI_LOGI_IN(
+            kSessionParamsStep,
             "StreamConfigCapModeTeleConverter mode: EnableEquivalentFocallengthOverride enabled");
-        UI_LOGI("EnableViewFinderUseAsdFullFovPath for StreamConfigCapModeTeleConverter");
+        UI_LOGI_IN(kSessionParamsStep,
+                   "EnableViewFinderUseAsdFullFovPath for StreamConfigCapModeTeleConverter");
     } else {
         m_supportCaps.reset(CapsEquivalentFocallengthOverride);
         m_supportCaps.reset(CapsViewFinderUseAsdFullFovPath);
@@ -430,20 +436,20 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
 
     if (FindEntry(meta, VendorTagId(kTagAICompositionEnable), TYPE_BYTE, 1, &entry)) {
         m_isAICompositionEnable = entry.data.u8[0] == 1 ? 1 : 0;
-        UI_LOGI("isAICompositionEnable: %d", m_isAICompositionEnable);
+        UI_LOGI_IN(kSessionParamsStep, "isAICompositionEnable: %d", m_isAICompositionEnable);
     }
 
     if (FindEntry(meta, ANDROID_CONTROL_AE_TARGET_FPS_RANGE, TYPE_INT32, 2, &entry)) {
         m_minFps = entry.data.i32[0];
         m_maxFps = entry.data.i32[1];
-        UI_LOGI("fps: %d %d", m_minFps, m_maxFps);
+        UI_LOGI_IN(kSessionParamsStep, "fps: %d %d", m_minFps, m_maxFps);
     }
 
     if (FindEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
         const bool lut3d = Is3DLutEnabled();
         // At most 128 bytes of the text; the buffer keeps room for the terminator.
         CopyEntryText(entry, m_cameraMode, sizeof(m_cameraMode));
-        UI_LOGI("cameraMode %s", m_cameraMode);
+        UI_LOGI_IN(kSessionParamsStep, "cameraMode %s", m_cameraMode);
         ApplyCameraMode(lut3d);
     }
 
@@ -451,11 +457,11 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
     if (HasRaw12Stream(config)) {
         if (!FindEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
             m_supportCaps.set(CapsSnapshotRaw12);
-            UI_LOGI("set RAW12 SnapshotRawFormat");
+            UI_LOGI_IN(kSessionParamsStep, "set RAW12 SnapshotRawFormat");
         } else {
             char format[kRawFormatTextSize + 1];
             CopyEntryText(entry, format, sizeof(format));
-            UI_LOGI("SnapshotRawFormat %s, %s", format, format);
+            UI_LOGI_IN(kSessionParamsStep, "SnapshotRawFormat %s, %s", format, format);
             if (strstr(format, "RAW12") != nullptr) {
                 m_supportCaps.set(CapsSnapshotRaw12);
             }
@@ -465,16 +471,17 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
     if ((m_operationMode == 0x8001 || m_operationMode == 0x8009 || m_operationMode == 0x8019) &&
         m_numPhysicalCameras >= 2) {
         m_supportCaps.set(CapsSatFusion);
-        UI_LOGI("Sat fusion is supported!");
+        UI_LOGI_IN(kSessionParamsStep, "Sat fusion is supported!");
     }
 
     if (FindEntry(meta, VendorTagId(kTagWarmStartLux), TYPE_FLOAT, 1, &entry)) {
         m_warmStartLux = entry.data.f[0];
     }
-    UI_LOGI("warmStartLux: %f", static_cast<double>(m_warmStartLux));
+    UI_LOGI_IN(kSessionParamsStep, "warmStartLux: %f", static_cast<double>(m_warmStartLux));
     if (FindEntry(meta, VendorTagId(kTagMipiSelectMode), TYPE_BYTE, 1, &entry)) {
         m_mipiSelectMode = entry.data.u8[0];
-        UI_LOGI("engineercamera mipiSelectMode: %d", static_cast<int8_t>(m_mipiSelectMode));
+        UI_LOGI_IN(kSessionParamsStep, "engineercamera mipiSelectMode: %d",
+                   static_cast<int8_t>(m_mipiSelectMode));
     }
     if (FindEntry(meta, VendorTagId(kTagCameraFromMainMenu), TYPE_BYTE, 1, &entry)) {
         m_cameraIsFromMainMenu = entry.data.u8[0];

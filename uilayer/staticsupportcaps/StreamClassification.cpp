@@ -16,6 +16,9 @@ namespace Lumora {
 
 namespace {
 
+// Helpers below do part of ParseStreamsInfo's work; their log lines name that step.
+constexpr const char* kStreamsInfoStep = "ParseStreamsInfo";
+
 // HAL pixel formats.
 constexpr int kFormatRaw16 = 0x20;
 constexpr int kFormatBlob = 0x21;
@@ -359,7 +362,8 @@ private:
                     m_session.IsSessionSupportCaps(
                         Caps2x2XCFA, static_cast<QueryCapsType>(entry.physicalCamId))) {
                     qcfaCamera = true;
-                    UI_LOGI("2x2QCFA pStream->width %d frameworkId %d", s.width, entry.frameworkId);
+                    UI_LOGI_IN(kStreamsInfoStep, "2x2QCFA pStream->width %d frameworkId %d",
+                               s.width, entry.frameworkId);
                 }
             }
             if (!qcfaCamera) {
@@ -371,8 +375,9 @@ private:
         if (s.width < m_facts.halfWidth || s.width >= m_facts.fullWidth) {
             return false;
         }
-        UI_LOGI("pStream: %p, physicalCameraId: %d, fullArraySize: %dx%d",
-                static_cast<const void*>(&s), phyCameraId, m_facts.fullWidth, m_facts.fullHeight);
+        UI_LOGI_IN(kStreamsInfoStep, "pStream: %p, physicalCameraId: %d, fullArraySize: %dx%d",
+                   static_cast<const void*>(&s), phyCameraId, m_facts.fullWidth,
+                   m_facts.fullHeight);
         SetCameraBits(phyCameraId, CapsStreamSnapshotRAWQcfa2x2);
         return true;
     }
@@ -393,9 +398,10 @@ private:
                     const auto size = m_customRawFullSizes.find(entry.physicalCamId);
                     if (size != m_customRawFullSizes.end() && size->second.width != 0 &&
                         size->second.width <= s.width) {
-                        UI_LOGI("pStream->width %d frameworkId %d phyId %d QCFA size %d:%d",
-                                s.width, entry.frameworkId, entry.physicalCamId, size->second.width,
-                                size->second.height);
+                        UI_LOGI_IN(kStreamsInfoStep,
+                                   "pStream->width %d frameworkId %d phyId %d QCFA size %d:%d",
+                                   s.width, entry.frameworkId, entry.physicalCamId,
+                                   size->second.width, size->second.height);
                         fullSize = true;
                     }
                 }
@@ -433,17 +439,18 @@ private:
     const ClassificationFacts& m_facts;
 };
 
-#define LOG_STREAM_LIST(lists, type, name)                                                       \
-    do {                                                                                         \
-        const std::vector<_UIStreamInfo>& list = (lists)[type];                                  \
-        for (const _UIStreamInfo& info : list) {                                                 \
-            UI_LOGI("[" name                                                                     \
-                    "] size %lu streamIndex %d phyCameraId %d pStream %p, format %x, "           \
-                    "width %d, height %d",                                                       \
-                    static_cast<unsigned long>(list.size()), info.streamIndex, info.phyCameraId, \
-                    static_cast<const void*>(info.pStream), info.pStream->format,                \
-                    info.pStream->width, info.pStream->height);                                  \
-        }                                                                                        \
+#define LOG_STREAM_LIST(lists, type, name)                                                \
+    do {                                                                                  \
+        const std::vector<_UIStreamInfo>& list = (lists)[type];                           \
+        for (const _UIStreamInfo& info : list) {                                          \
+            UI_LOGI_IN(kStreamsInfoStep,                                                  \
+                       "[" name                                                           \
+                       "] size %lu streamIndex %d phyCameraId %d pStream %p, format %x, " \
+                       "width %d, height %d",                                             \
+                       static_cast<unsigned long>(list.size()), info.streamIndex,         \
+                       info.phyCameraId, static_cast<const void*>(info.pStream),          \
+                       info.pStream->format, info.pStream->width, info.pStream->height);  \
+        }                                                                                 \
     } while (0)
 
 // Every list with its entries, in the order the camera layer reads them.
@@ -461,7 +468,8 @@ void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const Classificatio
     LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWQcfa2x2, "EStreamTypeSnapshotRAWQcfa2x2");
     LOG_STREAM_LIST(lists, EStreamTypeMetadata, "EStreamTypeMetadata");
     for (const _UIStreamInfo& info : lists[EStreamTypeMultiSpectralRaw]) {
-        UI_LOGI(
+        UI_LOGI_IN(
+            kStreamsInfoStep,
             "[EStreamTypeMultiSpectralRaw] size %lu streamIndex %d phyCameraId %d pStream %p, "
             "format %x, width %d, height %d, stream_use_case:%llx",
             static_cast<unsigned long>(lists[EStreamTypeMultiSpectralRaw].size()), info.streamIndex,
@@ -470,7 +478,8 @@ void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const Classificatio
             static_cast<unsigned long long>(info.pStream->stream_use_case));
     }
     for (const _UIStreamInfo& info : lists[EStreamTypeASDPreview]) {
-        UI_LOGI(
+        UI_LOGI_IN(
+            kStreamsInfoStep,
             "[EStreamTypeASDPreview] size %lu streamIndex %d phyCameraId %d pStream %p, format "
             "%x, width %d, height %d bViewFinderEnabledMode %d bVideoASDMode %d",
             static_cast<unsigned long>(lists[EStreamTypeASDPreview].size()), info.streamIndex,
@@ -479,7 +488,8 @@ void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const Classificatio
             facts.videoAsdMode);
     }
     for (const _UIStreamInfo& info : lists[EStreamTypeViewFinder]) {
-        UI_LOGI(
+        UI_LOGI_IN(
+            kStreamsInfoStep,
             "[EStreamTypeViewFinder] size %lu streamIndex %d phyCameraId %d pStream %p, format "
             "%x, width %d, height %d bViewFinderEnabledMode %d bVideoASDMode %d",
             static_cast<unsigned long>(lists[EStreamTypeViewFinder].size()), info.streamIndex,
