@@ -90,7 +90,8 @@ bool OverrideMayGiveBokeh() {
 
 // The preview stream of a physical camera, as a bokeh session counts them.
 bool IsPhysicalPreview(const camera3_stream_t& s) {
-    const int32_t dataSpace = static_cast<int32_t>(s.data_space);
+    int32_t dataSpace = 0;
+    memcpy(&dataSpace, &s.data_space, sizeof(dataSpace));  // any 32-bit value
     return s.stream_type == 0 && (s.usage & 0x900) != 0 && (s.usage & 0x10000) == 0 &&
            dataSpace != 0x1000 && dataSpace != 0x1004 &&
            (s.format == 34 || s.format == 35 || s.format == 54) &&
