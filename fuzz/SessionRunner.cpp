@@ -110,6 +110,14 @@ void TouchList(const std::vector<Lumora::_UIStreamInfo>* list) {
     }
 }
 
+// A property every answer of the library keeps; a broken one is a finding.
+void Expect(bool condition, const char* what) {
+    if (!condition) {
+        fprintf(stderr, "fuzz_session: %s\n", what);
+        abort();
+    }
+}
+
 void TouchText(const char* text) {
     if (text != nullptr) {
         Sink(strlen(text));
@@ -499,14 +507,31 @@ void RunSteps(Lumora::IuiLayer& parser, Configuration& config, const std::vector
             case kStepCapsMask: {
                 Lumora::_CapsBitset mask;
                 parser.GetStaticCapsMask(type, mask);
-                Sink(mask.to_ullong(0));
+                // The mask holds only capabilities the session supports.
+                for (size_t bit = 0; bit < Lumora::_CapsBitset::kBitCount; ++bit) {
+                    Expect(!mask.test(bit) || parser.IsSessionSupportCaps(
+                                                  static_cast<DesiredSupportCaps>(bit), type),
+                           "the caps mask holds a capability the session does not support");
+                }
                 break;
             }
-            case kStepStreamLists:
-                TouchList(parser.GetStreamByStreamType(static_cast<StreamType>(step.streamType)));
+            case kStepStreamLists: {
+                const std::vector<Lumora::_UIStreamInfo>* list =
+                    parser.GetStreamByStreamType(static_cast<StreamType>(step.streamType));
+                Expect(list != nullptr, "no stream list");
+                Expect(step.streamType >= 0 && step.streamType < Lumora::EStreamTypeMax
+                           ? true
+                           : list->empty(),
+                       "a stream type outside the roles has streams");
+                for (const Lumora::_UIStreamInfo& info : *list) {
+                    Expect(parser.GetStreamTypeByStream(info.pStream) ==
+                               static_cast<StreamType>(step.streamType),
+                           "a listed stream has another role");
+                }
                 TouchList(parser.GetStreamByStreamType(step.frame,
                                                        static_cast<StreamType>(step.streamType)));
                 break;
+            }
             case kStepStreamQueries: {
                 camera3_stream_t* stream = StreamRef(config, step.streamRef);
                 Sink(static_cast<uint32_t>(parser.GetFwkCameraIdByStream(stream)));
@@ -516,8 +541,10 @@ void RunSteps(Lumora::IuiLayer& parser, Configuration& config, const std::vector
                 break;
             }
             case kStepRequestQueries:
-                Sink(parser.IsRequestSupportCaps(step.frame, caps, type));
-                Sink(parser.GetRequestSupportCaps(step.frame, type).to_ullong(0));
+                // The single bit and the whole set of a frame agree.
+                Expect(parser.IsRequestSupportCaps(step.frame, caps, type) ==
+                           parser.GetRequestSupportCaps(step.frame, type).test(caps),
+                       "a request capability and the request's caps set disagree");
                 Sink(parser.GetOriginalRequestTuningMode(step.frame,
                                                          static_cast<QueryTuningType>(step.type)));
                 TouchList(parser.GetStreamByStreamType(step.frame,
