@@ -1,10 +1,11 @@
 // The registry is the only state shared between cameras; Get and Init may be
 // called from several HAL threads at once, and each camera's parser is used
 // from its own threads. These tests are written for ThreadSanitizer (the tsan
-// preset): the threads start together, every log channel is on (the logger
-// and the configuration store are shared too), and each thread checks its
-// answers against a run made alone, so that cross-talk shows as well.
-#include <atomic>
+// preset): the threads start together, the sessions run once quiet and once
+// with every log channel on (the logger is shared too), and each thread checks
+// its answers against a run made alone, so that cross-talk shows as well.
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -20,19 +21,24 @@ constexpr int kCameras = 2;
 constexpr uint32_t kRounds = 10;
 constexpr uint32_t kFramesPerRound = 20;
 
-// Lets threads run only once all of them are ready, so that they overlap.
+// Lets threads run only once all of them are ready, so that they overlap. The
+// waiting blocks rather than spins: under valgrind, which runs one thread at a
+// time, a spinning thread can keep the others from ever arriving.
 class StartLine {
 public:
     explicit StartLine(int threads) : m_waiting(threads) {}
     void Wait() {
-        m_waiting.fetch_sub(1);
-        while (m_waiting.load() > 0) {
-            std::this_thread::yield();
+        std::unique_lock<std::mutex> lock(m_mutex);
+        if (--m_waiting == 0) {
+            m_arrived.notify_all();
         }
+        m_arrived.wait(lock, [this] { return m_waiting == 0; });
     }
 
 private:
-    std::atomic<int> m_waiting;
+    std::mutex m_mutex;
+    std::condition_variable m_arrived;
+    int m_waiting;
 };
 
 // What one camera's session answers; the same whichever thread asks.
@@ -104,6 +110,40 @@ protected:
         return reference;
     }
 
+    // Sessions of both cameras on their own threads, checked against
+    // `reference`; with `reloads`, a third thread calls Init and Get meanwhile.
+    void RunSessionsAtOnce(const std::vector<Answers>& reference, bool reloads) {
+        std::shared_ptr<IuiLayer> parsers[kCameras] = {IuiLayer::Get(0), IuiLayer::Get(1)};
+        StartLine start(reloads ? kCameras + 1 : kCameras);
+        std::vector<std::thread> threads;
+        for (uint32_t camera = 0; camera < kCameras; ++camera) {
+            threads.emplace_back([&, camera] {
+                start.Wait();
+                for (uint32_t round = 0; round < kRounds; ++round) {
+                    EXPECT_TRUE(RunSession(*parsers[camera], camera, round) == reference[camera])
+                        << "camera " << camera << " round " << round;
+                }
+            });
+        }
+        if (reloads) {
+            threads.emplace_back([&] {
+                start.Wait();
+                for (uint32_t round = 0; round < kRounds * kFramesPerRound; ++round) {
+                    IuiLayer::Init(static_cast<unsigned int>(m_device.CameraCount()),
+                                   m_device.Table());
+                    EXPECT_NE(nullptr, IuiLayer::Get(0));
+                }
+            });
+        }
+        for (auto& thread : threads) {
+            thread.join();
+        }
+    }
+
+    // Every log channel on or off. The shared logger locks, and each lock
+    // orders the threads for ThreadSanitizer: the quiet run hides less.
+    static void SetLogging(bool on) { HostPlatform::SetLogSwitches(on, on, on, on, on); }
+
     TestDevice m_device;
 };
 
@@ -135,53 +175,23 @@ TEST_F(ConcurrencyTest, GetAndInitFromSeveralThreads) {
 TEST_F(ConcurrencyTest, TwoCamerasConfiguredAndQueriedAtOnce) {
     const std::vector<Answers> reference = Reference();
     ASSERT_FALSE(reference[0] == reference[1]);
-    std::shared_ptr<IuiLayer> parsers[kCameras] = {IuiLayer::Get(0), IuiLayer::Get(1)};
-    StartLine start(kCameras);
-    std::vector<std::thread> threads;
-    for (uint32_t camera = 0; camera < kCameras; ++camera) {
-        threads.emplace_back([&, camera] {
-            start.Wait();
-            for (uint32_t round = 0; round < kRounds; ++round) {
-                EXPECT_TRUE(RunSession(*parsers[camera], camera, round) == reference[camera])
-                    << "camera " << camera << " round " << round;
-            }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
+    for (bool logging : {false, true}) {
+        SCOPED_TRACE(logging ? "logging" : "quiet");
+        SetLogging(logging);
+        RunSessionsAtOnce(reference, false);
     }
 }
 
 // The HAL may reload its camera list while sessions of cameras it still holds
-// go on: Init and Get on one thread, sessions on two others.
+// go on: Init and Get on one thread, sessions on two others. (ThreadSanitizer
+// needs no exact overlap to see a race, only accesses the threads do not order.)
 TEST_F(ConcurrencyTest, InitWhileOtherCamerasRunSessions) {
     const std::vector<Answers> reference = Reference();
-    std::shared_ptr<IuiLayer> parsers[kCameras] = {IuiLayer::Get(0), IuiLayer::Get(1)};
-    StartLine start(kCameras + 1);
-    std::atomic<bool> done{false};
-    std::vector<std::thread> threads;
-    for (uint32_t camera = 0; camera < kCameras; ++camera) {
-        threads.emplace_back([&, camera] {
-            start.Wait();
-            for (uint32_t round = 0; round < kRounds; ++round) {
-                EXPECT_TRUE(RunSession(*parsers[camera], camera, round) == reference[camera])
-                    << "camera " << camera << " round " << round;
-            }
-        });
+    for (bool logging : {false, true}) {
+        SCOPED_TRACE(logging ? "logging" : "quiet");
+        SetLogging(logging);
+        RunSessionsAtOnce(reference, true);
     }
-    threads.emplace_back([&] {
-        start.Wait();
-        while (!done.load()) {
-            IuiLayer::Init(static_cast<unsigned int>(m_device.CameraCount()), m_device.Table());
-            EXPECT_NE(nullptr, IuiLayer::Get(0));
-            std::this_thread::yield();
-        }
-    });
-    for (int camera = 0; camera < kCameras; ++camera) {
-        threads[static_cast<size_t>(camera)].join();
-    }
-    done = true;
-    threads.back().join();
 }
 
 }  // namespace
