@@ -20,7 +20,7 @@ for fuzzer in fuzz_config_loader fuzz_session fuzz_request_result; do
     if build-fuzz/fuzz/"$fuzzer" -max_total_time="$seconds" -rss_limit_mb=2048 \
         -print_final_stats=1 -artifact_prefix="$scratch/$fuzzer/artifacts/" \
         "$scratch/$fuzzer/corpus" "fuzz/corpus/$fuzzer" >"$scratch/$fuzzer/log" 2>&1; then
-        grep -E '^#[0-9]+ +DONE|^stat::(number_of_executed_units|average_exec_per_sec)' \
+        grep -E '^#[0-9]+[[:space:]]+DONE|^stat::(number_of_executed_units|average_exec_per_sec)' \
             "$scratch/$fuzzer/log" || true
     else
         status=1
