@@ -2,7 +2,8 @@
 # Installs what building and testing the project needs on a Debian machine.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ clang libgtest-dev libgmock-dev googletest libbenchmark-dev libyaml-cpp-dev abigail-tools g++-aarch64-linux-gnu qemu-user)
+packages=(cmake ninja-build g++ clang libclang-rt-14-dev libfuzzer-14-dev valgrind libgtest-dev libgmock-dev
+          googletest libbenchmark-dev libyaml-cpp-dev abigail-tools g++-aarch64-linux-gnu qemu-user)
 missing=()
 for package in "${packages[@]}"; do
     dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")

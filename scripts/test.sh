@@ -1,13 +1,29 @@
 #!/usr/bin/env bash
 # Builds the project with g++ and clang++ (warnings are errors) and runs every
-# test with both builds.
+# test with both builds; then valgrind over the unit tests, the whole suite
+# under AddressSanitizer/UndefinedBehaviorSanitizer and under ThreadSanitizer,
+# and a short run of each fuzzer. Each stage reports how long it took.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-cmake --preset default
-cmake --build --preset default
-ctest --preset default
+stage() {
+    local name=$1
+    shift
+    local start=$SECONDS
+    echo "=== $name"
+    "$@"
+    echo "=== $name: $((SECONDS - start)) s"
+}
 
-cmake --preset clang
-cmake --build --preset clang
-ctest --preset clang
+build_and_test() {
+    cmake --preset "$1"
+    cmake --build --preset "$1"
+    ctest --preset "$1"
+}
+
+stage "g++" build_and_test default
+stage "valgrind" ctest --preset valgrind
+stage "clang++" build_and_test clang
+stage "asan+ubsan" build_and_test asan
+stage "tsan" build_and_test tsan
+stage "fuzz smoke" bash scripts/fuzz-smoke.sh

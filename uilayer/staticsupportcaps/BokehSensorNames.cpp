@@ -43,7 +43,7 @@ bool IsBokehOperationMode(uint32_t mode) {
 // An output stream shown on screen (not encoded, not depth or HEIF) in a
 // preview format.
 bool IsPreviewStream(const camera3_stream_t& stream) {
-    const int32_t dataSpace = static_cast<int32_t>(stream.data_space);
+    const int32_t dataSpace = StreamDataSpace(stream);
     return stream.stream_type == CAMERA3_STREAM_OUTPUT &&
            (stream.usage & kUsageHwTextureOrComposer) != 0 &&
            (stream.usage & kUsageHwVideoEncoder) == 0 && dataSpace != kDataspaceDepth &&

@@ -76,7 +76,7 @@ bool HasVideoStream(const camera3_stream_configuration* config) {
     for (uint32_t i = 0; i < config->num_streams; ++i) {
         const camera3_stream* stream = config->streams[i];
         if (stream != nullptr && (stream->usage & kVideoUsageMask) != 0 &&
-            stream->data_space != HAL_DATASPACE_HEIF) {
+            StreamDataSpace(*stream) != HAL_DATASPACE_HEIF) {
             return true;
         }
     }

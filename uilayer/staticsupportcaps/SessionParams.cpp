@@ -58,7 +58,7 @@ const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uin
 
 bool IsVideoStream(const camera3_stream_t* stream) {
     return stream != nullptr && (stream->usage & kVideoUsageBits) != 0 &&
-           static_cast<int32_t>(stream->data_space) != kDataspaceHeif;
+           StreamDataSpace(*stream) != kDataspaceHeif;
 }
 
 bool HasRaw12Stream(const camera3_stream_configuration* config) {

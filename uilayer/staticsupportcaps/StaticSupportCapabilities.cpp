@@ -75,8 +75,12 @@ StaticSupportCapabilities::StaticSupportCapabilities(unsigned int cameraId,
     }
 
     if (m_pCameraInfoMap != nullptr) {
-        m_pCameraInfoMap->supportFlag =
-            (m_pCameraInfoMap->type == 2 || m_pCameraInfoMap->type == 4) ? 1 : 0;
+        // Parsers of this camera that callers still hold read the flag without
+        // a lock: it is written only when it changes.
+        const uint32_t flag = (m_pCameraInfoMap->type == 2 || m_pCameraInfoMap->type == 4) ? 1 : 0;
+        if (m_pCameraInfoMap->supportFlag != flag) {
+            m_pCameraInfoMap->supportFlag = flag;
+        }
         m_firstStreamDimension = {0, 0};
         m_frameworkId = cameraId;
         m_logicalCamId = static_cast<int32_t>(m_pCameraInfoMap->logicalCamId);

@@ -26,6 +26,7 @@
 #include <hardware/camera_common.h>
 
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
@@ -260,6 +261,16 @@ private:
     uint8_t m_feature2TuningPolicyNum = 0;
     StarModeAEInfo m_starModeAEInfo = {0, 0, 0};
 };
+
+// The data space of a stream as the 32-bit value the framework wrote. Its
+// enumeration names only some of the values a stream may carry, and loading
+// any other value through the enumeration type is undefined: the field is
+// read through its bytes instead.
+inline int32_t StreamDataSpace(const camera3_stream& stream) {
+    int32_t value = 0;
+    memcpy(&value, &stream.data_space, sizeof(value));
+    return value;
+}
 
 // Stream predicates shared by the session and request sides.
 bool IsShortRawStream(const camera3_stream* stream);

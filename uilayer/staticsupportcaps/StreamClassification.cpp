@@ -96,7 +96,7 @@ bool IsYuvClass(const camera3_stream& s) {
 }
 
 int32_t DataSpaceOf(const camera3_stream& s) {
-    return static_cast<int32_t>(s.data_space);
+    return StreamDataSpace(s);
 }
 
 bool IsDepthOrHeif(const camera3_stream& s) {

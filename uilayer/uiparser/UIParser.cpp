@@ -48,8 +48,13 @@ void UIParser::Init(unsigned int allCameraNumbers, camera_info* pAllCameraInfo) 
     // The handle is kept for the life of the process.
     void* handle = OpenSiblingLibrary();
     if (handle != nullptr) {
-        GetVendorTagId =
+        // Sessions of parsers that callers still hold read the pointer without
+        // the lock: it is written only when the lookup really changes.
+        auto* lookup =
             reinterpret_cast<uint32_t (*)(uint32_t)>(dlsym(handle, "LumoraGetVendorTagId"));
+        if (lookup != GetVendorTagId) {
+            GetVendorTagId = lookup;
+        }
     }
     if ((handle == nullptr && GetVendorTagId == nullptr) ||
         (handle != nullptr && GetVendorTagId == nullptr)) {

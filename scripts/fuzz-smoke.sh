@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Builds the fuzz preset and runs each fuzzer for a short while (30 seconds, or
+# FUZZ_SECONDS) on its corpus under fuzz/corpus/. New inputs go to a scratch
+# directory; a crash fails the script, and its input is kept under
+# build-fuzz/fuzz-findings/ to be added to the corpus with the fix.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+seconds=${FUZZ_SECONDS:-30}
+cmake --preset fuzz
+cmake --build --preset fuzz
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+findings=build-fuzz/fuzz-findings
+status=0
+for fuzzer in fuzz_config_loader fuzz_session fuzz_request_result; do
+    mkdir -p "$scratch/$fuzzer/corpus" "$scratch/$fuzzer/artifacts"
+    echo "== $fuzzer: ${seconds} s"
+    if build-fuzz/fuzz/"$fuzzer" -max_total_time="$seconds" -rss_limit_mb=2048 \
+        -print_final_stats=1 -artifact_prefix="$scratch/$fuzzer/artifacts/" \
+        "$scratch/$fuzzer/corpus" "fuzz/corpus/$fuzzer" >"$scratch/$fuzzer/log" 2>&1; then
+        grep -E '^#[0-9]+[[:space:]]+DONE|^stat::(number_of_executed_units|average_exec_per_sec)' \
+            "$scratch/$fuzzer/log" || true
+    else
+        status=1
+        tail -n 80 "$scratch/$fuzzer/log"
+        mkdir -p "$findings/$fuzzer"
+        cp "$scratch/$fuzzer/artifacts/"* "$findings/$fuzzer/" 2>/dev/null || true
+        echo "$fuzzer failed; its input is under $findings/$fuzzer"
+    fi
+done
+exit $status

@@ -1,0 +1,41 @@
+// Inputs outside what a well-behaved HAL sends, found by fuzzing: the library
+// must answer them without undefined behaviour (these cases are meant to run
+// under the sanitizers, where a fault stops the test) and treat them as the
+// nearest well-formed input.
+#include "streams/SessionTestSupport.h"
+
+namespace LumoraTest {
+namespace {
+
+using namespace Lumora;
+
+class MalformedInputTest : public SessionTest {};
+
+// Data spaces outside the values the enumeration names (here with bit 31 set)
+// are plain values to compare: neither depth nor HEIF.
+TEST_F(MalformedInputTest, DataSpacesOutsideTheEnumerationAreOrdinaryValues) {
+    constexpr int32_t kVendorDataSpace = static_cast<int32_t>(0x8A000002u);
+    device.AddCamera(TestDevice::MultiCamera(3, 6, 6));
+    Start(6);
+
+    StreamConfig config(0x8010);  // bokeh: the preview streams of two cameras are counted
+    StreamSpec preview = PreviewStream(1920, 1080, "0");
+    preview.dataSpace = kVendorDataSpace;
+    StreamSpec secondPreview = PreviewStream(1280, 720, "1");
+    secondPreview.dataSpace = kVendorDataSpace;
+    StreamSpec video = VideoStream();
+    video.dataSpace = kVendorDataSpace;
+    camera3_stream_t* previewStream = config.Add(preview);
+    config.Add(secondPreview);
+    camera3_stream_t* videoStream = config.Add(video);
+    Configure(config);
+
+    EXPECT_EQ(EStreamTypePreview, layer->GetStreamTypeByStream(previewStream));
+    EXPECT_EQ(EStreamTypeVideo, layer->GetStreamTypeByStream(videoStream));
+    EXPECT_TRUE(Has(CapsBokeh));
+    EXPECT_TRUE(Has(CapsVideoStream));
+    EXPECT_EQ("ZoomDivisionCurveCfg_Video_", layer->GetSatStaticCaps()->zoomDivisionCurveCfgPrefix);
+}
+
+}  // namespace
+}  // namespace LumoraTest
