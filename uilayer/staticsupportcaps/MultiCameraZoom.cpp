@@ -24,8 +24,6 @@ constexpr const char* kWirelessOnlinePath = "/sys/class/power_supply/wireless/on
 // The sysfs node holds "0" or "1" and a newline; a few bytes are plenty.
 constexpr int kWirelessReadSize = 4;
 
-constexpr uint32_t kVideoUsageMask = 0x10080;
-
 // Why the zoom pipeline falls back to a single camera.
 enum FallbackUsecase : uint32_t {
     kFallbackOff = 0,
@@ -75,8 +73,7 @@ bool HasVideoStream(const camera3_stream_configuration* config) {
     }
     for (uint32_t i = 0; i < config->num_streams; ++i) {
         const camera3_stream* stream = config->streams[i];
-        if (stream != nullptr && (stream->usage & kVideoUsageMask) != 0 &&
-            StreamDataSpace(*stream) != HAL_DATASPACE_HEIF) {
+        if (stream != nullptr && IsVideoStream(*stream)) {
             return true;
         }
     }

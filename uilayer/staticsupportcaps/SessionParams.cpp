@@ -43,8 +43,6 @@ constexpr uint32_t kOpModeTeleConverter = 0x80B4;
 constexpr uint32_t kOpModeProVideo = 0x80BE;
 constexpr uint32_t kOpModeProVideoAlt = 0x8009;
 
-constexpr uint32_t kVideoUsageBits = 0x10080;  // video encoder or a video-like consumer
-constexpr int32_t kDataspaceHeif = 4100;
 constexpr int kFormatRaw12 = 38;
 
 constexpr const char* kOverrideGroup = "ThirdAppOperationModeOverride";
@@ -54,11 +52,6 @@ constexpr const char* kFrameInsertGroup = "VideoFrameInsertSupport";
 
 const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uint32_t i) {
     return config->streams != nullptr ? config->streams[i] : nullptr;
-}
-
-bool IsVideoStream(const camera3_stream_t* stream) {
-    return stream != nullptr && (stream->usage & kVideoUsageBits) != 0 &&
-           StreamDataSpace(*stream) != kDataspaceHeif;
 }
 
 bool HasRaw12Stream(const camera3_stream_configuration* config) {
@@ -241,7 +234,7 @@ bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const cha
     std::vector<uint32_t> row(rowLength);
     for (uint32_t s = 0; s < config->num_streams; ++s) {
         const camera3_stream_t* stream = StreamAt(config, s);
-        if (!IsVideoStream(stream)) {
+        if (stream == nullptr || !IsVideoStream(*stream)) {
             continue;
         }
         for (uint32_t i = 0; i < rows; ++i) {
@@ -346,7 +339,8 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     bool hasVideoStream = false;
     if (config != nullptr) {
         for (uint32_t i = 0; i < config->num_streams; ++i) {
-            if (IsVideoStream(StreamAt(config, i))) {
+            const camera3_stream_t* stream = StreamAt(config, i);
+            if (stream != nullptr && IsVideoStream(*stream)) {
                 UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
                 hasVideoStream = true;
                 break;

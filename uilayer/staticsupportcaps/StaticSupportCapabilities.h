@@ -272,6 +272,12 @@ inline int32_t StreamDataSpace(const camera3_stream& stream) {
     return value;
 }
 
+// A video stream: video-encoder or vendor video usage (0x10080) on anything but
+// a HEIF stream (depth streams count).
+inline bool IsVideoStream(const camera3_stream& stream) {
+    return (stream.usage & 0x10080u) != 0 && StreamDataSpace(stream) != 0x1004;
+}
+
 // Stream predicates shared by the session and request sides.
 bool IsShortRawStream(const camera3_stream* stream);
 bool IsMiddleRawStream(const camera3_stream* stream);

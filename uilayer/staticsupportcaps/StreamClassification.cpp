@@ -107,11 +107,6 @@ bool HasVideoUsage(const camera3_stream& s) {
     return (s.usage & (kUsageVideoEncoder | kUsageVendorVideo)) != 0;
 }
 
-// Video usage on anything but a HEIF stream; depth streams pass.
-bool IsVideoStream(const camera3_stream& s) {
-    return HasVideoUsage(s) && DataSpaceOf(s) != kDataSpaceHeif;
-}
-
 bool IsMultiSpectralUseCase(const camera3_stream& s) {
     return s.stream_use_case == kUseCaseMultiSpectral ||
            s.stream_use_case == kUseCaseMultiSpectralAux;
