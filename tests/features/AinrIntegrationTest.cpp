@@ -29,7 +29,7 @@ protected:
     int32_t ConfigureClient(const std::string& package, const std::string& activity,
                             unsigned int cameraId, bool cameraUnit = false, int64_t profile = 1) {
         StreamConfig config;
-        StreamSpec video = VideoStream();
+        StreamSetup video = VideoStream();
         video.dynamicRangeProfile = profile;
         config.Add(video);
         SetClient(config, package, activity, cameraUnit);

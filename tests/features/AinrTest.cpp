@@ -23,7 +23,7 @@ protected:
     // The written AINR type (-1: not written), which always agrees with bit 89.
     int32_t ConfigureVideo(unsigned int cameraId, int64_t profile = 1, int32_t presetTag = -1) {
         StreamConfig config;
-        StreamSpec video = VideoStream();
+        StreamSetup video = VideoStream();
         video.dynamicRangeProfile = profile;
         config.Add(video);
         if (presetTag >= 0) {

@@ -21,7 +21,7 @@ protected:
         m_device.AddCamera(TestDevice::MultiCamera(3, 1, 1));
         m_device.Init();
     }
-    const Lumora::_SatStaticCaps& ConfigureWith(const StreamSpec& stream, unsigned int id = 0) {
+    const Lumora::_SatStaticCaps& ConfigureWith(const StreamSetup& stream, unsigned int id = 0) {
         StreamConfig config;
         config.Add(stream);
         Configure(config, id);
@@ -115,7 +115,7 @@ TEST_F(MultiCameraZoomTest, VideoSessionSettings) {
     EXPECT_EQ("ZoomDivisionCurveCfg_Video_", sat.zoomDivisionCurveCfgPrefix);
 
     // A HEIF stream with a video usage bit is a still.
-    StreamSpec still = VideoStream();
+    StreamSetup still = VideoStream();
     still.dataSpace = 0x1004;
     ConfigureWith(still, 1);
     EXPECT_EQ(0, sat.videoMaxRtCount);

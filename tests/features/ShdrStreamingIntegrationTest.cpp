@@ -19,13 +19,13 @@ protected:
         FeatureTest::SetUp();
         m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
         m_device.AddCamera(TestDevice::SingleCamera("ov50", 1, 1));
-        CameraSpec spec;
-        spec.logicalCamId = 3;
-        spec.frameworkId = 3;
+        CameraSetup setup;
+        setup.logicalCamId = 3;
+        setup.frameworkId = 3;
         for (uint32_t id : {0u, 1u, 33u, 16u}) {
-            spec.physicalCameras.push_back({3, static_cast<int32_t>(id), id, id == 0});
+            setup.physicalCameras.push_back({3, static_cast<int32_t>(id), id, id == 0});
         }
-        m_device.AddCamera(spec);
+        m_device.AddCamera(setup);
         m_device.Init();
     }
 

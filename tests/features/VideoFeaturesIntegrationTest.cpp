@@ -58,9 +58,9 @@ TEST_F(VideoFeaturesIntegrationTest, EisBySensorNameThenClearedInProVideo) {
 }
 
 TEST_F(VideoFeaturesIntegrationTest, ProVideoInSensorZoomByCameraMask) {
-    CameraSpec spec = TestDevice::MultiCamera(3, 0, 0);
-    spec.physicalCameras[2].physicalCamId = 34;  // mask bit 2
-    m_device.AddCamera(spec);
+    CameraSetup setup = TestDevice::MultiCamera(3, 0, 0);
+    setup.physicalCameras[2].physicalCamId = 34;  // mask bit 2
+    m_device.AddCamera(setup);
     m_device.Init();
     const struct {
         const char* config;

@@ -19,11 +19,11 @@ TEST_F(MalformedInputTest, DataSpacesOutsideTheEnumerationAreOrdinaryValues) {
     Start(6);
 
     StreamConfig config(0x8010);  // bokeh: the preview streams of two cameras are counted
-    StreamSpec preview = PreviewStream(1920, 1080, "0");
+    StreamSetup preview = PreviewStream(1920, 1080, "0");
     preview.dataSpace = kVendorDataSpace;
-    StreamSpec secondPreview = PreviewStream(1280, 720, "1");
+    StreamSetup secondPreview = PreviewStream(1280, 720, "1");
     secondPreview.dataSpace = kVendorDataSpace;
-    StreamSpec video = VideoStream();
+    StreamSetup video = VideoStream();
     video.dataSpace = kVendorDataSpace;
     camera3_stream_t* previewStream = config.Add(preview);
     config.Add(secondPreview);

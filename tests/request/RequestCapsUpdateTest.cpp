@@ -158,7 +158,7 @@ TEST_F(RequestCapsUpdateTest, QbcOfASingleCameraTriesThePositionAfterTheOtherCam
 }
 
 TEST_F(RequestCapsUpdateTest, StreamBitsGoToTheCameraNamedByFrameworkId) {
-    CameraSpec camera;
+    CameraSetup camera;
     camera.physicalCameras = {{0, 5, 0, true}, {0, 2, 1, false}, {0, 7, 2, false}};
     Build(camera);
     StreamConfig config;
@@ -200,7 +200,7 @@ TEST_F(RequestCapsUpdateTest, StreamBitsGoToTheCameraNamedByFrameworkId) {
 }
 
 TEST_F(RequestCapsUpdateTest, ShortListsAndIdsWithoutSlotsAreHarmless) {
-    CameraSpec camera;
+    CameraSetup camera;
     camera.physicalCameras = {{0, 0, 0, true}, {0, 9, 9, false}, {0, 20, 20, false}};
     Build(camera);
     m_peer->SetSessionCaps(CapsVideoStream);

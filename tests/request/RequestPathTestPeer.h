@@ -74,7 +74,7 @@ class SessionFixture : public UiLayerTest {
 protected:
     // Camera 0 is `camera`; `extraCameras` more cameras without a record only
     // raise the device's camera count.
-    void Build(const CameraSpec& camera, size_t extraCameras = 0) {
+    void Build(const CameraSetup& camera, size_t extraCameras = 0) {
         m_device.AddCamera(camera);
         for (size_t i = 0; i < extraCameras; ++i) {
             m_device.AddCameraWithoutRecord();

@@ -55,13 +55,13 @@ TEST_F(BokehTest, PreviewCamerasCountOnceEach) {
     config.Add(PreviewStream(1920, 1080, "2"));
     config.Add(PreviewStream(1920, 1080));  // the logical camera
     config.Add(VideoStream(1920, 1080, "3"));
-    StreamSpec depth = PreviewStream(640, 480, "3");
+    StreamSetup depth = PreviewStream(640, 480, "3");
     depth.dataSpace = 0x1000;
     config.Add(depth);
-    StreamSpec jpeg = JpegStream(4000, 3000, "3");
+    StreamSetup jpeg = JpegStream(4000, 3000, "3");
     jpeg.usage = 0x100;
     config.Add(jpeg);
-    StreamSpec input = PreviewStream(1920, 1080, "3");
+    StreamSetup input = PreviewStream(1920, 1080, "3");
     input.streamType = 1;
     config.Add(input);
     Configure(config);
@@ -76,11 +76,11 @@ TEST_F(BokehTest, TwoOrThreePreviewCameras) {
     EXPECT_EQ("01100", BokehBits());
     // Composer usage and the YUV formats count as preview as well.
     StreamConfig config(0x8036);
-    StreamSpec composer = PreviewStream(1920, 1080, "0");
+    StreamSetup composer = PreviewStream(1920, 1080, "0");
     composer.usage = 0x800;
     composer.format = 35;
     config.Add(composer);
-    StreamSpec p010 = PreviewStream(1920, 1080, "1");
+    StreamSetup p010 = PreviewStream(1920, 1080, "1");
     p010.format = 54;
     config.Add(p010);
     config.Add(PreviewStream(1920, 1080, "2"));

@@ -106,9 +106,9 @@ TEST_F(ClientPackagePolicyTest, ExtendedModeStreamsOfOtherClientsAreFlagged) {
     for (const std::string package : {"com.example.app", "com.lumo", "com.eng"}) {
         StreamConfig config;
         Client(config, package);
-        StreamSpec extended = PreviewStream();
+        StreamSetup extended = PreviewStream();
         extended.extMode = 2;
-        StreamSpec other = PreviewStream();
+        StreamSetup other = PreviewStream();
         other.extMode = 1;
         camera3_stream_t* a = config.Add(extended);
         camera3_stream_t* b = config.Add(other);

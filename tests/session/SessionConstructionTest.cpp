@@ -41,7 +41,7 @@ TEST_F(SessionConstructionTest, WithoutItsRecordNoCameraIsSupported) {
 TEST_F(SessionConstructionTest, CameraTableAndSensorNames) {
     m_device = std::make_unique<TestDevice>();
     m_device->AddCamera(TestDevice::SingleCamera("s5k3p9", 0, 0));
-    CameraSpec four = TestDevice::MultiCamera(4, 2, 1);
+    CameraSetup four = TestDevice::MultiCamera(4, 2, 1);
     for (uint32_t k = 0; k < 4; ++k) {
         four.physicalCameras[k].frameworkId = static_cast<int32_t>(10 + k);
     }
@@ -93,7 +93,7 @@ TEST_F(SessionConstructionTest, PhysicalCameraCountIsClampedToEight) {
 
 TEST_F(SessionConstructionTest, FlagWordFollowsTheRecordType) {
     for (uint32_t type : {0u, 2u, 3u, 4u}) {
-        CameraSpec camera = TestDevice::SingleCamera("imx766");
+        CameraSetup camera = TestDevice::SingleCamera("imx766");
         camera.type = type;
         m_device = std::make_unique<TestDevice>();
         m_device->AddCamera(camera);

@@ -22,7 +22,7 @@ protected:
     static constexpr uint32_t kTagSnapshotRawFormat = 161;
 
     // A device with this one camera and the parser of its framework id.
-    void Open(const CameraSpec& camera) {
+    void Open(const CameraSetup& camera) {
         m_device = std::make_unique<TestDevice>();
         m_device->AddCamera(camera);
         m_device->Init();

@@ -234,7 +234,7 @@ TEST_F(SessionParamsTest, VideoStreamsAndTheSystemCamera) {
     // An encoder stream of HEIF images is no video stream.
     StreamConfig heif;
     Client(heif, "com.example.app");
-    StreamSpec image = VideoStream();
+    StreamSetup image = VideoStream();
     image.dataSpace = 4100;
     heif.Add(image);
     Configure(heif);
@@ -330,7 +330,7 @@ TEST_F(SessionParamsTest, NothingOfTheFirstSessionSurvives) {
         .Int32(ANDROID_CONTROL_AE_TARGET_FPS_RANGE, {30, 120})
         .VendorByte(kTagFromMainMenu, 1)
         .VendorFloat(kTagWarmStartLux, 250.0f);
-    StreamSpec extended = VideoStream();
+    StreamSetup extended = VideoStream();
     extended.extMode = 2;
     first.Add(extended);
     first.Add(RawStream(38, 4000, 3000));

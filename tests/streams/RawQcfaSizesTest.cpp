@@ -54,10 +54,10 @@ TEST_F(RawQcfaSizesTest, XcfaCapsFollowEachPhysicalCamerasSensor) {
 }
 
 TEST_F(RawQcfaSizesTest, PhysicalIdsWithoutANameSlotMatchNoSensor) {
-    CameraSpec spec = TestDevice::MultiCamera(2, 3, 3);
-    spec.physicalCameras[1].physicalCamId = 200;
+    CameraSetup setup = TestDevice::MultiCamera(2, 3, 3);
+    setup.physicalCameras[1].physicalCamId = 200;
     device.AddCamera(TestDevice::SingleCamera("wide", 0, 0));
-    device.AddCamera(spec);
+    device.AddCamera(setup);
     Start(3);
     LoadConfig("[OemRemosaicConfig]\nEnable2x2XCFA = true\n2x2XCFASensorNameList = wide, \n");
     ConfigurePreview();

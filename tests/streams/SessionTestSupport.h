@@ -36,9 +36,9 @@ protected:
         ASSERT_EQ(0, layer->ParseStreamCapabilities(config.Get()));
     }
     // The role of a stream configured alone.
-    Lumora::StreamType ClassifyAlone(const StreamSpec& spec, uint32_t operationMode = 0) {
+    Lumora::StreamType ClassifyAlone(const StreamSetup& setup, uint32_t operationMode = 0) {
         StreamConfig config(operationMode);
-        camera3_stream_t* stream = config.Add(spec);
+        camera3_stream_t* stream = config.Add(setup);
         Configure(config);
         return layer->GetStreamTypeByStream(stream);
     }

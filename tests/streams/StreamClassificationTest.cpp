@@ -40,7 +40,7 @@ TEST_F(StreamClassificationTest, ResolutionClassesAtTheirBoundaries) {
 
 TEST_F(StreamClassificationTest, DepthPassesTheVideoRulesButNotThePreviewRules) {
     StartSingle();
-    StreamSpec preview = PreviewStream();
+    StreamSetup preview = PreviewStream();
     preview.dataSpace = 0x1000;
     // Depth data is no preview; the YUV stream falls to the snapshot rule.
     EXPECT_EQ(EStreamTypeSnapshotYUV, ClassifyAlone(preview));
@@ -48,7 +48,7 @@ TEST_F(StreamClassificationTest, DepthPassesTheVideoRulesButNotThePreviewRules) 
     preview.dataSpace = 0x1004;
     EXPECT_EQ(EStreamTypeNone, ClassifyAlone(preview));
 
-    StreamSpec video = VideoStream();
+    StreamSetup video = VideoStream();
     video.dataSpace = 0x1000;
     EXPECT_EQ(EStreamTypeVideo, ClassifyAlone(video));
     EXPECT_TRUE(Has(CapsVideoBelow4K));
@@ -73,7 +73,7 @@ TEST_F(StreamClassificationTest, SmallPreviewOutsideTheMultiCameraModesIsPreview
 
 TEST_F(StreamClassificationTest, JpegAndHeifSnapshots) {
     StartSingle();
-    StreamSpec blob = JpegStream();
+    StreamSetup blob = JpegStream();
     EXPECT_EQ(EStreamTypeSnapshotJPEG, ClassifyAlone(blob));
     EXPECT_TRUE(Has(CapsStreamSnapshotJPEG));
     blob.dataSpace = 0x101;
@@ -94,7 +94,7 @@ TEST_F(StreamClassificationTest, YuvSnapshotIsLiveShotWheneverAVideoStreamIsConf
     EXPECT_EQ(EStreamTypeSnapshotRAWFullYUV, ClassifyAlone(YuvSnapshotStream(6560, 100)));
     EXPECT_TRUE(Has(CapsStreamSnapshotYUV));
     EXPECT_EQ(EStreamTypeSnapshotRAWFullYUV, ClassifyAlone(YuvSnapshotStream(100, 4928)));
-    StreamSpec opaque = YuvSnapshotStream(6560, 4928);
+    StreamSetup opaque = YuvSnapshotStream(6560, 4928);
     opaque.format = 0x22;
     EXPECT_EQ(EStreamTypeSnapshotYUV, ClassifyAlone(opaque));
     opaque.usage |= 0x40000000;
@@ -114,16 +114,16 @@ TEST_F(StreamClassificationTest, YuvSnapshotIsLiveShotWheneverAVideoStreamIsConf
 TEST_F(StreamClassificationTest, RawKinds) {
     StartSingle();
     struct Case {
-        StreamSpec spec;
+        StreamSetup setup;
         StreamType type;
         DesiredSupportCaps bit;
         bool raw;
     };
-    StreamSpec raw16Metadata = RawStream(0x20, 4000, 3000);
+    StreamSetup raw16Metadata = RawStream(0x20, 4000, 3000);
     raw16Metadata.usage |= 0x40;
-    StreamSpec raw10Metadata = RawStream(0x25, 4000, 3000);
+    StreamSetup raw10Metadata = RawStream(0x25, 4000, 3000);
     raw10Metadata.usage |= 0x40;
-    StreamSpec blobFull = JpegStream();
+    StreamSetup blobFull = JpegStream();
     blobFull.dataSpace = 0x1004;
     blobFull.useCase = kUseCaseRawFull;
     const Case cases[] = {
@@ -142,7 +142,7 @@ TEST_F(StreamClassificationTest, RawKinds) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.type);
-        EXPECT_EQ(c.type, ClassifyAlone(c.spec));
+        EXPECT_EQ(c.type, ClassifyAlone(c.setup));
         EXPECT_TRUE(Has(c.bit));
         EXPECT_EQ(c.raw, Has(CapsRawStream));
     }
@@ -164,11 +164,11 @@ TEST_F(StreamClassificationTest, FullRawUseCaseMarksItsPhysicalCamera) {
 class QcfaClassificationTest : public SessionTest {
 protected:
     void StartQcfa(uint16_t modeFlag) {
-        CameraSpec spec = TestDevice::SingleCamera("qcfa50");
-        spec.fullArrayWidth = 8000;
-        spec.fullArrayHeight = 6000;
-        spec.sensorModeFlags = {0x1, modeFlag};
-        device.AddCamera(spec);
+        CameraSetup setup = TestDevice::SingleCamera("qcfa50");
+        setup.fullArrayWidth = 8000;
+        setup.fullArrayHeight = 6000;
+        setup.sensorModeFlags = {0x1, modeFlag};
+        device.AddCamera(setup);
         Start();
         LoadConfig("[OemRemosaicConfig]\nEnable2x2XCFA = true\n2x2XCFASensorNameList = qcfa50\n");
     }
@@ -238,7 +238,7 @@ TEST_F(StreamQueryTest, OddInputGetsNoAnswerOutsideTheLists) {
     device.AddCamera(TestDevice::MultiCamera(3, 5, 3));
     Start(5);
     StreamConfig config;
-    StreamSpec nullId = PreviewStream();
+    StreamSetup nullId = PreviewStream();
     nullId.nullPhysicalId = true;
     camera3_stream_t* streams[] = {config.Add(PreviewStream(1920, 1080, "")), nullptr,
                                    config.Add(nullId), config.Add(PreviewStream(64, 64, "8")),
@@ -263,7 +263,7 @@ TEST_F(StreamQueryTest, OddInputGetsNoAnswerOutsideTheLists) {
 }
 
 TEST_F(StreamQueryTest, StreamWithoutPhysicalIdBelongsToAnEntryOfFrameworkIdMinusOne) {
-    CameraSpec camera = TestDevice::MultiCamera(3, 5, 3);
+    CameraSetup camera = TestDevice::MultiCamera(3, 5, 3);
     camera.physicalCameras[2].frameworkId = -1;
     device.AddCamera(camera);
     Start(5);

@@ -176,7 +176,7 @@ TEST_F(StreamsIntegrationTest, OperationModeRules) {
     EXPECT_EQ(EStreamTypeSnapshotYUV, ClassifyAlone(YuvSnapshotStream(), 0x8002));
     EXPECT_FALSE(Has(CapsRawStream));
     // Extended preview streams in the listed modes.
-    StreamSpec extended = PreviewStream();
+    StreamSetup extended = PreviewStream();
     extended.extMode = 2;
     ClassifyAlone(extended, 0x800B);
     EXPECT_TRUE(Has(CapsExtModePreview));
@@ -211,7 +211,7 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
                "[OemCommonCapbility]\nCaptureHdrSupportOpMode = 0x8006\n");
     StreamConfig pip(0x8006);
     camera3_stream_t* finder = pip.Add(PreviewStream(1280, 720));
-    StreamSpec p010 = PreviewStream();
+    StreamSetup p010 = PreviewStream();
     p010.format = 0x36;
     camera3_stream_t* preview = pip.Add(p010);
     pip.SessionParams().VendorString(kTagPackageName, "com.sys");
@@ -254,10 +254,10 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
 TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {
     const std::string fits(43, 'f');
     const std::string tooLong(46, 'l');
-    CameraSpec spec = TestDevice::SingleCamera("qcfa50");
-    spec.fullArrayWidth = 8000;
-    spec.sensorModeFlags = {0x800};
-    device.AddCamera(spec);
+    CameraSetup setup = TestDevice::SingleCamera("qcfa50");
+    setup.fullArrayWidth = 8000;
+    setup.sensorModeFlags = {0x800};
+    device.AddCamera(setup);
     Start();
     LoadConfig("[SensorNameList]\nmode[0] = 0, qcfa50\nmode[1] = 1, " + fits + "\nmode[2] = 2, " +
                tooLong + "\n[OemSupportedCustomRAWFullSizes]\nSize[qcfa50] = 7000, 5000\nSize[" +

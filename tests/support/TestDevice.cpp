@@ -100,22 +100,22 @@ TestDevice::~TestDevice() {
     }
 }
 
-void TestDevice::AddCamera(const CameraSpec& spec) {
-    m_specs.push_back(spec);
+void TestDevice::AddCamera(const CameraSetup& setup) {
+    m_setups.push_back(setup);
     m_hasRecord.push_back(true);
 }
 
 void TestDevice::AddCameraWithoutRecord() {
-    m_specs.push_back(CameraSpec());
+    m_setups.push_back(CameraSetup());
     m_hasRecord.push_back(false);
 }
 
 void TestDevice::Init() {
     // Init resolves GetVendorTagId, which building the records needs.
     Lumora::IuiLayer::Init(0, nullptr);
-    m_table.assign(m_specs.size(), camera_info{});
-    for (size_t i = 0; i < m_specs.size(); ++i) {
-        const CameraSpec& spec = m_specs[i];
+    m_table.assign(m_setups.size(), camera_info{});
+    for (size_t i = 0; i < m_setups.size(); ++i) {
+        const CameraSetup& setup = m_setups[i];
         camera_metadata_t* metadata = allocate_camera_metadata(8, sizeof(LumoraCameraInfo) + 64);
         m_characteristics.push_back(metadata);
         m_table[i].static_camera_characteristics = metadata;
@@ -123,26 +123,26 @@ void TestDevice::Init() {
             continue;
         }
         LumoraCameraInfo record = {};
-        record.logicalCamId = spec.logicalCamId;
-        record.frameworkId = spec.frameworkId;
-        record.numPhysicalCameras = static_cast<uint32_t>(spec.physicalCameras.size());
-        for (size_t k = 0; k < spec.physicalCameras.size() && k < LUMORA_MAX_PHYSICAL_CAMERAS;
+        record.logicalCamId = setup.logicalCamId;
+        record.frameworkId = setup.frameworkId;
+        record.numPhysicalCameras = static_cast<uint32_t>(setup.physicalCameras.size());
+        for (size_t k = 0; k < setup.physicalCameras.size() && k < LUMORA_MAX_PHYSICAL_CAMERAS;
              ++k) {
-            const PhysicalCamera& camera = spec.physicalCameras[k];
+            const PhysicalCamera& camera = setup.physicalCameras[k];
             record.cameraEntry[k].logicalCamId = camera.logicalCamId;
             record.cameraEntry[k].frameworkId = camera.frameworkId;
             record.cameraEntry[k].physicalCamId = camera.physicalCamId;
             record.cameraEntry[k].isPrimary = camera.isPrimary ? 1 : 0;
         }
-        record.type = spec.type;
-        record.fullArrayWidth = spec.fullArrayWidth;
-        record.fullArrayHeight = spec.fullArrayHeight;
+        record.type = setup.type;
+        record.fullArrayWidth = setup.fullArrayWidth;
+        record.fullArrayHeight = setup.fullArrayHeight;
         record.numSensorModes = static_cast<uint32_t>(
-            std::min<size_t>(spec.sensorModeFlags.size(), LUMORA_MAX_SENSOR_MODES));
+            std::min<size_t>(setup.sensorModeFlags.size(), LUMORA_MAX_SENSOR_MODES));
         for (uint32_t m = 0; m < record.numSensorModes; ++m) {
-            record.sensorModes[m].flags = spec.sensorModeFlags[m];
+            record.sensorModes[m].flags = setup.sensorModeFlags[m];
         }
-        m_names.push_back(spec.sensorName);
+        m_names.push_back(setup.sensorName);
         record.sensorName = m_names.back().c_str();
         EXPECT_EQ(0, add_camera_metadata_entry(metadata, GetVendorTagId(kTagCameraInfo), &record,
                                                sizeof(record)));
@@ -160,100 +160,100 @@ LumoraCameraInfo* TestDevice::Record(size_t index) {
     return reinterpret_cast<LumoraCameraInfo*>(const_cast<uint8_t*>(entry.data.u8));
 }
 
-CameraSpec TestDevice::SingleCamera(const std::string& sensorName, uint32_t frameworkId,
+CameraSetup TestDevice::SingleCamera(const std::string& sensorName, uint32_t frameworkId,
                                     uint32_t logicalCamId) {
-    CameraSpec spec;
-    spec.logicalCamId = logicalCamId;
-    spec.frameworkId = frameworkId;
-    spec.sensorName = sensorName;
-    spec.physicalCameras.push_back({static_cast<int32_t>(logicalCamId),
+    CameraSetup setup;
+    setup.logicalCamId = logicalCamId;
+    setup.frameworkId = frameworkId;
+    setup.sensorName = sensorName;
+    setup.physicalCameras.push_back({static_cast<int32_t>(logicalCamId),
                                     static_cast<int32_t>(frameworkId), logicalCamId, true});
-    return spec;
+    return setup;
 }
 
-CameraSpec TestDevice::MultiCamera(uint32_t count, uint32_t frameworkId, uint32_t logicalCamId) {
-    CameraSpec spec;
-    spec.logicalCamId = logicalCamId;
-    spec.frameworkId = frameworkId;
+CameraSetup TestDevice::MultiCamera(uint32_t count, uint32_t frameworkId, uint32_t logicalCamId) {
+    CameraSetup setup;
+    setup.logicalCamId = logicalCamId;
+    setup.frameworkId = frameworkId;
     for (uint32_t k = 0; k < count; ++k) {
-        spec.physicalCameras.push_back(
+        setup.physicalCameras.push_back(
             {static_cast<int32_t>(k), static_cast<int32_t>(k), k, k == 0});
     }
-    return spec;
+    return setup;
 }
 
 // ---------------- Streams ----------------
 
-StreamSpec PreviewStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    StreamSpec spec;
-    spec.width = width;
-    spec.height = height;
-    spec.format = 0x22;
-    spec.usage = 0x100;
-    spec.physicalId = physicalId;
-    return spec;
+StreamSetup PreviewStream(uint32_t width, uint32_t height, const std::string& physicalId) {
+    StreamSetup setup;
+    setup.width = width;
+    setup.height = height;
+    setup.format = 0x22;
+    setup.usage = 0x100;
+    setup.physicalId = physicalId;
+    return setup;
 }
 
-StreamSpec VideoStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    StreamSpec spec;
-    spec.width = width;
-    spec.height = height;
-    spec.format = 0x22;
-    spec.usage = 0x10000;
-    spec.physicalId = physicalId;
-    return spec;
+StreamSetup VideoStream(uint32_t width, uint32_t height, const std::string& physicalId) {
+    StreamSetup setup;
+    setup.width = width;
+    setup.height = height;
+    setup.format = 0x22;
+    setup.usage = 0x10000;
+    setup.physicalId = physicalId;
+    return setup;
 }
 
-StreamSpec JpegStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    StreamSpec spec;
-    spec.width = width;
-    spec.height = height;
-    spec.format = 0x21;
-    spec.usage = 0x3;
-    spec.dataSpace = 0x8C20000;
-    spec.physicalId = physicalId;
-    return spec;
+StreamSetup JpegStream(uint32_t width, uint32_t height, const std::string& physicalId) {
+    StreamSetup setup;
+    setup.width = width;
+    setup.height = height;
+    setup.format = 0x21;
+    setup.usage = 0x3;
+    setup.dataSpace = 0x8C20000;
+    setup.physicalId = physicalId;
+    return setup;
 }
 
-StreamSpec YuvSnapshotStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    StreamSpec spec;
-    spec.width = width;
-    spec.height = height;
-    spec.format = 0x23;
-    spec.usage = 0x3;
-    spec.physicalId = physicalId;
-    return spec;
+StreamSetup YuvSnapshotStream(uint32_t width, uint32_t height, const std::string& physicalId) {
+    StreamSetup setup;
+    setup.width = width;
+    setup.height = height;
+    setup.format = 0x23;
+    setup.usage = 0x3;
+    setup.physicalId = physicalId;
+    return setup;
 }
 
-StreamSpec RawStream(int format, uint32_t width, uint32_t height, const std::string& physicalId,
+StreamSetup RawStream(int format, uint32_t width, uint32_t height, const std::string& physicalId,
                      int64_t useCase) {
-    StreamSpec spec;
-    spec.width = width;
-    spec.height = height;
-    spec.format = format;
-    spec.usage = 0x3;
-    spec.physicalId = physicalId;
-    spec.useCase = useCase;
-    return spec;
+    StreamSetup setup;
+    setup.width = width;
+    setup.height = height;
+    setup.format = format;
+    setup.usage = 0x3;
+    setup.physicalId = physicalId;
+    setup.useCase = useCase;
+    return setup;
 }
 
 StreamConfig::StreamConfig(uint32_t operationMode) {
     m_config.operation_mode = operationMode;
 }
 
-camera3_stream_t* StreamConfig::Add(const StreamSpec& spec) {
+camera3_stream_t* StreamConfig::Add(const StreamSetup& setup) {
     camera3_stream_t stream = {};
-    stream.stream_type = spec.streamType;
-    stream.width = spec.width;
-    stream.height = spec.height;
-    stream.format = spec.format;
-    stream.usage = spec.usage;
-    stream.data_space = static_cast<android_dataspace_t>(spec.dataSpace);
-    m_physicalIds.push_back(spec.physicalId);
-    stream.physical_camera_id = spec.nullPhysicalId ? nullptr : m_physicalIds.back().c_str();
-    stream.stream_use_case = spec.useCase;
-    stream.ext_stream_mode = spec.extMode;
-    stream.dynamic_range_profile = spec.dynamicRangeProfile;
+    stream.stream_type = setup.streamType;
+    stream.width = setup.width;
+    stream.height = setup.height;
+    stream.format = setup.format;
+    stream.usage = setup.usage;
+    stream.data_space = static_cast<android_dataspace_t>(setup.dataSpace);
+    m_physicalIds.push_back(setup.physicalId);
+    stream.physical_camera_id = setup.nullPhysicalId ? nullptr : m_physicalIds.back().c_str();
+    stream.stream_use_case = setup.useCase;
+    stream.ext_stream_mode = setup.extMode;
+    stream.dynamic_range_profile = setup.dynamicRangeProfile;
     m_streams.push_back(stream);
     m_pointers.push_back(&m_streams.back());
     return m_pointers.back();

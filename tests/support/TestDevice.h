@@ -61,7 +61,7 @@ struct PhysicalCamera {
     bool isPrimary;
 };
 
-struct CameraSpec {
+struct CameraSetup {
     uint32_t logicalCamId = 0;
     uint32_t frameworkId = 0;
     std::vector<PhysicalCamera> physicalCameras;
@@ -82,7 +82,7 @@ public:
     TestDevice& operator=(const TestDevice&) = delete;
 
     // Adds a camera (its camera index is the order of addition).
-    void AddCamera(const CameraSpec& spec);
+    void AddCamera(const CameraSetup& setup);
     // Adds a camera whose characteristics carry no record.
     void AddCameraWithoutRecord();
     void Init();
@@ -94,14 +94,14 @@ public:
 
     // Presets.
     // Camera 0: one physical camera (physical id 0, framework id 0).
-    static CameraSpec SingleCamera(const std::string& sensorName, uint32_t frameworkId = 0,
+    static CameraSetup SingleCamera(const std::string& sensorName, uint32_t frameworkId = 0,
                                    uint32_t logicalCamId = 0);
     // Logical camera `frameworkId` made of physical ids 0..count-1 with
     // framework ids 0..count-1, the first one primary.
-    static CameraSpec MultiCamera(uint32_t count, uint32_t frameworkId, uint32_t logicalCamId);
+    static CameraSetup MultiCamera(uint32_t count, uint32_t frameworkId, uint32_t logicalCamId);
 
 private:
-    std::vector<CameraSpec> m_specs;
+    std::vector<CameraSetup> m_setups;
     std::vector<bool> m_hasRecord;
     std::vector<camera_info> m_table;
     std::vector<camera_metadata_t*> m_characteristics;
@@ -110,7 +110,7 @@ private:
 
 // Output stream description; physicalId "" means no physical camera id string,
 // and nullPhysicalId a null pointer.
-struct StreamSpec {
+struct StreamSetup {
     uint32_t width = 1920;
     uint32_t height = 1080;
     int format = 0x23;
@@ -125,22 +125,22 @@ struct StreamSpec {
 };
 
 // Common streams.
-StreamSpec PreviewStream(uint32_t width = 1920, uint32_t height = 1080,
+StreamSetup PreviewStream(uint32_t width = 1920, uint32_t height = 1080,
                          const std::string& physicalId = "");
-StreamSpec VideoStream(uint32_t width = 1920, uint32_t height = 1080,
+StreamSetup VideoStream(uint32_t width = 1920, uint32_t height = 1080,
                        const std::string& physicalId = "");
-StreamSpec JpegStream(uint32_t width = 4000, uint32_t height = 3000,
+StreamSetup JpegStream(uint32_t width = 4000, uint32_t height = 3000,
                       const std::string& physicalId = "");
-StreamSpec YuvSnapshotStream(uint32_t width = 4000, uint32_t height = 3000,
+StreamSetup YuvSnapshotStream(uint32_t width = 4000, uint32_t height = 3000,
                              const std::string& physicalId = "");
-StreamSpec RawStream(int format, uint32_t width, uint32_t height,
+StreamSetup RawStream(int format, uint32_t width, uint32_t height,
                      const std::string& physicalId = "", int64_t useCase = 0);
 
 // A stream configuration with its own streams and session parameters.
 class StreamConfig {
 public:
     explicit StreamConfig(uint32_t operationMode = 0);
-    camera3_stream_t* Add(const StreamSpec& spec);
+    camera3_stream_t* Add(const StreamSetup& setup);
     camera3_stream_t* Stream(size_t index) { return m_pointers.at(index); }
     Metadata& SessionParams() { return m_sessionParams; }
     // The configuration as the HAL passes it (valid while this object lives).
