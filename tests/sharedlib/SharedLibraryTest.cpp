@@ -16,8 +16,8 @@ TEST(SharedLibraryTest, ExportedEntryPointsWork) {
     std::shared_ptr<Lumora::IuiLayer> parser = Lumora::IuiLayer::Get(2);
     ASSERT_TRUE(parser);
     EXPECT_EQ(parser.get(), Lumora::IuiLayer::Get(2).get());
-    EXPECT_FALSE(parser->IsSessionSupportCaps(Lumora::CapsStreamPreview,
-                                              Lumora::TypeLogicalCamera));
+    EXPECT_FALSE(
+        parser->IsSessionSupportCaps(Lumora::CapsStreamPreview, Lumora::TypeLogicalCamera));
     EXPECT_EQ(-1, parser->GetFwkCameraIdByCameraIndex(0));
 }
 

@@ -161,13 +161,13 @@ LumoraCameraInfo* TestDevice::Record(size_t index) {
 }
 
 CameraSetup TestDevice::SingleCamera(const std::string& sensorName, uint32_t frameworkId,
-                                    uint32_t logicalCamId) {
+                                     uint32_t logicalCamId) {
     CameraSetup setup;
     setup.logicalCamId = logicalCamId;
     setup.frameworkId = frameworkId;
     setup.sensorName = sensorName;
     setup.physicalCameras.push_back({static_cast<int32_t>(logicalCamId),
-                                    static_cast<int32_t>(frameworkId), logicalCamId, true});
+                                     static_cast<int32_t>(frameworkId), logicalCamId, true});
     return setup;
 }
 
@@ -226,7 +226,7 @@ StreamSetup YuvSnapshotStream(uint32_t width, uint32_t height, const std::string
 }
 
 StreamSetup RawStream(int format, uint32_t width, uint32_t height, const std::string& physicalId,
-                     int64_t useCase) {
+                      int64_t useCase) {
     StreamSetup setup;
     setup.width = width;
     setup.height = height;

@@ -95,7 +95,7 @@ public:
     // Presets.
     // Camera 0: one physical camera (physical id 0, framework id 0).
     static CameraSetup SingleCamera(const std::string& sensorName, uint32_t frameworkId = 0,
-                                   uint32_t logicalCamId = 0);
+                                    uint32_t logicalCamId = 0);
     // Logical camera `frameworkId` made of physical ids 0..count-1 with
     // framework ids 0..count-1, the first one primary.
     static CameraSetup MultiCamera(uint32_t count, uint32_t frameworkId, uint32_t logicalCamId);
@@ -126,15 +126,15 @@ struct StreamSetup {
 
 // Common streams.
 StreamSetup PreviewStream(uint32_t width = 1920, uint32_t height = 1080,
-                         const std::string& physicalId = "");
+                          const std::string& physicalId = "");
 StreamSetup VideoStream(uint32_t width = 1920, uint32_t height = 1080,
-                       const std::string& physicalId = "");
+                        const std::string& physicalId = "");
 StreamSetup JpegStream(uint32_t width = 4000, uint32_t height = 3000,
-                      const std::string& physicalId = "");
+                       const std::string& physicalId = "");
 StreamSetup YuvSnapshotStream(uint32_t width = 4000, uint32_t height = 3000,
-                             const std::string& physicalId = "");
+                              const std::string& physicalId = "");
 StreamSetup RawStream(int format, uint32_t width, uint32_t height,
-                     const std::string& physicalId = "", int64_t useCase = 0);
+                      const std::string& physicalId = "", int64_t useCase = 0);
 
 // A stream configuration with its own streams and session parameters.
 class StreamConfig {

@@ -20,8 +20,7 @@ int GetIntegerConfiguration(const char* group, const char* key, int32_t* out);
 int GetUIntegerConfiguration(const char* group, const char* key, uint32_t* out);
 int GetInt64Configuration(const char* group, const char* key, int64_t* out);
 int GetStringConfiguration(const char* group, const char* key, char** out);
-int GetUIntegerListConfiguration(const char* group, const char* key, uint32_t* out,
-                                 uint32_t count);
+int GetUIntegerListConfiguration(const char* group, const char* key, uint32_t* out, uint32_t count);
 int GetFloatListConfiguration(const char* group, const char* key, float* out, uint32_t count);
 int GetStringListConfiguration(const char* group, const char* key, char** out, uint32_t count);
 uint32_t GetLocaleKeyCount(const char* group, const char* name);

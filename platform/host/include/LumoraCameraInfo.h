@@ -30,16 +30,16 @@ struct LumoraSensorMode {
 };
 
 struct LumoraCameraInfo {
-    uint32_t logicalCamId;                                        // 0
-    uint32_t frameworkId;                                         // 4
-    uint32_t numPhysicalCameras;                                  // 8
-    uint32_t reserved0;                                           // 12
+    uint32_t logicalCamId;                                       // 0
+    uint32_t frameworkId;                                        // 4
+    uint32_t numPhysicalCameras;                                 // 8
+    uint32_t reserved0;                                          // 12
     LumoraCameraEntry cameraEntry[LUMORA_MAX_PHYSICAL_CAMERAS];  // 16
-    uint32_t fullArrayWidth;                                      // 2128
-    uint32_t fullArrayHeight;                                     // 2132
-    uint32_t numSensorModes;                                      // 2136
-    uint32_t reserved1;                                           // 2140
-    LumoraSensorMode sensorModes[LUMORA_MAX_SENSOR_MODES];        // 2144
+    uint32_t fullArrayWidth;                                     // 2128
+    uint32_t fullArrayHeight;                                    // 2132
+    uint32_t numSensorModes;                                     // 2136
+    uint32_t reserved1;                                          // 2140
+    LumoraSensorMode sensorModes[LUMORA_MAX_SENSOR_MODES];       // 2144
     uint8_t reserved2[3688 - 2144 - 16 * LUMORA_MAX_SENSOR_MODES];
     uint32_t supportFlag;  // 3688: written by the camera layer
     uint32_t type;         // 3692

@@ -112,8 +112,7 @@ int get_camera_metadata_tag_type(uint32_t tag);
 
 int add_camera_metadata_entry(camera_metadata_t* dst, uint32_t tag, const void* data,
                               size_t data_count);
-int get_camera_metadata_entry(camera_metadata_t* src, size_t index,
-                              camera_metadata_entry_t* entry);
+int get_camera_metadata_entry(camera_metadata_t* src, size_t index, camera_metadata_entry_t* entry);
 int get_camera_metadata_ro_entry(const camera_metadata_t* src, size_t index,
                                  camera_metadata_ro_entry_t* entry);
 int find_camera_metadata_entry(camera_metadata_t* src, uint32_t tag,
