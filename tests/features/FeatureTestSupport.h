@@ -4,31 +4,10 @@
 #define LUMORA_FEATURE_TEST_SUPPORT_H
 
 #include <memory>
-#include <string>
 
 #include "support/TestDevice.h"
 
 namespace LumoraTest {
-
-// Vendor tag indices of the session parameters these tests set or read.
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagCameraUnit = 71;
-constexpr uint32_t kTagActivityName = 105;
-constexpr uint32_t kTagVideoWatermark = 147;
-constexpr uint32_t kTagCameraMode = 160;
-constexpr uint32_t kTagAICompositionEnable = 165;
-constexpr uint32_t kTagSupportedAINRType = 212;
-
-inline void SetClient(StreamConfig& config, const std::string& package,
-                      const std::string& activity = "", bool cameraUnit = false) {
-    config.SessionParams().VendorString(kTagPackageName, package);
-    if (!activity.empty()) {
-        config.SessionParams().VendorString(kTagActivityName, activity);
-    }
-    if (cameraUnit) {
-        config.SessionParams().VendorByte(kTagCameraUnit, 1);
-    }
-}
 
 class FeatureTest : public UiLayerTest {
 protected:

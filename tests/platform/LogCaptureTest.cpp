@@ -46,20 +46,6 @@ TEST_F(LogCaptureTest, CameraLogRecordsLevelAndFormattedMessage) {
     EXPECT_TRUE(HostPlatform::TakeAndroidLog().empty());
 }
 
-TEST_F(LogCaptureTest, SwitchesAreGlobalIntegers) {
-    EXPECT_EQ(1, g_enableLogError);
-    EXPECT_EQ(1, g_enableSystemLog);
-    HostPlatform::SetLogSwitches(true, false, true, false, false);
-    EXPECT_EQ(1, g_enableLogError);
-    EXPECT_EQ(0, g_enableLogWarning);
-    EXPECT_EQ(1, g_enableLogInfo);
-    EXPECT_EQ(0, g_enableLogVerbose);
-    EXPECT_EQ(0, g_enableSystemLog);
-    // The logger does not look at the switches itself.
-    OLog::LogSystem("[ WARN]", "W", "[LUMORA]", "f", "g", 1, "still recorded");
-    EXPECT_EQ((Lines{"W still recorded"}), HostPlatform::TakeCameraLog());
-}
-
 TEST_F(LogCaptureTest, SwitchLogEnableOnlyRecordsItsArgument) {
     HostPlatform::SetLogSwitches(true, true, true, true, true);
     OLog::SwitchLogEnable(0);

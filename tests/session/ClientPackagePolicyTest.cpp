@@ -21,7 +21,7 @@ protected:
     // "100000" for the system camera.
     std::string ClientBits(const std::string& package, bool cameraUnit = false) {
         StreamConfig config;
-        Client(config, package);
+        SetClient(config, package);
         if (cameraUnit) {
             config.SessionParams().VendorByte(kTagCameraUnit, 1);
         }
@@ -69,7 +69,7 @@ TEST_F(ClientPackagePolicyTest, NameLengthLimitsAndMessages) {
     const std::string package80(80, 'p');
     const std::string activity80(80, 'a');
     StreamConfig config;
-    Client(config, package80, activity80);
+    SetClient(config, package80, activity80);
     Configure(config);
     EXPECT_STREQ(package80.c_str(), m_parser->GetPackageName());
     EXPECT_STREQ(activity80.c_str(), m_parser->GetActivityName());
@@ -78,7 +78,7 @@ TEST_F(ClientPackagePolicyTest, NameLengthLimitsAndMessages) {
     // 81 bytes are not taken; only the activity complains.
     CameraLog();
     StreamConfig longer;
-    Client(longer, std::string(81, 'q'), std::string(81, 'b'));
+    SetClient(longer, std::string(81, 'q'), std::string(81, 'b'));
     Configure(longer);
     EXPECT_STREQ(package80.c_str(), m_parser->GetPackageName());
     EXPECT_STREQ(activity80.c_str(), m_parser->GetActivityName());
@@ -88,7 +88,7 @@ TEST_F(ClientPackagePolicyTest, NameLengthLimitsAndMessages) {
 
     // A shorter name replaces the whole earlier one.
     StreamConfig shorter;
-    Client(shorter, "com.ex", "Main");
+    SetClient(shorter, "com.ex", "Main");
     Configure(shorter);
     EXPECT_STREQ("com.ex", m_parser->GetPackageName());
     EXPECT_STREQ("Main", m_parser->GetActivityName());
@@ -105,7 +105,7 @@ TEST_F(ClientPackagePolicyTest, ExtendedModeStreamsOfOtherClientsAreFlagged) {
     LoadConfig("[PackageName Group]\nSystemCamera = com.lumo\nEngineerMode = com.eng\n");
     for (const std::string package : {"com.example.app", "com.lumo", "com.eng"}) {
         StreamConfig config;
-        Client(config, package);
+        SetClient(config, package);
         StreamSetup extended = PreviewStream();
         extended.extMode = 2;
         StreamSetup other = PreviewStream();

@@ -4,7 +4,6 @@
 #define LUMORA_TEST_SESSION_FIXTURE_H
 
 #include <memory>
-#include <string>
 
 #include "support/TestDevice.h"
 
@@ -12,13 +11,9 @@ namespace LumoraTest {
 
 class SessionCoreTest : public UiLayerTest {
 protected:
-    static constexpr uint32_t kTagPackage = 34;
-    static constexpr uint32_t kTagActivity = 105;
-    static constexpr uint32_t kTagCameraUnit = 71;
     static constexpr uint32_t kTagIsGenericCam = 72;
     static constexpr uint32_t kTagWarmStartLux = 85;
     static constexpr uint32_t kTagFromMainMenu = 109;
-    static constexpr uint32_t kTagCameraMode = 160;
     static constexpr uint32_t kTagSnapshotRawFormat = 161;
 
     // A device with this one camera and the parser of its framework id.
@@ -40,14 +35,6 @@ protected:
 
     bool Has(Lumora::DesiredSupportCaps caps) {
         return m_parser->IsSessionSupportCaps(caps, Lumora::TypeLogicalCamera);
-    }
-
-    static void Client(StreamConfig& config, const std::string& package,
-                       const std::string& activity = "") {
-        config.SessionParams().VendorString(kTagPackage, package);
-        if (!activity.empty()) {
-            config.SessionParams().VendorString(kTagActivity, activity);
-        }
     }
 
     std::unique_ptr<TestDevice> m_device;

@@ -20,7 +20,7 @@ TEST_F(SessionIntegrationTest, ClientKindReachesTheStreamCaps) {
     OpenMulti(3);
 
     StreamConfig system;
-    Client(system, "com.lumo.camera");
+    SetClient(system, "com.lumo.camera");
     system.Add(PreviewStream());
     Configure(system);
     EXPECT_FALSE(Has(CapsThirdAppStream));
@@ -33,7 +33,7 @@ TEST_F(SessionIntegrationTest, ClientKindReachesTheStreamCaps) {
     }
 
     StreamConfig app;
-    Client(app, "com.other.app");
+    SetClient(app, "com.other.app");
     app.Add(PreviewStream());
     Configure(app);
     EXPECT_TRUE(Has(CapsThirdAppStream));

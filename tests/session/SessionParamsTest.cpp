@@ -51,7 +51,7 @@ TEST_F(SessionParamsTest, ThirdAppOverrideFirstMatchingRowWins) {
         "scene[1] = -1, -1, zz, 8009\nscene[2] = -1, -1\nscene[3] = -1, -1, 8001, 8002\n"
         "scene[4] = -1, -1, 8101, 0x80b4\n");
     StreamConfig game(0x8001);
-    Client(game, "com.game", "Main");
+    SetClient(game, "com.game", "Main");
     Configure(game);
     EXPECT_EQ(0x8019u, game.Get()->operation_mode);
     EXPECT_TRUE(LoggedExactly(
@@ -60,7 +60,7 @@ TEST_F(SessionParamsTest, ThirdAppOverrideFirstMatchingRowWins) {
 
     // Names compare exactly; malformed rows are skipped; "-1" matches anyone.
     StreamConfig other(0x8001);
-    Client(other, "com.game.x", "Main");
+    SetClient(other, "com.game.x", "Main");
     Configure(other);
     EXPECT_EQ(0x8002u, other.Get()->operation_mode);
     EXPECT_FALSE(Has(CapsSatFusion));
@@ -204,7 +204,7 @@ TEST_F(SessionParamsTest, DisableAePrecaptureNeedsExactNames) {
         "scene[2] = com.bank, Scan, extra\n");
     auto disabled = [this](const std::string& package, const std::string& activity) {
         StreamConfig config;
-        Client(config, package, activity);
+        SetClient(config, package, activity);
         Configure(config);
         return m_parser->IsDisableAePrecaptureTriggerForSnapshot();
     };
@@ -219,13 +219,13 @@ TEST_F(SessionParamsTest, VideoStreamsAndTheSystemCamera) {
     const std::initializer_list<DesiredSupportCaps> bits = {CapsMultiSpectral, CapsSystemCamera,
                                                             CapsSystemCameraApp, CapsVideoStream};
     StreamConfig photo;
-    Client(photo, "com.lumo.camera");
+    SetClient(photo, "com.lumo.camera");
     photo.Add(PreviewStream());
     Configure(photo);
     EXPECT_EQ("1110", Bits(bits));
 
     StreamConfig video;
-    Client(video, "com.lumo.camera");
+    SetClient(video, "com.lumo.camera");
     video.Add(VideoStream());
     Configure(video);
     EXPECT_EQ("0111", Bits(bits));
@@ -233,7 +233,7 @@ TEST_F(SessionParamsTest, VideoStreamsAndTheSystemCamera) {
 
     // An encoder stream of HEIF images is no video stream.
     StreamConfig heif;
-    Client(heif, "com.example.app");
+    SetClient(heif, "com.example.app");
     StreamSetup image = VideoStream();
     image.dataSpace = 4100;
     heif.Add(image);
@@ -245,7 +245,7 @@ TEST_F(SessionParamsTest, GenericCamFlagWrittenToSessionParameters) {
     LoadConfig("[PackageName Group]\nSystemCamera = com.lumo\nEngineerMode = com.eng\n");
     auto generic = [&](const std::string& package, bool preset, bool cameraUnit = false) {
         StreamConfig config;
-        Client(config, package);
+        SetClient(config, package);
         if (preset) {
             config.SessionParams().VendorByte(kTagIsGenericCam, 7);
         }
@@ -276,12 +276,12 @@ TEST_F(SessionParamsTest, EngineerCameraAlwaysOnAndLockMaster) {
         "[PackageName Group]\nEngineerMode = com.eng\n[EngineercameraConfig]\n"
         "isNeedTwoCameraAlwaysOn = true\n[OemCamSettings]\nSupportSnaphotLockMaster = 1\n");
     StreamConfig engineer;
-    Client(engineer, "com.eng");
+    SetClient(engineer, "com.eng");
     Configure(engineer);
     EXPECT_EQ("11", Bits({CapsTwoCameraAlwaysOn, CapsSnapshotLockMaster}));
     EXPECT_TRUE(LoggedExactly("I engineer camera always on"));
     StreamConfig app;
-    Client(app, "com.example.app");
+    SetClient(app, "com.example.app");
     Configure(app);
     EXPECT_EQ("01", Bits({CapsTwoCameraAlwaysOn, CapsSnapshotLockMaster}));
 }
@@ -324,7 +324,7 @@ TEST_F(SessionParamsTest, NothingOfTheFirstSessionSurvives) {
         "[PackageName Group]\nSystemCamera = com.lumo\n[DisableAePrecapture]\n"
         "scene[0] = com.lumo, Main\n[OemCamSupportType]\nEnableSkipRawStream = 0x80b4\n");
     StreamConfig first(0x80B4);
-    Client(first, "com.lumo", "Main");
+    SetClient(first, "com.lumo", "Main");
     first.SessionParams()
         .VendorString(kTagCameraMode, "pro_video_mode")
         .Int32(ANDROID_CONTROL_AE_TARGET_FPS_RANGE, {30, 120})
@@ -339,7 +339,7 @@ TEST_F(SessionParamsTest, NothingOfTheFirstSessionSurvives) {
     ASSERT_EQ("11", Bits({CapsSkipRawStream, CapsExtModeStream}));
 
     StreamConfig second(0x8003);
-    Client(second, "com.example.app", "Other");
+    SetClient(second, "com.example.app", "Other");
     second.Add(PreviewStream());
     CameraLog();
     Configure(second);

@@ -10,8 +10,6 @@ namespace {
 
 using namespace Lumora;
 
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
 constexpr uint32_t kTagMipiSelectMode = 169;
 const std::string kSystemCamera = "[PackageName Group]\nSystemCamera = com.sys\n";
 
@@ -21,7 +19,7 @@ protected:
     void ConfigureFor(uint32_t operationMode, const std::string& package = "com.sys") {
         StreamConfig config(operationMode);
         config.Add(PreviewStream());
-        config.SessionParams().VendorString(kTagPackageName, package);
+        SetClient(config, package);
         Configure(config);
     }
     int Query(_CapsBitset caps, uint32_t type, signed char& index) {
@@ -130,8 +128,7 @@ TEST_F(StreamsIntegrationTest, OtherClientsUseTheirOwnRows) {
 
     StreamConfig config(0x8001);
     config.Add(PreviewStream());
-    config.SessionParams().VendorString(kTagPackageName, "com.other");
-    config.SessionParams().VendorString(kTagActivityName, "Main");
+    SetClient(config, "com.other", "Main");
     Configure(config);
     EXPECT_EQ(0, Query(_CapsBitset(), 7, index));
     EXPECT_EQ(2, index);
