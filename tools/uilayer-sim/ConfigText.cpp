@@ -144,4 +144,42 @@ ConfigText ParseConfigText(const std::string& input) {
     return result;
 }
 
+bool ParseIntegerMagnitude(const std::string& text, bool* negative, uint64_t* magnitude) {
+    size_t i = 0;
+    *negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        *negative = text[i] == '-';
+        ++i;
+    }
+    int base = 10;
+    if (i + 1 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X')) {
+        base = 16;
+        i += 2;
+    }
+    if (i >= text.size()) {
+        return false;
+    }
+    uint64_t value = 0;
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        int digit = -1;
+        if (c >= '0' && c <= '9') {
+            digit = c - '0';
+        } else if (c >= 'a' && c <= 'f') {
+            digit = c - 'a' + 10;
+        } else if (c >= 'A' && c <= 'F') {
+            digit = c - 'A' + 10;
+        }
+        if (digit < 0 || digit >= base) {
+            return false;
+        }
+        if (value > (UINT64_MAX - static_cast<uint64_t>(digit)) / static_cast<uint64_t>(base)) {
+            return false;
+        }
+        value = value * static_cast<uint64_t>(base) + static_cast<uint64_t>(digit);
+    }
+    *magnitude = value;
+    return true;
+}
+
 }  // namespace UilayerSim

@@ -4,6 +4,7 @@
 #ifndef UILAYER_SIM_CONFIG_TEXT_H
 #define UILAYER_SIM_CONFIG_TEXT_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,12 @@ struct ConfigText {
 
 // Reads the whole text; malformed lines are skipped and recorded.
 ConfigText ParseConfigText(const std::string& text);
+
+// An integer as the configuration store writes it: an optional sign, then
+// decimal digits or 0x and hexadecimal digits, nothing else. Gives the sign and
+// the magnitude; false when the text is not such a number or the magnitude does
+// not fit 64 bits.
+bool ParseIntegerMagnitude(const std::string& text, bool* negative, uint64_t* magnitude);
 
 }  // namespace UilayerSim
 

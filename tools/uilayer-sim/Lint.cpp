@@ -25,49 +25,11 @@ constexpr size_t kMaxRawSizeSensorName = 45;
 constexpr uint64_t kReducedMaskBits = 0x3FFFF;
 constexpr uint64_t kMaskFallbackBit = 0x2;
 
-bool ParseWhole(const std::string& text, bool* negative, uint64_t* magnitude) {
-    size_t i = 0;
-    *negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        *negative = text[i] == '-';
-        ++i;
-    }
-    int base = 10;
-    if (i + 1 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X')) {
-        base = 16;
-        i += 2;
-    }
-    if (i >= text.size()) {
-        return false;
-    }
-    uint64_t value = 0;
-    for (; i < text.size(); ++i) {
-        const char c = text[i];
-        int digit = -1;
-        if (c >= '0' && c <= '9') {
-            digit = c - '0';
-        } else if (c >= 'a' && c <= 'f') {
-            digit = c - 'a' + 10;
-        } else if (c >= 'A' && c <= 'F') {
-            digit = c - 'A' + 10;
-        }
-        if (digit < 0 || digit >= base) {
-            return false;
-        }
-        if (value > (UINT64_MAX - static_cast<uint64_t>(digit)) / static_cast<uint64_t>(base)) {
-            return false;
-        }
-        value = value * static_cast<uint64_t>(base) + static_cast<uint64_t>(digit);
-    }
-    *magnitude = value;
-    return true;
-}
-
 // The configuration store's 32-bit reads: -2147483648 .. 4294967295.
 bool ToUInt32(const std::string& text, uint32_t* out) {
     bool negative = false;
     uint64_t magnitude = 0;
-    if (!ParseWhole(text, &negative, &magnitude)) {
+    if (!ParseIntegerMagnitude(text, &negative, &magnitude)) {
         return false;
     }
     if (negative ? magnitude > 0x80000000ull : magnitude > 0xFFFFFFFFull) {
@@ -90,7 +52,7 @@ bool Converts(char type, const std::string& text) {
         case 'u':
             return ToUInt32(text, &value32);
         case 'l':
-            return ParseWhole(text, &negative, &magnitude) &&
+            return ParseIntegerMagnitude(text, &negative, &magnitude) &&
                    !(negative && magnitude > 0x8000000000000000ull);
         case 'f': {
             if (text.empty()) {
@@ -454,7 +416,7 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     auto suggestion = [&](const std::string& text) {
         bool negative = false;
         uint64_t number = 0;
-        if (!ParseWhole(text, &negative, &number) || negative) {
+        if (!ParseIntegerMagnitude(text, &negative, &number) || negative) {
             return std::string();
         }
         char formatted[32];

@@ -39,41 +39,14 @@ std::string Join(std::initializer_list<const char*> names) {
     return text;
 }
 
-// Optional sign, then decimal digits or 0x and hexadecimal digits.
+// Optional sign, then decimal digits or 0x and hexadecimal digits, within the
+// range of a signed 64-bit value.
 bool ParseIntegerText(const std::string& text, int64_t* value) {
-    size_t i = 0;
     bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        negative = text[i] == '-';
-        ++i;
-    }
-    int base = 10;
-    if (i + 1 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X')) {
-        base = 16;
-        i += 2;
-    }
-    if (i >= text.size()) {
-        return false;
-    }
     uint64_t magnitude = 0;
-    for (; i < text.size(); ++i) {
-        const char c = text[i];
-        int digit = -1;
-        if (c >= '0' && c <= '9') {
-            digit = c - '0';
-        } else if (c >= 'a' && c <= 'f') {
-            digit = c - 'a' + 10;
-        } else if (c >= 'A' && c <= 'F') {
-            digit = c - 'A' + 10;
-        }
-        if (digit < 0 || digit >= base) {
-            return false;
-        }
-        const uint64_t limit = negative ? (uint64_t{1} << 63) : (uint64_t{1} << 63) - 1;
-        if (magnitude > (limit - static_cast<uint64_t>(digit)) / static_cast<uint64_t>(base)) {
-            return false;
-        }
-        magnitude = magnitude * static_cast<uint64_t>(base) + static_cast<uint64_t>(digit);
+    if (!ParseIntegerMagnitude(text, &negative, &magnitude) ||
+        magnitude > (negative ? uint64_t{1} << 63 : (uint64_t{1} << 63) - 1)) {
+        return false;
     }
     *value = negative ? static_cast<int64_t>(0 - magnitude) : static_cast<int64_t>(magnitude);
     return true;
