@@ -95,7 +95,18 @@ TEST_F(LoggingTest, AndroidTextIsCutAt511Characters) {
     EXPECT_EQ("E " + longText, camera[0]);
 }
 
-class StepLogTest : public LumoraTest::FeatureTest {};
+class StepLogTest : public LumoraTest::FeatureTest {
+protected:
+    // Whether an Android info line of the session's source file matches
+    // "<function>() <message>" given as a regular expression.
+    static bool HasInfoLine(const std::vector<std::string>& lines, const std::string& pattern) {
+        const std::regex line(R"(\[ INFO\]\[LUMORA\] StaticSupportCapabilities\.cpp:\d+ )" +
+                              pattern + R"(\n)");
+        return std::any_of(lines.begin(), lines.end(), [&line](const std::string& text) {
+            return std::regex_match(text, line);
+        });
+    }
+};
 
 // Lines that helpers write while a configuration step runs name that step, and
 // every step names the session's source file.
@@ -114,11 +125,7 @@ TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
     Configure(config);
     const auto lines = HostPlatform::TakeAndroidLog();
     const auto logged = [&lines](const std::string& pattern) {
-        const std::regex line(R"(\[ INFO\]\[LUMORA\] StaticSupportCapabilities\.cpp:\d+ )" +
-                              pattern + R"(\n)");
-        return std::any_of(lines.begin(), lines.end(), [&line](const std::string& text) {
-            return std::regex_match(text, line);
-        });
+        return HasInfoLine(lines, pattern);
     };
     EXPECT_TRUE(logged(R"(ConfigSupportCapsSAT\(\) m_clientPackageName com\.xyz, .*)"));
     EXPECT_TRUE(logged(R"(ConfigSupportCapsAINR\(\) key: 0x1, sensorMask: 0x1)"));
@@ -135,11 +142,7 @@ TEST_F(StepLogTest, SessionParameterAndClassificationLinesNameTheirStep) {
     Configure(config);
     const auto lines = HostPlatform::TakeAndroidLog();
     const auto logged = [&lines](const std::string& pattern) {
-        const std::regex line(R"(\[ INFO\]\[LUMORA\] StaticSupportCapabilities\.cpp:\d+ )" +
-                              pattern + R"(\n)");
-        return std::any_of(lines.begin(), lines.end(), [&line](const std::string& text) {
-            return std::regex_match(text, line);
-        });
+        return HasInfoLine(lines, pattern);
     };
     EXPECT_TRUE(logged(R"(ParseSessionParams\(\) Sat fusion is supported!)"));
     EXPECT_TRUE(logged(R"(ParseStreamsInfo\(\) \[EStreamTypePreview\] size 1 streamIndex 0 .*)"));
