@@ -7,6 +7,8 @@
 #include <stdint.h>
 #include <system/camera_metadata.h>
 
+#include "common/VendorTags.h"
+
 namespace HostVendorTags {
 
 constexpr uint32_t kBase = 0x80000000u;
@@ -22,24 +24,7 @@ inline int TypeOf(uint32_t tag) {
     if (tag < kBase || tag >= kBase + kCount) {
         return -1;
     }
-    switch (tag - kBase) {
-        case 0:
-        case 19:
-        case 35:
-        case 36:
-        case 37:
-        case 38:
-        case 49:
-        case 159:
-        case 212:
-        case 535:
-            return TYPE_INT32;
-        case 85:
-        case 544:
-            return TYPE_FLOAT;
-        default:
-            return TYPE_BYTE;
-    }
+    return Lumora::VendorTagType(tag - kBase);
 }
 
 }  // namespace HostVendorTags
