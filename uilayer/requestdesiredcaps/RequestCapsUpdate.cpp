@@ -9,6 +9,7 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "requestdesiredcaps/MetadataRead.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
@@ -17,7 +18,6 @@ namespace Lumora {
 
 namespace {
 
-constexpr uint32_t kTagSensorModeList = 49;
 constexpr int32_t kStatusOk = 0;
 constexpr int32_t kStatusNoSensorMode = 4;
 // Sensor mode list value: no mode chosen upstream, the warm start decides.

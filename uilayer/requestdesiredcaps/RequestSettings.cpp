@@ -2,23 +2,13 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "requestdesiredcaps/MetadataRead.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-// Vendor tag indices of the request settings read here.
-constexpr uint32_t kTagApsFeatureType = 0;
-constexpr uint32_t kTagIsFromExtension = 19;
-constexpr uint32_t kTagBracketMode = 35;
-constexpr uint32_t kTagFaceBeautyLevel = 36;
-constexpr uint32_t kTagLongExposureSceneType = 37;
-constexpr uint32_t kTagAsdSceneValue = 38;
-constexpr uint32_t kTagPipSensor = 159;
-constexpr uint32_t kTagAecFaceNum = 535;
-constexpr uint32_t kTagAecLuxIndex = 544;
 
 // Scenes that ask for the moon layout when the picture-in-picture sensor is on.
 constexpr int32_t kMoonSceneFirst = 29;

@@ -5,6 +5,7 @@
 
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "requestdesiredcaps/MetadataRead.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -12,9 +13,6 @@ namespace Lumora {
 
 namespace {
 
-// Vendor tag indices of the result metadata read here.
-constexpr uint32_t kTagExposureCountList = 156;
-constexpr uint32_t kTagMlftParameters = 175;
 // The MLFT enable switch is the 32-bit value at this offset of the MLFT block.
 constexpr size_t kMlftSwitchOffset = 1800;
 

@@ -12,13 +12,13 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
 
-constexpr uint32_t kVendorTagSupportedAINRType = 212;
 constexpr int32_t kAinrTypeNone = 0;
 constexpr int32_t kAinrTypeVIULL = 2;
 
@@ -173,7 +173,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
         UI_LOGE("sessionParams Invalid Args");
         return 4;
     }
-    const uint32_t tagId = VendorTagId(kVendorTagSupportedAINRType);
+    const uint32_t tagId = VendorTagId(kTagSupportedAINRType);
     camera_metadata_entry_t entry = {};
     int status = 0;
     if (find_camera_metadata_entry(sessionParams, tagId, &entry) != 0) {

@@ -12,15 +12,12 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
-constexpr uint32_t kTagCameraUnitPackage = 71;
 
 constexpr const char* kPackageGroup = "PackageName Group";
 

@@ -14,6 +14,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -22,16 +23,6 @@ namespace {
 
 // Helpers below do part of ParseSessionParams's work; their log lines name that step.
 constexpr const char* kSessionParamsStep = "ParseSessionParams";
-
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
-constexpr uint32_t kTagAICompositionEnable = 165;
-constexpr uint32_t kTagCameraMode = 160;
-constexpr uint32_t kTagSnapshotRawFormat = 161;
-constexpr uint32_t kTagWarmStartLux = 85;
-constexpr uint32_t kTagMipiSelectMode = 169;
-constexpr uint32_t kTagCameraFromMainMenu = 109;
-constexpr uint32_t kTagIsGenericCam = 72;
 
 // The client names are compared in buffers of this size (79 characters).
 constexpr size_t kSessionNameSize = 80;

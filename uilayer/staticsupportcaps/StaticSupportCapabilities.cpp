@@ -9,6 +9,7 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 
 namespace Lumora {
 
@@ -24,7 +25,7 @@ LumoraCameraInfo* FindCameraInfoRecord(const camera_info& info) {
     camera_metadata_ro_entry_t entry = {};
     if (info.static_camera_characteristics == nullptr ||
         find_camera_metadata_ro_entry(info.static_camera_characteristics,
-                                      VendorTagId(kVendorTagCameraInfo), &entry) != 0 ||
+                                      VendorTagId(kTagCameraInfo), &entry) != 0 ||
         entry.data.u8 == nullptr || entry.count < sizeof(LumoraCameraInfo)) {
         return nullptr;
     }

@@ -42,9 +42,6 @@ constexpr uint32_t kSensorDimensionRows = 8;
 constexpr uint32_t kMaxTuningPolicyEntries = 64;
 constexpr uint32_t kLogicalCameraType = TypeLogicalCamera;
 
-// Vendor tag index of the sibling's per-camera information record.
-constexpr uint32_t kVendorTagCameraInfo = 5;
-
 struct ODimension {
     uint32_t width;
     uint32_t height;

@@ -11,14 +11,12 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-// Vendor tag index of the application's video watermark switch.
-constexpr uint32_t kVendorTagVideoWatermark = 147;
 
 // The camera mode buffer holds at most its size in characters and need not
 // be terminated when the client's text filled it.
@@ -138,7 +136,7 @@ uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
     // The application asks for the watermark; the HAL draws it only where the
     // device is configured to.
     uint8_t videoWatermarkEnable = 0;
-    FindSessionByte(config, VendorTagId(kVendorTagVideoWatermark), videoWatermarkEnable);
+    FindSessionByte(config, VendorTagId(kTagVideoWatermark), videoWatermarkEnable);
     const bool videoHalWatermarkEnable =
         ReadConfigBool("TavroVideoWaterMarkParams", "videoHalWatermarkEnable");
     UI_LOGI("videoWatermarkEnable: %d, videoHalWatermarkEnable: %d", videoWatermarkEnable,
