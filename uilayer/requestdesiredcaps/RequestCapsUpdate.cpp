@@ -9,6 +9,7 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 #include "requestdesiredcaps/MetadataRead.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
@@ -105,13 +106,12 @@ struct SensorModeList {
 
 // Physical camera id of a buffer's stream as `atoi` reads it, -1 without one.
 int32_t StreamPhysicalId(const camera3_stream* stream) {
-    const char* text = stream->physical_camera_id;
-    if (text == nullptr || text[0] == '\0') {
+    if (!HasPhysicalCameraId(*stream)) {
         return -1;
     }
     // strtol saturates where atoi's overflow is undefined; the value is then
     // cut to 32 bits as atoi's int result would be.
-    return static_cast<int32_t>(strtol(text, nullptr, 10));
+    return static_cast<int32_t>(strtol(stream->physical_camera_id, nullptr, 10));
 }
 
 // Camera entries of the session's camera information record, at most the

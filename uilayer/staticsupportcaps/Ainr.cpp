@@ -12,6 +12,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -25,24 +26,6 @@ constexpr int32_t kAinrTypeVIULL = 2;
 constexpr const char* kEnableGroup = "3rdAppEnableVIULL";
 constexpr const char* kDisableMapGroup = "3rdAppDisableVIULLMap";
 constexpr const char* kEnableMapGroup = "3rdAppEnableVIULLMapLumora";
-
-// Dynamic range profiles of HDR video: HLG10, HDR10, HDR10+.
-bool IsHdrVideoProfile(int64_t profile) {
-    return profile == 2 || profile == 4 || profile == 8;
-}
-
-bool HasHdrVideoStream(const camera3_stream_configuration* config) {
-    if (config == nullptr || config->streams == nullptr) {
-        return false;
-    }
-    for (uint32_t i = 0; i < config->num_streams; ++i) {
-        const camera3_stream* stream = config->streams[i];
-        if (stream != nullptr && IsHdrVideoProfile(stream->dynamic_range_profile)) {
-            return true;
-        }
-    }
-    return false;
-}
 
 // Hexadecimal camera mask text as "%x" reads it: an optional 0x, junk gives 0.
 uint32_t ParseHexMask(const char* text) {
@@ -155,7 +138,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
         disableForHdr = false;
     }
     int32_t supportedAinrType = kAinrTypeNone;
-    if (disableForHdr && HasHdrVideoStream(config)) {
+    if (disableForHdr && HasStream(config, IsHdrVideoStream)) {
         enableVIULL = false;
     } else if (enableVIULL) {
         supportedAinrType = kAinrTypeVIULL;

@@ -10,19 +10,12 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-constexpr uint32_t kUsageHwTextureOrComposer = 0x900;
-constexpr uint32_t kUsageHwVideoEncoder = 0x10000;
-constexpr int32_t kDataspaceDepth = 0x1000;
-constexpr int32_t kDataspaceHeif = 0x1004;
-constexpr int kFormatImplementationDefined = 34;
-constexpr int kFormatYCbCr420 = 35;
-constexpr int kFormatYCbCrP010 = 54;
 
 constexpr const char* kSensorNameGroup = "SensorNameList";
 
@@ -38,22 +31,6 @@ bool IsBokehOperationMode(uint32_t mode) {
         default:
             return false;
     }
-}
-
-// An output stream shown on screen (not encoded, not depth or HEIF) in a
-// preview format.
-bool IsPreviewStream(const camera3_stream_t& stream) {
-    const int32_t dataSpace = StreamDataSpace(stream);
-    return stream.stream_type == CAMERA3_STREAM_OUTPUT &&
-           (stream.usage & kUsageHwTextureOrComposer) != 0 &&
-           (stream.usage & kUsageHwVideoEncoder) == 0 && dataSpace != kDataspaceDepth &&
-           dataSpace != kDataspaceHeif &&
-           (stream.format == kFormatImplementationDefined || stream.format == kFormatYCbCr420 ||
-            stream.format == kFormatYCbCrP010);
-}
-
-bool HasPhysicalCameraId(const camera3_stream_t& stream) {
-    return stream.physical_camera_id != nullptr && stream.physical_camera_id[0] != '\0';
 }
 
 }  // namespace
@@ -88,7 +65,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
             continue;
         }
         const bool physical = HasPhysicalCameraId(*stream);
-        const bool preview = IsPreviewStream(*stream);
+        const bool preview = IsPreviewYuv(*stream);
         UI_LOGI("[%d]   format:%d [%dx%d]  fwkCamId:%s isPhysical:%d,isPreview:%d", i,
                 stream->format, stream->width, stream->height,
                 stream->physical_camera_id != nullptr ? stream->physical_camera_id : "", physical,

@@ -14,6 +14,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -65,19 +66,6 @@ int PropertyDecimal(const char* name, const char* defaultValue) {
 
 bool StartsWith(const char* text, const char* prefix) {
     return strncmp(text, prefix, strlen(prefix)) == 0;
-}
-
-bool HasVideoStream(const camera3_stream_configuration* config) {
-    if (config == nullptr || config->streams == nullptr) {
-        return false;
-    }
-    for (uint32_t i = 0; i < config->num_streams; ++i) {
-        const camera3_stream* stream = config->streams[i];
-        if (stream != nullptr && IsVideoStream(*stream)) {
-            return true;
-        }
-    }
-    return false;
 }
 
 bool ReadConfigBool(const char* group, const char* key, bool defaultValue) {
@@ -214,7 +202,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     if (m_isBokehMode != 0 || m_numPhysicalCameras == 1) {
         m_supportCaps.set(CapsBokehOrSingleCamera);
     }
-    const bool hasVideoStream = HasVideoStream(config);
+    const bool hasVideoStream = HasStream(config, IsVideoStream);
 
     // While the device charges wirelessly (and the device allows it) fallback
     // detection is off.

@@ -14,6 +14,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -34,8 +35,6 @@ constexpr uint32_t kOpModeTeleConverter = 0x80B4;
 constexpr uint32_t kOpModeProVideo = 0x80BE;
 constexpr uint32_t kOpModeProVideoAlt = 0x8009;
 
-constexpr int kFormatRaw12 = 38;
-
 constexpr const char* kOverrideGroup = "ThirdAppOperationModeOverride";
 constexpr const char* kAePrecaptureGroup = "DisableAePrecapture";
 constexpr const char* kMlftGroup = "VideoMLFTNode";
@@ -45,14 +44,8 @@ const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uin
     return config->streams != nullptr ? config->streams[i] : nullptr;
 }
 
-bool HasRaw12Stream(const camera3_stream_configuration* config) {
-    for (uint32_t i = 0; i < config->num_streams; ++i) {
-        const camera3_stream_t* stream = StreamAt(config, i);
-        if (stream != nullptr && stream->format == kFormatRaw12) {
-            return true;
-        }
-    }
-    return false;
+bool IsRaw12(const camera3_stream& stream) {
+    return stream.format == HAL_PIXEL_FORMAT_RAW12;
 }
 
 // A session parameter of the expected element type with at least `minCount`
@@ -327,16 +320,9 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     m_disableAePrecapture =
         IsAePrecaptureDisabled(m_clientPackageName, m_clientActivityName) ? 1 : 0;
 
-    bool hasVideoStream = false;
-    if (config != nullptr) {
-        for (uint32_t i = 0; i < config->num_streams; ++i) {
-            const camera3_stream_t* stream = StreamAt(config, i);
-            if (stream != nullptr && IsVideoStream(*stream)) {
-                UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
-                hasVideoStream = true;
-                break;
-            }
-        }
+    const bool hasVideoStream = HasStream(config, IsVideoStream);
+    if (hasVideoStream) {
+        UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
     }
     m_supportCaps.reset(CapsMultiSpectral);
     if (m_isSystemCamera != 0) {
@@ -439,7 +425,7 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
     }
 
     // RAW12 is the snapshot raw format unless the client names another one.
-    if (HasRaw12Stream(config)) {
+    if (HasStream(config, IsRaw12)) {
         if (!FindEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
             m_supportCaps.set(CapsSnapshotRaw12);
             UI_LOGI_IN(kSessionParamsStep, "set RAW12 SnapshotRawFormat");

@@ -9,6 +9,7 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 
 namespace Lumora {
@@ -127,8 +128,7 @@ int StaticSupportCapabilities::GetFwkCameraIdByCameraIndex(unsigned int cameraIn
 }
 
 int StaticSupportCapabilities::GetFwkCameraIdByStream(const camera3_stream* stream) const {
-    if (stream == nullptr || stream->physical_camera_id == nullptr ||
-        stream->physical_camera_id[0] == '\0') {
+    if (stream == nullptr || !HasPhysicalCameraId(*stream)) {
         return -1;
     }
     return atoi(stream->physical_camera_id);

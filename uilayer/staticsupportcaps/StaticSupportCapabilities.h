@@ -26,7 +26,6 @@
 #include <hardware/camera_common.h>
 
 #include <cstdint>
-#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
@@ -258,26 +257,6 @@ private:
     uint8_t m_feature2TuningPolicyNum = 0;
     StarModeAEInfo m_starModeAEInfo = {0, 0, 0};
 };
-
-// The data space of a stream as the 32-bit value the framework wrote. Its
-// enumeration names only some of the values a stream may carry, and loading
-// any other value through the enumeration type is undefined: the field is
-// read through its bytes instead.
-inline int32_t StreamDataSpace(const camera3_stream& stream) {
-    int32_t value = 0;
-    memcpy(&value, &stream.data_space, sizeof(value));
-    return value;
-}
-
-// A video stream: video-encoder or vendor video usage (0x10080) on anything but
-// a HEIF stream (depth streams count).
-inline bool IsVideoStream(const camera3_stream& stream) {
-    return (stream.usage & 0x10080u) != 0 && StreamDataSpace(stream) != 0x1004;
-}
-
-// Stream predicates shared by the session and request sides.
-bool IsShortRawStream(const camera3_stream* stream);
-bool IsMiddleRawStream(const camera3_stream* stream);
 
 // ---- Session parameters ----
 // Copies the text of a session parameter entry into `out`, a zeroed buffer of

@@ -10,6 +10,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -18,36 +19,6 @@ namespace {
 
 // Helpers below do part of ParseStreamsInfo's work; their log lines name that step.
 constexpr const char* kStreamsInfoStep = "ParseStreamsInfo";
-
-// HAL pixel formats.
-constexpr int kFormatRaw16 = 0x20;
-constexpr int kFormatBlob = 0x21;
-constexpr int kFormatImplementationDefined = 0x22;
-constexpr int kFormatYCbCr420888 = 0x23;
-constexpr int kFormatRawOpaque = 0x24;
-constexpr int kFormatRaw10 = 0x25;
-constexpr int kFormatRaw12 = 0x26;
-constexpr int kFormatYCbCrP010 = 0x36;
-
-// Usage bits.
-constexpr uint32_t kUsagePreview = 0x100 | 0x800;  // texture or composer
-constexpr uint32_t kUsageVideoEncoder = 0x10000;
-constexpr uint32_t kUsageVendorVideo = 0x80;
-constexpr uint32_t kUsageVendorMetadata = 0x40;
-constexpr uint32_t kUsagePrivate2 = 0x40000000;
-
-// Data spaces.
-constexpr int32_t kDataSpaceDepth = 0x1000;
-constexpr int32_t kDataSpaceHeif = 0x1004;
-constexpr int32_t kDataSpaceV0Jfif = 0x8C20000;
-constexpr int32_t kDataSpaceJfif = 0x101;
-
-// Vendor stream use cases.
-constexpr int64_t kUseCaseMultiSpectral = 0x0080000000010000;
-constexpr int64_t kUseCaseMultiSpectralAux = 0x0400000000010001;
-constexpr int64_t kUseCaseRawFull = 0x0400000000010000;
-constexpr int64_t kUseCaseRawShort = 0x0800000000010000;
-constexpr int64_t kUseCaseRawMiddle = 0x0800000000080000;
 
 // Sensor mode flag of a quad-Bayer remosaic mode.
 constexpr uint16_t kSensorModeQcfa = 0x800;
@@ -79,57 +50,6 @@ constexpr int kRoleCapsBit[EStreamTypeMax] = {
     CapsStreamMetadata,            // EStreamTypeMetadata
     CapsStreamMultiSpectralRaw,    // EStreamTypeMultiSpectralRaw
 };
-
-// ---- Stream predicates ----
-
-bool IsOutputStream(const camera3_stream& s) {
-    return s.stream_type == 0;
-}
-
-bool HasPreviewUsage(const camera3_stream& s) {
-    return (s.usage & kUsagePreview) != 0 && (s.usage & kUsageVideoEncoder) == 0;
-}
-
-bool IsYuvClass(const camera3_stream& s) {
-    return s.format == kFormatImplementationDefined || s.format == kFormatYCbCr420888 ||
-           s.format == kFormatYCbCrP010;
-}
-
-int32_t DataSpaceOf(const camera3_stream& s) {
-    return StreamDataSpace(s);
-}
-
-bool IsDepthOrHeif(const camera3_stream& s) {
-    return (DataSpaceOf(s) | 4) == kDataSpaceHeif;
-}
-
-bool HasVideoUsage(const camera3_stream& s) {
-    return (s.usage & (kUsageVideoEncoder | kUsageVendorVideo)) != 0;
-}
-
-bool IsMultiSpectralUseCase(const camera3_stream& s) {
-    return s.stream_use_case == kUseCaseMultiSpectral ||
-           s.stream_use_case == kUseCaseMultiSpectralAux;
-}
-
-bool IsRaw(const camera3_stream& s) {
-    return (s.format == kFormatRaw16 && (s.usage & kUsageVendorMetadata) == 0 &&
-            !IsMultiSpectralUseCase(s)) ||
-           s.format == kFormatRaw10 || s.format == kFormatRaw12;
-}
-
-// Wider than IsRaw on purpose: opaque raw counts, RAW10/12 need the usage test.
-bool IsQcfaRawCandidate(const camera3_stream& s) {
-    return !IsMultiSpectralUseCase(s) && (s.usage & kUsageVendorMetadata) == 0 &&
-           (s.format == kFormatRaw16 || s.format == kFormatRawOpaque || s.format == kFormatRaw10 ||
-            s.format == kFormatRaw12);
-}
-
-// An output stream for the preview path: preview usage, YUV class, no depth
-// or HEIF data.
-bool IsPreviewYuv(const camera3_stream& s) {
-    return IsOutputStream(s) && HasPreviewUsage(s) && !IsDepthOrHeif(s) && IsYuvClass(s);
-}
 
 bool SizeEquals(const camera3_stream& s, const ODimension& size) {
     return s.width == size.width && s.height == size.height;
@@ -255,7 +175,7 @@ public:
             return EStreamTypeViewFinder;
         }
         if (previewYuv) {
-            if (m_facts.captureHdrOpMode && s.format == kFormatYCbCrP010) {
+            if (m_facts.captureHdrOpMode && s.format == HAL_PIXEL_FORMAT_YCBCR_P010) {
                 m_sessionCaps.set(CapsCaptureHdrP010Preview);
             }
             return EStreamTypePreview;
@@ -307,7 +227,7 @@ public:
         if ((s.usage & kUsageVendorMetadata) != 0) {
             return EStreamTypeMetadata;
         }
-        if (s.format == kFormatRaw16 && IsMultiSpectralUseCase(s)) {
+        if (s.format == HAL_PIXEL_FORMAT_RAW16 && IsMultiSpectralUseCase(s)) {
             return EStreamTypeMultiSpectralRaw;
         }
         return EStreamTypeNone;
@@ -317,17 +237,17 @@ private:
     // Live shot (with a video stream), YUV snapshot, JPEG; None sends the
     // stream on to the raw rules.
     StreamType ClassifyOutputSnapshot(const camera3_stream& s) {
-        const int32_t dataSpace = DataSpaceOf(s);
-        const bool yuvOrPrivate = IsYuvClass(s) || (s.usage & kUsagePrivate2) != 0;
+        const int32_t dataSpace = StreamDataSpace(s);
+        const bool yuvOrPrivate = IsYuvClass(s) || (s.usage & GRALLOC_USAGE_PRIVATE_2) != 0;
         const bool previewLike =
-            dataSpace != kDataSpaceDepth && HasPreviewUsage(s) && IsYuvClass(s);
-        if (m_facts.videoExist && yuvOrPrivate && dataSpace != kDataSpaceHeif &&
+            dataSpace != HAL_DATASPACE_DEPTH && HasPreviewUsage(s) && IsYuvClass(s);
+        if (m_facts.videoExist && yuvOrPrivate && dataSpace != HAL_DATASPACE_HEIF &&
             !HasVideoUsage(s) && !previewLike) {
             return EStreamTypeVideoLiveShot;
         }
-        if (!yuvOrPrivate || dataSpace == kDataSpaceHeif || HasVideoUsage(s)) {
-            if (s.format == kFormatBlob &&
-                (dataSpace == kDataSpaceV0Jfif || dataSpace == kDataSpaceJfif)) {
+        if (!yuvOrPrivate || dataSpace == HAL_DATASPACE_HEIF || HasVideoUsage(s)) {
+            if (s.format == HAL_PIXEL_FORMAT_BLOB &&
+                (dataSpace == HAL_DATASPACE_V0_JFIF || dataSpace == HAL_DATASPACE_JFIF)) {
                 return EStreamTypeSnapshotJPEG;
             }
             return EStreamTypeNone;
@@ -335,9 +255,10 @@ private:
         if (previewLike) {
             return EStreamTypeNone;
         }
-        const bool fullSize = (s.width == 6560 || s.height == 4928) &&
-                              (s.format == kFormatYCbCr420888 || s.format == kFormatYCbCrP010 ||
-                               (s.usage & kUsagePrivate2) != 0);
+        const bool fullSize =
+            (s.width == 6560 || s.height == 4928) &&
+            (s.format == HAL_PIXEL_FORMAT_YCbCr_420_888 ||
+             s.format == HAL_PIXEL_FORMAT_YCBCR_P010 || (s.usage & GRALLOC_USAGE_PRIVATE_2) != 0);
         if (m_operationMode == 0x8001) {
             m_sessionCaps.set(CapsRawStream);
         }
@@ -402,7 +323,7 @@ private:
                 }
             }
         }
-        if (s.stream_use_case == kUseCaseRawFull) {
+        if (s.stream_use_case == kStreamUseCaseRawFull) {
             fullSize = true;
         }
         if (fullSize) {
@@ -498,14 +419,6 @@ void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const Classificatio
 
 }  // namespace
 
-bool IsShortRawStream(const camera3_stream* stream) {
-    return stream != nullptr && IsRaw(*stream) && stream->stream_use_case == kUseCaseRawShort;
-}
-
-bool IsMiddleRawStream(const camera3_stream* stream) {
-    return stream != nullptr && IsRaw(*stream) && stream->stream_use_case == kUseCaseRawMiddle;
-}
-
 int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configuration* config) {
     if (config == nullptr) {
         UI_LOGE("Invalid Args");
@@ -535,16 +448,13 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
             i, numStreams, static_cast<const void*>(stream),
             stream->physical_camera_id != nullptr ? stream->physical_camera_id : "(null)",
             stream->stream_type, stream->format, stream->width, stream->height, stream->usage,
-            DataSpaceOf(*stream));
+            StreamDataSpace(*stream));
     }
 
     ClassificationFacts facts;
-    for (uint32_t i = 0; i < numStreams; ++i) {
-        if (streams[i] != nullptr && IsVideoStream(*streams[i])) {
-            facts.videoExist = true;
-            UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
-            break;
-        }
+    facts.videoExist = HasStream(config, IsVideoStream);
+    if (facts.videoExist) {
+        UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
     }
 
     bool overrideAsdDataSpace = false;
