@@ -8,7 +8,9 @@
 
 #include "common/CapsConstants.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 #include "requestdesiredcaps/MetadataRead.h"
@@ -19,13 +21,10 @@ namespace Lumora {
 
 namespace {
 
-constexpr int32_t kStatusOk = 0;
-constexpr int32_t kStatusNoSensorMode = 4;
+// A request that left the sensor modes to nobody reports an invalid argument.
+constexpr int32_t kStatusNoSensorMode = kStatusInvalidArgument;
 // Sensor mode list value: no mode chosen upstream, the warm start decides.
 constexpr int32_t kModeByWarmStart = -1;
-constexpr uint32_t kOpModeDolVideo = 0x8031;
-constexpr uint32_t kOpModeMarkerA = 0x8009;
-constexpr uint32_t kOpModeMarkerB = 0x80BE;
 
 // The set of up to three bits, usable in constant tables.
 constexpr size_t kNoBit = 1024;
@@ -104,10 +103,10 @@ struct SensorModeList {
     }
 };
 
-// Physical camera id of a buffer's stream as `atoi` reads it, -1 without one.
+// Physical camera id of a buffer's stream as `atoi` reads it, kNoCamera without one.
 int32_t StreamPhysicalId(const camera3_stream* stream) {
     if (!HasPhysicalCameraId(*stream)) {
-        return -1;
+        return kNoCamera;
     }
     // strtol saturates where atoi's overflow is undefined; the value is then
     // cut to 32 bits as atoi's int result would be.
@@ -158,7 +157,7 @@ void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilit
             default:
                 break;
         }
-    } else if (param.dolState == 7 && session.m_operationMode == kOpModeDolVideo) {
+    } else if (param.dolState == 7 && session.m_operationMode == kOpModeBokeh8031) {
         caps->set(CapsSensorModeFlag19).set(CapsSensorModeFlag20);
     }
 }
@@ -213,7 +212,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
                 m_primaryCaps |= bits.primary;
 
                 const int32_t fwkId = StreamPhysicalId(stream);
-                if (fwkId == -1) {
+                if (fwkId == kNoCamera) {
                     continue;
                 }
                 // The framework names the camera by its framework id; the caps
@@ -388,8 +387,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
     }
     ParseOriginalRequestSetting(request);
 
-    if (m_pStaticCaps != nullptr && (m_pStaticCaps->m_operationMode == kOpModeMarkerA ||
-                                     m_pStaticCaps->m_operationMode == kOpModeMarkerB)) {
+    if (m_pStaticCaps != nullptr && IsProVideoFamilyMode(m_pStaticCaps->m_operationMode)) {
         m_primaryCaps.set(CapsOpModeMarker);
     }
 

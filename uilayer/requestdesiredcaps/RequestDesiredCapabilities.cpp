@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -86,7 +87,7 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
                                    ? std::min<uint32_t>(m_pStaticCaps->m_feature2TuningPolicyNum,
                                                         kMaxTuningPolicyEntries)
                                    : 0;
-        int32_t result = -1;
+        int32_t result = kNoTuningMode;
         // Every entry is checked: the last matching one wins, later rows refine
         // earlier ones.
         for (uint32_t i = 0; i < count; ++i) {
@@ -106,13 +107,13 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
                                                         kMaxTuningPolicyEntries)
                                    : 0;
         if (count == 0) {
-            return -1;
+            return kNoTuningMode;
         }
         const LumoraCameraInfo* info = m_pStaticCaps->m_pCameraInfoMap;
         const int32_t cameraFlag = info != nullptr ? static_cast<uint8_t>(info->supportFlag) : 0;
         const int32_t hasFaceBeauty = m_faceBeautyLevel > 0 ? 1 : 0;
         const int32_t isBracket12 = m_bracketMode == 12 ? 1 : 0;
-        int32_t result = -1;
+        int32_t result = kNoTuningMode;
         for (uint32_t i = 0; i < count; ++i) {
             const int32_t* field = m_pStaticCaps->m_feature1TuningPolicy[i].value;
             if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
@@ -126,7 +127,7 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
         return result;
     }
     UI_LOGE("Unsupport Query Tuning Type %d", static_cast<int>(type));
-    return -1;
+    return kNoTuningMode;
 }
 
 }  // namespace Lumora

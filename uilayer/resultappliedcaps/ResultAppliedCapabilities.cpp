@@ -5,6 +5,7 @@
 
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/VendorTags.h"
 #include "requestdesiredcaps/MetadataRead.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
@@ -33,7 +34,7 @@ int32_t ResultAppliedCapabilities::UpdateResultAppliedCaps(
     const camera3_capture_result* result, const StaticSupportCapabilities* session) {
     // A partial result with buffers only changes nothing, not even the switch.
     if (result == nullptr || result->result == nullptr) {
-        return 0;
+        return kStatusOk;
     }
     const camera_metadata_t* metadata = result->result;
 
@@ -87,7 +88,7 @@ int32_t ResultAppliedCapabilities::UpdateResultAppliedCaps(
     } else {
         UI_LOGI("read MlftLTMPars fail");
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

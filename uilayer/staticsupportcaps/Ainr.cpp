@@ -12,6 +12,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
@@ -70,7 +71,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     // The system camera (and the engineer camera) rule VIULL through their own
     // settings; only camera unit clients of them go through the app policy.
     if ((m_isSystemCamera != 0 || m_isEngineerCamera != 0) && m_isCameraUint == 0) {
-        return 0;
+        return kStatusOk;
     }
 
     const char* packageName = m_clientPackageName != nullptr ? m_clientPackageName : "";
@@ -149,12 +150,12 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
 
     if (config == nullptr) {
         UI_LOGE("pStreamConfigsAPI Invalid Args");
-        return 4;
+        return kStatusInvalidArgument;
     }
     camera_metadata_t* sessionParams = config->session_parameters;
     if (sessionParams == nullptr) {
         UI_LOGE("sessionParams Invalid Args");
-        return 4;
+        return kStatusInvalidArgument;
     }
     const uint32_t tagId = VendorTagId(kTagSupportedAINRType);
     camera_metadata_entry_t entry = {};
@@ -170,7 +171,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     if (status != 0) {
         UI_LOGE("tagId: %u, error status: %d", tagId, status);
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

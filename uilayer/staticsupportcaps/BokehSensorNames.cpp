@@ -10,6 +10,8 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -19,30 +21,16 @@ namespace {
 
 constexpr const char* kSensorNameGroup = "SensorNameList";
 
-bool IsBokehOperationMode(uint32_t mode) {
-    switch (mode) {
-        case 0x8010:
-        case 0x8011:
-        case 0x8030:
-        case 0x8031:
-        case 0x8035:
-        case 0x8036:
-            return true;
-        default:
-            return false;
-    }
-}
-
 }  // namespace
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
     const camera3_stream_configuration* config) {
     m_isBokehMode = 0;
     m_supportCaps.set(CapsNotBokeh);
-    if (!IsBokehOperationMode(m_operationMode)) {
+    if (!IsBokehMode(m_operationMode)) {
         m_bokehStartWithFallback = 0;
         m_bokehTriplePreview = 0;
-        return 0;
+        return kStatusOk;
     }
 
     m_isBokehMode = 1;
@@ -82,20 +70,20 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
             if (startWithFallback) {
                 m_supportCaps.set(CapsBokehStartWithFallback);
             }
-            return 0;
+            return kStatusOk;
         case 3:
             m_supportCaps.set(CapsBokehStartWithFallback);
             m_supportCaps.set(CapsBokehTriplePreview);
             m_bokehStartWithFallback = 1;
             m_bokehTriplePreview = 1;
-            return 0;
+            return kStatusOk;
         default:
             // A bokeh session has no way to run on any other number of
             // cameras: stop here rather than stream a broken session.
             UI_LOGE("Unsupport num of physical preview stream %d",
                     static_cast<int>(previewCameras.size()));
             raise(SIGABRT);
-            return 1;
+            return kStatusUnsupported;
     }
 }
 

@@ -12,6 +12,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -189,7 +190,7 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
     // Verbose camera logging follows the client: on for the system camera
     // (the camera unit included), off for everyone else.
     OLog::SwitchLogEnable(m_isSystemCamera != 0 ? 1 : 0);
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -13,7 +13,9 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -97,17 +99,17 @@ uint32_t SelectFallbackUsecase(const FallbackInputs& in) {
         return kFallbackProVideo;
     }
     switch (in.operationMode) {
-        case 0x800B:
-        case 0x800C:
-        case 0x8028:
+        case kOpMode800B:
+        case kOpMode800C:
+        case kOpMode8028:
             return kFallbackOpMode800B;
-        case 0x8009:
+        case kOpModeSat8009:
             return kFallbackOpMode8009;
-        case 0x8019:
+        case kOpModeSat8019:
             return kFallbackOpMode8019;
-        case 0x8021:
+        case kOpMode8021:
             return kFallbackOpMode8021;
-        case 0x8029:
+        case kOpMode8029:
             return in.engineerCamera ? kFallbackEngineerOpMode8029 : kFallbackDefault;
         default:
             return kFallbackDefault;
@@ -212,7 +214,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     const int wirelessStat = ParseDecimal(wirelessText);
     UI_LOGI("read wireless_stat is %d result %d isEnablewireless %d", wirelessStat, readStatus,
             enableWireless);
-    const bool wirelessOn = readStatus == 0 && wirelessStat == 1 && enableWireless;
+    const bool wirelessOn = readStatus == kStatusOk && wirelessStat == 1 && enableWireless;
 
     const int fallbackDetect =
         PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdetect", "1");

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -58,7 +59,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             }
             // A row that does not read as integers matches nothing.
             if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index,
-                                                   values.data(), intCount) != 0) {
+                                                   values.data(), intCount) != kConfigOk) {
                 continue;
             }
             if (values[0] != m_operationMode ||
@@ -70,7 +71,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             // A row shorter than the first one has no name at the last position:
             // it keeps the earlier choice, like a row that cannot be read.
             if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index,
-                                                 names.data(), valueCount) != 0 ||
+                                                 names.data(), valueCount) != kConfigOk ||
                 names[valueCount - 1] == nullptr) {
                 continue;
             }

@@ -10,6 +10,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -104,7 +105,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
     std::vector<char*> xcfaSensors;
     if (!enable2x2Xcfa ||
         ReadStringList(kRemosaicGroup, "2x2XCFASensorNameList", xcfaSensors) != kConfigOk) {
-        return 0;
+        return kStatusOk;
     }
     for (const char* listed : xcfaSensors) {
         for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {
@@ -123,14 +124,14 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
             }
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
     const uint32_t count = GetValuesCount(kRemosaicGroup, "XCFA2SwitchZoomRatio");
     if (count == 0) {
         // Without the key the ratios of an earlier configuration stay.
-        return 0;
+        return kStatusOk;
     }
     // Values that do not read as floats leave zeros: the count always matches
     // the array, which the request path relies on to bound its reads.
@@ -139,7 +140,7 @@ uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
     delete[] m_XCFA2SwitchZoomRatio;
     m_XCFA2SwitchZoomRatio = ratios;
     m_XCFA2SwitchZoomRatioCount = count;
-    return 0;
+    return kStatusOk;
 }
 
 float StaticSupportCapabilities::ProcessRemapZoomRatio(char* sensorName, int skip) {

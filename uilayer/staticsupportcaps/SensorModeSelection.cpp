@@ -11,6 +11,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -122,12 +123,12 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCaps(_CapsBitset caps, Qu
         if (ForcedSensorModeIndex(static_cast<uint32_t>(type), &forced)) {
             index = static_cast<signed char>(forced);
             UI_LOGE("Force Sensor Mode Index %d frameworkId %d", index, type);
-            return 0;
+            return kStatusOk;
         }
     }
     if (m_isSystemCamera == 0) {
         GetSensorModeIndexByCapsForOtherCam(caps, type, index);
-        return 0;
+        return kStatusOk;
     }
 
     StandardizeSensorCapsMask(caps);
@@ -174,7 +175,7 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCaps(_CapsBitset caps, Qu
     }
     if (result == kConfigOk) {
         index = static_cast<signed char>(value & 0xFFu);
-        return 0;
+        return kStatusOk;
     }
     UI_LOGE("GetSensorModeIndexByCaps Query %s fail, please config: %s", anyModeKey, exactKey);
     return result;
@@ -187,7 +188,7 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
     // The engineering camera picks its MIPI mode itself.
     if (m_mipiSelectMode != kNoSensorMode) {
         index = static_cast<signed char>(m_mipiSelectMode);
-        return 0;
+        return kStatusOk;
     }
 
     const char* client = m_clientPackageName;
@@ -202,7 +203,7 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
             m_firstStreamDimension.height, m_maxFps);
     if (rowCount == 0 ||
         GetLocaleKeyValuesCount(kOtherCamSettingGroup, client, "0") != kOtherCamRowSize) {
-        return 0;
+        return kStatusOk;
     }
 
     // A row: camera type, max fps, first stream width and height, operation
@@ -224,10 +225,10 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
         }
         if (matches) {
             index = static_cast<signed char>(values[kOtherCamRowSize - 1]);
-            return 0;
+            return kStatusOk;
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -13,7 +13,9 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
@@ -29,11 +31,6 @@ constexpr const char* kSessionParamsStep = "ParseSessionParams";
 constexpr size_t kSessionNameSize = 80;
 // The snapshot raw format text is copied up to this many bytes.
 constexpr size_t kRawFormatTextSize = 128;
-
-constexpr uint32_t kOperationModeMask = 0xF0FF;
-constexpr uint32_t kOpModeTeleConverter = 0x80B4;
-constexpr uint32_t kOpModeProVideo = 0x80BE;
-constexpr uint32_t kOpModeProVideoAlt = 0x8009;
 
 constexpr const char* kOverrideGroup = "ThirdAppOperationModeOverride";
 constexpr const char* kAePrecaptureGroup = "DisableAePrecapture";
@@ -255,13 +252,13 @@ void CopySessionMetadataString(const camera_metadata_t* meta, uint32_t tag, char
 }
 
 uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_configuration* config) {
-    uint32_t result = 0;
+    uint32_t result = kStatusOk;
     m_cameraIsFromMainMenu = 0;
 
     camera_metadata_t* meta = config != nullptr ? config->session_parameters : nullptr;
     if (meta == nullptr) {
         UI_LOGE("Invalid Args");
-        result = 4;
+        result = kStatusInvalidArgument;
     } else {
         // The HAL's configuration object is mutable (IuiLayer takes it
         // non-const): a listed third-app client gets its operation mode
@@ -309,7 +306,7 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     }
 
     m_supportCaps.reset(CapsOpMode80BE8009);
-    if (m_operationMode == kOpModeProVideo || m_operationMode == kOpModeProVideoAlt) {
+    if (IsProVideoFamilyMode(m_operationMode)) {
         m_supportCaps.set(CapsOpMode80BE8009);
         m_supportCaps.set(CapsProVideoFamily);
     }
@@ -439,8 +436,7 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
         }
     }
 
-    if ((m_operationMode == 0x8001 || m_operationMode == 0x8009 || m_operationMode == 0x8019) &&
-        m_numPhysicalCameras >= 2) {
+    if (IsSatFusionMode(m_operationMode) && m_numPhysicalCameras >= 2) {
         m_supportCaps.set(CapsSatFusion);
         UI_LOGI_IN(kSessionParamsStep, "Sat fusion is supported!");
     }

@@ -9,6 +9,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -56,7 +57,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         UI_LOGE("Check CameraHWConfiguration.config");
     }
     if (keyCount == 0) {
-        return 0;
+        return kStatusOk;
     }
 
     // At least a whole entry, so that every value below can be read.
@@ -132,7 +133,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
 
 uint32_t StaticSupportCapabilities::ConfigureSensorDCGVSStreamingByCaps() {
     if (m_numPhysicalCameras == 0) {
-        return 0;
+        return kStatusOk;
     }
     int status = 0;
     for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {

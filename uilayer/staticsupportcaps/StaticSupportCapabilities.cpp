@@ -9,6 +9,7 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
 
@@ -122,14 +123,14 @@ StaticSupportCapabilities::~StaticSupportCapabilities() {
 
 int StaticSupportCapabilities::GetFwkCameraIdByCameraIndex(unsigned int cameraIndex) const {
     if (cameraIndex >= m_numPhysicalCameras) {
-        return -1;
+        return kNoCamera;
     }
     return m_cameraInfo[cameraIndex].frameworkId;
 }
 
 int StaticSupportCapabilities::GetFwkCameraIdByStream(const camera3_stream* stream) const {
     if (stream == nullptr || !HasPhysicalCameraId(*stream)) {
-        return -1;
+        return kNoCamera;
     }
     return atoi(stream->physical_camera_id);
 }
@@ -150,7 +151,7 @@ int StaticSupportCapabilities::FindCameraEntryByPhysicalId(uint32_t physicalCamI
             return static_cast<int>(i);
         }
     }
-    return -1;
+    return kNoCamera;
 }
 
 void StaticSupportCapabilities::ResetSessionState() {
@@ -167,7 +168,7 @@ void StaticSupportCapabilities::ResetSessionState() {
     m_warmStartLux = 0.0f;
     m_mipiSelectMode = 0;
     memset(m_cameraMode, 0, sizeof(m_cameraMode));
-    m_operationMode = 0xFFFF;
+    m_operationMode = kOperationModeUnset;
     m_warmStartLux = -1.0f;
     m_mipiSelectMode = 0xFF;
 
@@ -180,7 +181,7 @@ void StaticSupportCapabilities::ResetSessionState() {
 int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_configuration* config) {
     if (config == nullptr) {
         UI_LOGE("Invalid Args");
-        return 4;
+        return kStatusInvalidArgument;
     }
     m_debugEnable = property_get_bool("vendor.debug.camera.policy.debugEnable", false) ? 1 : 0;
     // The HAL always configures at least one stream; an empty configuration
@@ -228,13 +229,13 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
             UI_LOGI("logicalCameraId %d, m_sensorNameList %s", id, m_sensorNameList[id].c_str());
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 int StaticSupportCapabilities::ParseStreamCapabilities(const camera3_stream_configuration* config) {
     ParseStreamsInfo(config);
     SelectLowlatencyPipeline(config);
-    return 0;
+    return kStatusOk;
 }
 
 bool StaticSupportCapabilities::IsSessionSupportCaps(DesiredSupportCaps caps,
@@ -264,7 +265,7 @@ int StaticSupportCapabilities::GetStaticCapsMask(QueryCapsType type, _CapsBitset
             }
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -31,6 +31,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
+#include "common/OperationModes.h"
 
 namespace Lumora {
 
@@ -196,7 +197,7 @@ private:
 
     // Session parameters (the block from m_operationMode to m_cameraMode is
     // reset by every configuration).
-    uint32_t m_operationMode = 0xFFFF;
+    uint32_t m_operationMode = kOperationModeUnset;
     uint32_t m_isAICompositionEnable = 0;
     int32_t m_minFps = 0;
     int32_t m_maxFps = 0;

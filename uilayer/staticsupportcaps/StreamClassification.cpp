@@ -10,6 +10,8 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
+#include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -127,7 +129,8 @@ public:
         // Extended preview of the vendor modes that support it.
         if (previewYuv && s.ext_stream_mode >= 2 &&
             IsOneOf(m_operationMode,
-                    {0x1, 0x800B, 0x8021, 0x8028, 0x80A9, 0x80AE, 0x80B5, 0x80B6, 0x80B7})) {
+                    {kOpModeConstrainedHighSpeed, kOpMode800B, kOpMode8021, kOpMode8028,
+                     kOpMode80A9, kOpMode80AE, kOpMode80B5, kOpMode80B6, kOpMode80B7})) {
             m_sessionCaps.set(CapsExtModePreview);
         }
         if (previewYuv && (m_facts.oisOpMode || m_facts.thirdApp)) {
@@ -171,7 +174,7 @@ public:
         }
         // The small preview of the multi-camera modes is the view finder.
         if (previewYuv && s.width == 320 && s.height == 240 &&
-            IsOneOf(m_operationMode, {0x8001, 0x8009, 0x8019, 0x80B4})) {
+            (IsSatFusionMode(m_operationMode) || m_operationMode == kOpModeTeleConverter)) {
             return EStreamTypeViewFinder;
         }
         if (previewYuv) {
@@ -259,7 +262,7 @@ private:
             (s.width == 6560 || s.height == 4928) &&
             (s.format == HAL_PIXEL_FORMAT_YCbCr_420_888 ||
              s.format == HAL_PIXEL_FORMAT_YCBCR_P010 || (s.usage & GRALLOC_USAGE_PRIVATE_2) != 0);
-        if (m_operationMode == 0x8001) {
+        if (m_operationMode == kOpModeSat8001) {
             m_sessionCaps.set(CapsRawStream);
         }
         return fullSize ? EStreamTypeSnapshotRAWFullYUV : EStreamTypeSnapshotYUV;
@@ -270,7 +273,7 @@ private:
         if (!IsQcfaRawCandidate(s) || !m_facts.qcfaSensor) {
             return false;
         }
-        if (phyCameraId != -1) {
+        if (phyCameraId != kNoCamera) {
             bool qcfaCamera = false;
             for (uint32_t e = 0; e < m_recordEntryCount; ++e) {
                 const LumoraCameraEntry& entry = m_record->cameraEntry[e];
@@ -422,7 +425,7 @@ void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const Classificatio
 int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configuration* config) {
     if (config == nullptr) {
         UI_LOGE("Invalid Args");
-        return 0;
+        return kStatusOk;
     }
     uint32_t numStreams = config->num_streams;
     if (numStreams > 0 && config->streams == nullptr) {
@@ -469,7 +472,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
         UI_LOGE("Get VideoASDOperationMode failed");
     } else {
         for (uint32_t mode : asdModes) {
-            if ((mode & 0xF0FFu) == m_operationMode) {
+            if ((mode & kOperationModeMask) == m_operationMode) {
                 facts.videoAsdMode = true;
                 UI_LOGI("videoASDMode: 0x%x bVideoASDMode: %d", mode, facts.videoAsdMode);
             }
@@ -579,7 +582,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
     if (UI_LOG_INFO_ON()) {
         LogStreamLists(m_streamInfo, facts);
     }
-    return 0;
+    return kStatusOk;
 }
 
 std::vector<_UIStreamInfo>* StaticSupportCapabilities::GetStreamByStreamType(StreamType type) {
@@ -614,7 +617,7 @@ int StaticSupportCapabilities::GetCameraIndexByStream(const camera3_stream* stre
             return static_cast<int>(static_cast<uint8_t>(i));
         }
     }
-    return -1;
+    return kNoCamera;
 }
 
 }  // namespace Lumora

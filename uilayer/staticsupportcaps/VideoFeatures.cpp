@@ -11,6 +11,7 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -119,7 +120,7 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
     if (CameraModeIs(m_cameraMode, "pro_video_mode") && m_videoStabilizationMode == 0) {
         m_supportCaps.reset(CapsVideoEIS);
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsFlowControl(
@@ -128,7 +129,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsFlowControl(
         m_supportCaps.set(CapsFlowControl);
         UI_LOGI("EnableFlowControl");
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
@@ -144,7 +145,7 @@ uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
     if (videoWatermarkEnable != 0 && videoHalWatermarkEnable) {
         m_supportCaps.set(CapsVideoHalWatermark);
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
@@ -154,7 +155,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
     UI_LOGI("sessionParams.cameraMode %s, numPhysicalCameras %d", cameraMode, m_numPhysicalCameras);
     if (!CameraModeIs(m_cameraMode, "pro_video_log_mode") &&
         !CameraModeIs(m_cameraMode, "pro_video_mode")) {
-        return 0;
+        return kStatusOk;
     }
 
     // Cameras listed in the mask keep in-sensor zoom; the others have it
@@ -171,7 +172,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
         }
         UI_LOGI("physical %d DisableProVideoIZoom %d", physicalCamId, inMask ? 0 : 1);
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora
