@@ -268,9 +268,12 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
         // QBC 4x by zoom ratio. A single-camera session first tries the
         // threshold after the other cameras' ones; a position beyond the list
         // has no threshold.
-        const float* thresholds = session != nullptr ? session->m_XCFA2SwitchZoomRatio : nullptr;
-        const int64_t thresholdCount =
-            thresholds != nullptr ? session->m_XCFA2SwitchZoomRatioCount : 0;
+        const float* thresholds = nullptr;
+        int64_t thresholdCount = 0;
+        if (session != nullptr) {
+            thresholds = session->m_XCFA2SwitchZoomRatio.data();
+            thresholdCount = static_cast<int64_t>(session->m_XCFA2SwitchZoomRatio.size());
+        }
         auto reachesThreshold = [&](int64_t position) {
             return position >= 0 && position < thresholdCount && thresholds[position] > 0.0f &&
                    zoomRatio >= thresholds[position];
@@ -278,7 +281,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
         for (uint32_t c = 0; c < cameraCount; ++c) {
             const uint32_t cam = info->cameraEntry[c].physicalCamId;
             bool enabled = false;
-            if (thresholds != nullptr) {
+            if (thresholdCount > 0) {
                 if (cameraCount == 1) {
                     enabled = reachesThreshold(static_cast<int64_t>(cam) +
                                                session->m_allCameraNumbers - 1);

@@ -74,8 +74,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
         return kStatusOk;
     }
 
-    const char* packageName = m_clientPackageName != nullptr ? m_clientPackageName : "";
-    const char* activityName = m_clientActivityName != nullptr ? m_clientActivityName : "";
+    const char* packageName = m_clientPackageName.data();
+    const char* activityName = m_clientActivityName.data();
     // Camera masks have 32 bits; the logical camera id picks one of them.
     const uint32_t cameraBit = 1u << (static_cast<uint32_t>(m_logicalCamId) & 31u);
 

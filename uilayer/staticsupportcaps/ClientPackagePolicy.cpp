@@ -99,8 +99,8 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
     if (FindByteEntry(meta, kTagPackageName, &entry)) {
         UI_LOGI("find vendor tags com.tavro.packageName");
         if (entry.count < kClientNameSize) {
-            CopyName(m_clientPackageName, kClientNameSize, entry);
-            UI_LOGI("get packageName successfully, packageName is %s", m_clientPackageName);
+            CopyName(m_clientPackageName.data(), kClientNameSize, entry);
+            UI_LOGI("get packageName successfully, packageName is %s", m_clientPackageName.data());
         }
     } else {
         UI_LOGE("cannot find vendor tags com.tavro.packageName");
@@ -108,8 +108,9 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
 
     if (FindByteEntry(meta, kTagActivityName, &entry)) {
         if (entry.count < kClientNameSize) {
-            CopyName(m_clientActivityName, kClientNameSize, entry);
-            UI_LOGI("get activityName successfully, activityName is %s", m_clientActivityName);
+            CopyName(m_clientActivityName.data(), kClientNameSize, entry);
+            UI_LOGI("get activityName successfully, activityName is %s",
+                    m_clientActivityName.data());
         } else {
             UI_LOGE("no find vendor tags com.tavro.activityName");
         }
@@ -123,7 +124,7 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
         UI_LOGE("no find vendor tags com.tavro.is.sdk.camera.package");
     }
 
-    const char* package = m_clientPackageName;
+    const char* package = m_clientPackageName.data();
 
     m_SupportOisCenterOn = 0;
     if (MatchesConfiguredPackageList(package, "OisCenterOnApp")) {

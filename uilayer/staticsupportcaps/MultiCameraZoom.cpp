@@ -239,7 +239,9 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
         PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdebug", "0") > 0 ? 1 : 0;
 
     sat.isTripartiteFallbackWhitelist =
-        IsTripartiteFallbackApp(m_clientPackageName, m_clientActivityName, __func__) ? 1 : 0;
+        IsTripartiteFallbackApp(m_clientPackageName.data(), m_clientActivityName.data(), __func__)
+            ? 1
+            : 0;
 
     // Bokeh seamless zoom is restricted only in bokeh sessions that do not
     // translate the zoom ratio themselves.
@@ -258,7 +260,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     sat.supportBokehIzoomSeamless =
         (m_isBokehMode != 0 && !enableBokehZoomRatio) ? (seamlessMode ? 1 : 0) : 1;
 
-    const bool zoomDivisionApp = IsZoomDivisionApp(m_clientPackageName, m_clientActivityName);
+    const bool zoomDivisionApp =
+        IsZoomDivisionApp(m_clientPackageName.data(), m_clientActivityName.data());
     sat.is3rdCamZoomDivisionApp = zoomDivisionApp ? 1 : 0;
     sat.supportZoomDivision = (zoomDivisionApp || m_isSystemCamera != 0) ? 1 : 0;
 

@@ -133,13 +133,11 @@ uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
         // Without the key the ratios of an earlier configuration stay.
         return kStatusOk;
     }
-    // Values that do not read as floats leave zeros: the count always matches
-    // the array, which the request path relies on to bound its reads.
-    float* ratios = new float[count]();
-    GetFloatListConfiguration(kRemosaicGroup, "XCFA2SwitchZoomRatio", ratios, count);
-    delete[] m_XCFA2SwitchZoomRatio;
-    m_XCFA2SwitchZoomRatio = ratios;
-    m_XCFA2SwitchZoomRatioCount = count;
+    // Values that do not read as floats stay 0; the request path bounds its
+    // reads by the list's size.
+    m_XCFA2SwitchZoomRatio.assign(count, 0.0f);
+    GetFloatListConfiguration(kRemosaicGroup, "XCFA2SwitchZoomRatio", m_XCFA2SwitchZoomRatio.data(),
+                              count);
     return kStatusOk;
 }
 

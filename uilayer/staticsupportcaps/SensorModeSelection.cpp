@@ -191,14 +191,14 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
         return kStatusOk;
     }
 
-    const char* client = m_clientPackageName;
+    const char* client = m_clientPackageName.data();
     uint32_t rowCount = GetLocaleKeyCount(kOtherCamSettingGroup, client);
     if (rowCount == 0) {
-        client = m_clientActivityName;
+        client = m_clientActivityName.data();
         rowCount = GetLocaleKeyCount(kOtherCamSettingGroup, client);
     }
     UI_LOGI("The keyCount of %s: %u, package name: %s, activity name: %s", kOtherCamSettingGroup,
-            rowCount, m_clientPackageName, m_clientActivityName);
+            rowCount, m_clientPackageName.data(), m_clientActivityName.data());
     UI_LOGI("width : %d, height: %d,fps :%d", m_firstStreamDimension.width,
             m_firstStreamDimension.height, m_maxFps);
     if (rowCount == 0 ||

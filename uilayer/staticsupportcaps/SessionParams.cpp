@@ -262,7 +262,7 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     } else {
         // The HAL's configuration object is mutable (IuiLayer takes it
         // non-const): a listed third-app client gets its operation mode
-        // rewritten in place, and every later step and module sees the new one.
+        // rewritten in place, and every later step and module sees the rewritten one.
         auto* mutableConfig = const_cast<camera3_stream_configuration*>(config);
         OverrideThirdAppOperationMode(mutableConfig, meta);
         ParseSessionMetadata(config, meta);
@@ -315,7 +315,7 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     InitPackageName(const_cast<camera3_stream_configuration*>(config));
 
     m_disableAePrecapture =
-        IsAePrecaptureDisabled(m_clientPackageName, m_clientActivityName) ? 1 : 0;
+        IsAePrecaptureDisabled(m_clientPackageName.data(), m_clientActivityName.data()) ? 1 : 0;
 
     const bool hasVideoStream = HasStream(config, IsVideoStream);
     if (hasVideoStream) {

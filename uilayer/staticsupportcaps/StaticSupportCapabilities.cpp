@@ -104,22 +104,9 @@ StaticSupportCapabilities::StaticSupportCapabilities(unsigned int cameraId,
         m_frameworkId = cameraId;
         m_logicalCamId = -1;
     }
-
-    m_clientPackageName = new char[kClientNameSize]();
-    m_clientActivityName = new char[kClientNameSize]();
-    m_sensorDimension = new _SensorDimension[kSensorDimensionRows]();
 }
 
-StaticSupportCapabilities::~StaticSupportCapabilities() {
-    delete[] m_clientPackageName;
-    m_clientPackageName = nullptr;
-    delete[] m_clientActivityName;
-    m_clientActivityName = nullptr;
-    delete[] m_XCFA2SwitchZoomRatio;
-    m_XCFA2SwitchZoomRatio = nullptr;
-    delete[] m_sensorDimension;
-    m_sensorDimension = nullptr;
-}
+StaticSupportCapabilities::~StaticSupportCapabilities() {}
 
 int StaticSupportCapabilities::GetFwkCameraIdByCameraIndex(unsigned int cameraIndex) const {
     if (cameraIndex >= m_numPhysicalCameras) {

@@ -25,6 +25,7 @@
 #include <hardware/camera3.h>
 #include <hardware/camera_common.h>
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -84,12 +85,12 @@ public:
     int GetStaticCapsMask(QueryCapsType type, _CapsBitset& mask) const;
     _SatStaticCaps* GetSatStaticCaps() { return &m_satStaticCaps; }
     const char* GetPipelineName() const { return m_pipelineName; }
-    char* GetPackageName() { return m_clientPackageName; }
-    char* GetActivityName() { return m_clientActivityName; }
+    char* GetPackageName() { return m_clientPackageName.data(); }
+    char* GetActivityName() { return m_clientActivityName.data(); }
     bool IsDisableAePrecaptureTriggerForSnapshot() const { return m_disableAePrecapture != 0; }
     char* GetCameraMode() { return m_cameraMode; }
     unsigned int GetVideoStabMode() const { return m_videoStabilizationMode; }
-    _SensorDimension* GetSensorDimension() { return m_sensorDimension; }
+    _SensorDimension* GetSensorDimension() { return m_sensorDimension.data(); }
     StarModeAEInfo* GetStarModeAEInfo() { return &m_starModeAEInfo; }
 
     // ---- Camera table ----
@@ -186,7 +187,7 @@ private:
     uint8_t m_numPhysicalCameras = 0;
     LumoraCameraEntry m_cameraInfo[kMaxPhysicalCameras] = {};
     _CapsBitset m_cameraSupportCaps[kMaxPhysicalCameras];
-    _SensorDimension* m_sensorDimension = nullptr;
+    std::array<_SensorDimension, kSensorDimensionRows> m_sensorDimension = {};
     uint8_t m_allCameraNumbers = 0;
     camera_info* m_pCameraInfo[kMaxCameraTable] = {};
 
@@ -213,8 +214,8 @@ private:
 
     // Client package policy. The name buffers hold 80 characters and a terminator.
     static constexpr size_t kClientNameSize = 81;
-    char* m_clientPackageName = nullptr;
-    char* m_clientActivityName = nullptr;
+    std::array<char, kClientNameSize> m_clientPackageName = {};
+    std::array<char, kClientNameSize> m_clientActivityName = {};
     uint32_t m_isCameraUint = 0;
     uint32_t m_SupportOisCenterOn = 0;
     uint32_t m_SupportOisCloseOcs = 0;
@@ -240,8 +241,7 @@ private:
 
     // RAW and QCFA sizes.
     std::map<unsigned int, ODimension> m_customRawFullSizes;
-    float* m_XCFA2SwitchZoomRatio = nullptr;
-    uint32_t m_XCFA2SwitchZoomRatioCount = 0;
+    std::vector<float> m_XCFA2SwitchZoomRatio;
     float m_baseZoomRatio = 1.0f;
     uint32_t m_isNeedRemapZoomRatio = 0;
 

@@ -62,21 +62,13 @@ void UIParser::Init(unsigned int allCameraNumbers, camera_info* pAllCameraInfo) 
     }
 }
 
-UIParser::UIParser(unsigned int cameraId) : m_pStaticCaps(nullptr), m_pRDCMap(nullptr) {
-    m_pStaticCaps = new StaticSupportCapabilities(cameraId, m_allCameraNumbers, m_pAllCameraInfo);
-    m_pRDCMap = new RDCMap(kRequestRingCapacity, m_pStaticCaps);
-}
+UIParser::UIParser(unsigned int cameraId)
+    : m_pStaticCaps(std::make_unique<StaticSupportCapabilities>(cameraId, m_allCameraNumbers,
+                                                                m_pAllCameraInfo)),
+      m_pRDCMap(std::make_unique<RDCMap>(kRequestRingCapacity, m_pStaticCaps.get())) {}
 
-UIParser::~UIParser() {
-    if (m_pStaticCaps != nullptr) {
-        delete m_pStaticCaps;
-        m_pStaticCaps = nullptr;
-    }
-    if (m_pRDCMap != nullptr) {
-        delete m_pRDCMap;
-        m_pRDCMap = nullptr;
-    }
-}
+// Defined here, where the session object and the ring are complete types.
+UIParser::~UIParser() {}
 
 bool UIParser::IsSessionSupportCaps(DesiredSupportCaps caps, QueryCapsType type) {
     return m_pStaticCaps->IsSessionSupportCaps(caps, type);
