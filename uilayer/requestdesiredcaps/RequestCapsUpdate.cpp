@@ -8,12 +8,12 @@
 
 #include "common/CapsConstants.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/OperationModes.h"
 #include "common/Platform.h"
 #include "common/Status.h"
 #include "common/StreamPredicates.h"
 #include "common/VendorTags.h"
-#include "requestdesiredcaps/MetadataRead.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
-#include "../resultappliedcaps/ResultAppliedCapabilities.h"
+#include "resultappliedcaps/ResultAppliedCapabilities.h"
 
 namespace Lumora {
 

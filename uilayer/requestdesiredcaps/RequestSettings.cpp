@@ -1,9 +1,9 @@
 // Scalar values of a request's settings that the tuning mode query matches.
 #include "common/CapsConstants.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/Platform.h"
 #include "common/VendorTags.h"
-#include "requestdesiredcaps/MetadataRead.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 
 namespace Lumora {

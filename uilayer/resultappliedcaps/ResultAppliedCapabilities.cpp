@@ -4,10 +4,10 @@
 #include <cstring>
 
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/Platform.h"
 #include "common/Status.h"
 #include "common/VendorTags.h"
-#include "requestdesiredcaps/MetadataRead.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
