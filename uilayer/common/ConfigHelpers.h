@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <vector>
 
 namespace Lumora {
@@ -20,6 +21,13 @@ int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out)
 
 // True when the unsigned list group/key reads successfully and holds `value`.
 bool UIntListContains(const char* group, const char* key, uint32_t value);
+
+// Decimal text of a row index, the index of the store's indexed ("Locale")
+// reads.
+struct RowIndex {
+    explicit RowIndex(uint32_t row) { snprintf(text, sizeof(text), "%u", row); }
+    char text[16];
+};
 
 // Formats "name[index]" into `out`; false when it does not fit.
 bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index);

@@ -36,10 +36,6 @@ uint32_t ParseHexMask(const char* text) {
     return static_cast<uint32_t>(value);
 }
 
-void FormatIndex(char (&out)[16], uint32_t index) {
-    snprintf(out, sizeof(out), "%u", index);
-}
-
 // Enable for every client on the cameras of a mask: rows of (enable, mask).
 // Rows are logged on behalf of `step`.
 bool IsEnabledForAllApps(uint32_t cameraBit, const char* step) {
@@ -48,11 +44,10 @@ bool IsEnabledForAllApps(uint32_t cameraBit, const char* step) {
         return false;
     }
     for (uint32_t i = 0; i < keyCount; ++i) {
-        char indexText[16];
-        FormatIndex(indexText, i);
+        const RowIndex indexText(i);
         // A row with a single value leaves the mask at 0: no camera.
         uint32_t values[2] = {0, 0};
-        if (GetLocaleUIntegerListConfiguration(kEnableGroup, "isEnable3rdAppVIULL", indexText,
+        if (GetLocaleUIntegerListConfiguration(kEnableGroup, "isEnable3rdAppVIULL", indexText.text,
                                                values, 2) != kConfigOk) {
             continue;
         }
@@ -89,11 +84,10 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
             packageName, m_logicalCamId, disableKeyCount, disableEntryCount);
     if (disableKeyCount > 0 && disableEntryCount == 1) {
         for (uint32_t i = 0; i < disableKeyCount; ++i) {
-            char indexText[16];
-            FormatIndex(indexText, i);
+            const RowIndex indexText(i);
             uint32_t mask = 0;
-            if (GetLocaleUIntegerListConfiguration(kDisableMapGroup, packageName, indexText, &mask,
-                                                   1) != kConfigOk) {
+            if (GetLocaleUIntegerListConfiguration(kDisableMapGroup, packageName, indexText.text,
+                                                   &mask, 1) != kConfigOk) {
                 continue;
             }
             UI_LOGI("key: 0x%x, sensorMask: 0x%x", mask, cameraBit);
@@ -113,12 +107,11 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
             packageName, m_logicalCamId, enableKeyCount, enableValueCount);
     if (enableKeyCount > 0 && enableValueCount == 2) {
         for (uint32_t i = 0; i < enableKeyCount; ++i) {
-            char indexText[16];
-            FormatIndex(indexText, i);
+            const RowIndex indexText(i);
             // A row with only the mask names no activity and cannot match.
             char* values[2] = {nullptr, nullptr};
-            if (GetLocaleStringListConfiguration(kEnableMapGroup, packageName, indexText, values,
-                                                 2) != kConfigOk ||
+            if (GetLocaleStringListConfiguration(kEnableMapGroup, packageName, indexText.text,
+                                                 values, 2) != kConfigOk ||
                 values[0] == nullptr) {
                 continue;
             }

@@ -95,10 +95,9 @@ void StaticSupportCapabilities::ConfigSensorNameMap() {
         return;
     }
     for (uint32_t i = 0; i < rows; ++i) {
-        char index[16];
         char key[32];
-        snprintf(index, sizeof(index), "%u", i);
-        snprintf(key, sizeof(key), "%s[%s]", "mode", index);
+        const RowIndex index(i);
+        snprintf(key, sizeof(key), "%s[%s]", "mode", index.text);
         const uint32_t count = GetValuesCount(kSensorNameGroup, key);
         if (count < 2) {
             continue;

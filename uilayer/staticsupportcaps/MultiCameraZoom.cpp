@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -119,13 +118,12 @@ uint32_t SelectFallbackUsecase(const FallbackInputs& in) {
 // Strings of one indexed row; values the row does not have stay null.
 bool ReadLocaleStrings(const char* group, const char* name, uint32_t index, uint32_t count,
                        std::vector<char*>& values) {
-    char indexText[16];
-    snprintf(indexText, sizeof(indexText), "%u", index);
+    const RowIndex indexText(index);
     values.assign(count, nullptr);
     if (count == 0) {
         return false;
     }
-    return GetLocaleStringListConfiguration(group, name, indexText, values.data(), count) ==
+    return GetLocaleStringListConfiguration(group, name, indexText.text, values.data(), count) ==
            kConfigOk;
 }
 
@@ -141,10 +139,9 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, 
     for (uint32_t i = 0; i < keyCount; ++i) {
         if (valueCount < 2) {
             // One name, matched as a prefix of the package or of the activity.
-            char indexText[16];
-            snprintf(indexText, sizeof(indexText), "%u", i);
+            const RowIndex indexText(i);
             char* app = nullptr;
-            if (GetLocaleStringConfiguration(kGroup, "App", indexText, &app) != kConfigOk ||
+            if (GetLocaleStringConfiguration(kGroup, "App", indexText.text, &app) != kConfigOk ||
                 app == nullptr || app[0] == '\0') {
                 continue;
             }

@@ -4,7 +4,6 @@
 #include <CameraHWConfiguration.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 #include "common/ConfigHelpers.h"
@@ -51,14 +50,13 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
         std::vector<uint32_t> values(intCount < 3 ? 3 : intCount);
         std::vector<char*> names(valueCount);
         for (uint32_t row = 0; row < rowCount; ++row) {
-            char index[16];
-            snprintf(index, sizeof(index), "%u", row);
+            const RowIndex index(row);
             std::fill(values.begin(), values.end(), 0u);
             if (intCount < 2) {
                 values[1] = kAnyLogicalCamera;
             }
             // A row that does not read as integers matches nothing.
-            if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index,
+            if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index.text,
                                                    values.data(), intCount) != kConfigOk) {
                 continue;
             }
@@ -70,7 +68,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             std::fill(names.begin(), names.end(), nullptr);
             // A row shorter than the first one has no name at the last position:
             // it keeps the earlier choice, like a row that cannot be read.
-            if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index,
+            if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index.text,
                                                  names.data(), valueCount) != kConfigOk ||
                 names[valueCount - 1] == nullptr) {
                 continue;

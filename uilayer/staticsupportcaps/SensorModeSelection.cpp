@@ -212,10 +212,9 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
         static_cast<int32_t>(type), m_maxFps, static_cast<int32_t>(m_firstStreamDimension.width),
         static_cast<int32_t>(m_firstStreamDimension.height), static_cast<int32_t>(m_operationMode)};
     for (uint32_t row = 0; row < rowCount; ++row) {
-        char rowIndex[16];
-        snprintf(rowIndex, sizeof(rowIndex), "%u", row);
+        const RowIndex rowIndex(row);
         int32_t values[kOtherCamRowSize] = {};
-        if (GetLocaleIntegerListConfiguration(kOtherCamSettingGroup, client, rowIndex, values,
+        if (GetLocaleIntegerListConfiguration(kOtherCamSettingGroup, client, rowIndex.text, values,
                                               kOtherCamRowSize) != kConfigOk) {
             continue;
         }

@@ -119,10 +119,9 @@ void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
         return;
     }
     for (uint32_t i = 0; i < rows; ++i) {
-        char index[16];
-        snprintf(index, sizeof(index), "%u", i);
+        const RowIndex index(i);
         char* values[4] = {};
-        if (GetLocaleStringListConfiguration(kOverrideGroup, "scene", index, values, 4) !=
+        if (GetLocaleStringListConfiguration(kOverrideGroup, "scene", index.text, values, 4) !=
                 kConfigOk ||
             values[0] == nullptr || values[1] == nullptr) {
             continue;
@@ -156,15 +155,14 @@ bool IsAePrecaptureDisabled(const char* package, const char* activity) {
     const uint32_t rows = GetKeyCount(kAePrecaptureGroup);
     for (uint32_t i = 0; i < rows; ++i) {
         char key[32];
-        char index[16];
         snprintf(key, sizeof(key), "scene[%u]", i);
-        snprintf(index, sizeof(index), "%u", i);
+        const RowIndex index(i);
         const uint32_t count = GetValuesCount(kAePrecaptureGroup, key);
         if (count < 2) {
             continue;
         }
         std::vector<char*> values(count, nullptr);
-        if (GetLocaleStringListConfiguration(kAePrecaptureGroup, "scene", index, values.data(),
+        if (GetLocaleStringListConfiguration(kAePrecaptureGroup, "scene", index.text, values.data(),
                                              count) != kConfigOk ||
             values[0] == nullptr || values[1] == nullptr || values[0][0] == '\0' ||
             values[1][0] == '\0') {
@@ -219,14 +217,13 @@ bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const cha
             continue;
         }
         for (uint32_t i = 0; i < rows; ++i) {
-            char index[16];
-            snprintf(index, sizeof(index), "%u", i);
+            const RowIndex index(i);
             // A row shorter than two values is malformed and matches nothing.
-            if (GetLocaleKeyValuesCount(kFrameInsertGroup, "Mode", index) < 2) {
+            if (GetLocaleKeyValuesCount(kFrameInsertGroup, "Mode", index.text) < 2) {
                 continue;
             }
-            if (GetLocaleUIntegerListConfiguration(kFrameInsertGroup, "Mode", index, row.data(),
-                                                   rowLength) == kConfigOk &&
+            if (GetLocaleUIntegerListConfiguration(kFrameInsertGroup, "Mode", index.text,
+                                                   row.data(), rowLength) == kConfigOk &&
                 row[0] == config->operation_mode && row[1] == stream->width) {
                 return true;
             }

@@ -64,11 +64,10 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
     std::vector<int32_t> values(std::max(valueCount, kShdrEntrySize), 0);
     int status = 0;
     for (uint32_t i = 0; i < keyCount; ++i) {
-        char indexText[16];
-        snprintf(indexText, sizeof(indexText), "%d", static_cast<int>(i));
+        const RowIndex indexText(i);
         std::fill(values.begin(), values.end(), 0);
-        status = GetLocaleIntegerListConfiguration(kShdrGroup, "Mode", indexText, values.data(),
-                                                   valueCount);
+        status = GetLocaleIntegerListConfiguration(kShdrGroup, "Mode", indexText.text,
+                                                   values.data(), valueCount);
         if (status != kConfigOk) {
             continue;
         }
@@ -76,7 +75,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         // entry without its camera, mode, mask, type or fps cannot be matched,
         // so it is skipped rather than guessed.
         if (valueCount < kShdrEntrySize ||
-            GetLocaleKeyValuesCount(kShdrGroup, "Mode", indexText) < kShdrEntrySize) {
+            GetLocaleKeyValuesCount(kShdrGroup, "Mode", indexText.text) < kShdrEntrySize) {
             continue;
         }
         if (UI_LOG_INFO_ON()) {

@@ -3,7 +3,6 @@
 #include <CameraHWConfiguration.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 #include "common/CapsConstants.h"
@@ -23,12 +22,6 @@ constexpr const char* kStarModeGroup = "StarMode";
 constexpr uint32_t kAIAFRowValues = 2;
 // A tuning policy row needs at least the tuning mode and the operation mode.
 constexpr uint32_t kMinTuningRowValues = 2;
-
-// Decimal text of a row index for the indexed configuration reads.
-struct RowIndex {
-    explicit RowIndex(uint32_t row) { snprintf(text, sizeof(text), "%u", row); }
-    char text[16];
-};
 
 // Builds one tuning policy table from the rows of `group` that apply to
 // `operationMode` (or to any mode). Leaves the table and its count untouched

@@ -3,7 +3,6 @@
 #include <CameraHWConfiguration.h>
 #include <system/camera_metadata.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -84,22 +83,21 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
         std::vector<char*> names;
         for (uint32_t i = 0; i < rowCount; ++i) {
             char key[32];
-            char indexText[16];
             if (!FormatIndexedKey(key, sizeof(key), "Mode", i)) {
                 continue;
             }
-            snprintf(indexText, sizeof(indexText), "%u", i);
+            const RowIndex indexText(i);
             const uint32_t valueCount = GetValuesCount(kGroup, key);
             if (valueCount < 2) {
                 continue;
             }
             uint32_t mode = 0;
-            if (GetLocaleUIntegerListConfiguration(kGroup, "Mode", indexText, &mode, 1) !=
+            if (GetLocaleUIntegerListConfiguration(kGroup, "Mode", indexText.text, &mode, 1) !=
                 kConfigOk) {
                 continue;
             }
             names.assign(valueCount, nullptr);
-            if (GetLocaleStringListConfiguration(kGroup, "Mode", indexText, names.data(),
+            if (GetLocaleStringListConfiguration(kGroup, "Mode", indexText.text, names.data(),
                                                  valueCount) != kConfigOk ||
                 mode != m_operationMode) {
                 continue;

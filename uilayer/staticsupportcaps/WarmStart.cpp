@@ -67,11 +67,10 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
     if (valueCount >= kWarmDolRowValues) {
         std::vector<uint32_t> values;
         for (uint32_t row = 0; row < rows; ++row) {
-            char index[16];
-            snprintf(index, sizeof(index), "%u", row);
+            const RowIndex index(row);
             values.assign(valueCount, 0);
-            if (GetLocaleKeyValuesCount(kWarmDolGroup, "Mode", index) < kWarmDolRowValues ||
-                GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index, values.data(),
+            if (GetLocaleKeyValuesCount(kWarmDolGroup, "Mode", index.text) < kWarmDolRowValues ||
+                GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index.text, values.data(),
                                                    valueCount) != kConfigOk ||
                 values[0] != m_operationMode) {
                 continue;
