@@ -358,64 +358,43 @@ private:
     const ClassificationFacts& m_facts;
 };
 
-#define LOG_STREAM_LIST(lists, type, name)                                                \
+// One line per entry of the list of role `type`: the fields every list shows,
+// then the text `more` with its arguments (which may name the entry `info`).
+#define LOG_STREAM_LIST(lists, type, more, ...)                                           \
     do {                                                                                  \
         const std::vector<_UIStreamInfo>& list = (lists)[type];                           \
         for (const _UIStreamInfo& info : list) {                                          \
             UI_LOGI_IN(kStreamsInfoStep,                                                  \
-                       "[" name                                                           \
+                       "[" #type                                                          \
                        "] size %lu streamIndex %d phyCameraId %d pStream %p, format %x, " \
-                       "width %d, height %d",                                             \
+                       "width %d, height %d" more,                                        \
                        static_cast<unsigned long>(list.size()), info.streamIndex,         \
                        info.phyCameraId, static_cast<const void*>(info.pStream),          \
-                       info.pStream->format, info.pStream->width, info.pStream->height);  \
+                       info.pStream->format, info.pStream->width, info.pStream->height,   \
+                       ##__VA_ARGS__);                                                    \
         }                                                                                 \
     } while (0)
 
 // Every list with its entries, in the order the camera layer reads them.
 void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const ClassificationFacts& facts) {
-    LOG_STREAM_LIST(lists, EStreamTypePreview, "EStreamTypePreview");
-    LOG_STREAM_LIST(lists, EStreamTypeVideo, "EStreamTypeVideo");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotYUV, "EStreamTypeSnapshotYUV");
-    LOG_STREAM_LIST(lists, EStreamTypeVideoLiveShot, "EStreamTypeVideoLiveShot");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFullYUV, "EStreamTypeSnapshotRAWFullYUV");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotJPEG, "EStreamTypeSnapshotJPEG");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAW, "EStreamTypeSnapshotRAW");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWShort, "EStreamTypeSnapshotRAWShort");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWMiddle, "EStreamTypeSnapshotRAWMiddle");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFull, "EStreamTypeSnapshotRAWFull");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWQcfa2x2, "EStreamTypeSnapshotRAWQcfa2x2");
-    LOG_STREAM_LIST(lists, EStreamTypeMetadata, "EStreamTypeMetadata");
-    for (const _UIStreamInfo& info : lists[EStreamTypeMultiSpectralRaw]) {
-        UI_LOGI_IN(
-            kStreamsInfoStep,
-            "[EStreamTypeMultiSpectralRaw] size %lu streamIndex %d phyCameraId %d pStream %p, "
-            "format %x, width %d, height %d, stream_use_case:%llx",
-            static_cast<unsigned long>(lists[EStreamTypeMultiSpectralRaw].size()), info.streamIndex,
-            info.phyCameraId, static_cast<const void*>(info.pStream), info.pStream->format,
-            info.pStream->width, info.pStream->height,
-            static_cast<unsigned long long>(info.pStream->stream_use_case));
-    }
-    for (const _UIStreamInfo& info : lists[EStreamTypeASDPreview]) {
-        UI_LOGI_IN(
-            kStreamsInfoStep,
-            "[EStreamTypeASDPreview] size %lu streamIndex %d phyCameraId %d pStream %p, format "
-            "%x, width %d, height %d bViewFinderEnabledMode %d bVideoASDMode %d",
-            static_cast<unsigned long>(lists[EStreamTypeASDPreview].size()), info.streamIndex,
-            info.phyCameraId, static_cast<const void*>(info.pStream), info.pStream->format,
-            info.pStream->width, info.pStream->height, facts.viewFinderEnabledMode,
-            facts.videoAsdMode);
-    }
-    for (const _UIStreamInfo& info : lists[EStreamTypeViewFinder]) {
-        UI_LOGI_IN(
-            kStreamsInfoStep,
-            "[EStreamTypeViewFinder] size %lu streamIndex %d phyCameraId %d pStream %p, format "
-            "%x, width %d, height %d bViewFinderEnabledMode %d bVideoASDMode %d",
-            static_cast<unsigned long>(lists[EStreamTypeViewFinder].size()), info.streamIndex,
-            info.phyCameraId, static_cast<const void*>(info.pStream), info.pStream->format,
-            info.pStream->width, info.pStream->height, facts.viewFinderEnabledMode,
-            facts.videoAsdMode);
-    }
+    LOG_STREAM_LIST(lists, EStreamTypePreview, "");
+    LOG_STREAM_LIST(lists, EStreamTypeVideo, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotYUV, "");
+    LOG_STREAM_LIST(lists, EStreamTypeVideoLiveShot, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFullYUV, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotJPEG, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAW, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWShort, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWMiddle, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFull, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWQcfa2x2, "");
+    LOG_STREAM_LIST(lists, EStreamTypeMetadata, "");
+    LOG_STREAM_LIST(lists, EStreamTypeMultiSpectralRaw, ", stream_use_case:%llx",
+                    static_cast<unsigned long long>(info.pStream->stream_use_case));
+    LOG_STREAM_LIST(lists, EStreamTypeASDPreview, " bViewFinderEnabledMode %d bVideoASDMode %d",
+                    facts.viewFinderEnabledMode, facts.videoAsdMode);
+    LOG_STREAM_LIST(lists, EStreamTypeViewFinder, " bViewFinderEnabledMode %d bVideoASDMode %d",
+                    facts.viewFinderEnabledMode, facts.videoAsdMode);
 }
 
 #undef LOG_STREAM_LIST
