@@ -1,9 +1,11 @@
 // Single-bit capability sets, one per named bit that the library sets or tests
-// as a whole set, and the two capability groups of the session mask query.
+// as a whole set, the frame rate classes, and the two capability groups of the
+// session mask query.
 #ifndef LUMORA_CAPS_CONSTANTS_H
 #define LUMORA_CAPS_CONSTANTS_H
 
 #include <cstddef>
+#include <cstdint>
 
 #include "IuiLayer.h"
 
@@ -73,6 +75,27 @@ constexpr _CapsBitset kCapsOverrideASDStreamDtSpace = CapsBit(CapsOverrideASDStr
 constexpr _CapsBitset kCapsOisCloseOcs = CapsBit(CapsOisCloseOcs);
 constexpr _CapsBitset kCapsOisCenterOn = CapsBit(CapsOisCenterOn);
 constexpr _CapsBitset kCapsPreviewOis = CapsBit(CapsPreviewOis);
+
+// Sets the frame rate class of a session's maximum frame rate: 60, 120, 240
+// or 480 fps each have a bit, any other rate has none.
+inline void SetFpsCaps(_CapsBitset& caps, int32_t maxFps) {
+    switch (maxFps) {
+        case 60:
+            caps.set(CapsFps60);
+            break;
+        case 120:
+            caps.set(CapsFps120);
+            break;
+        case 240:
+            caps.set(CapsFps240);
+            break;
+        case 480:
+            caps.set(CapsFps480);
+            break;
+        default:
+            break;
+    }
+}
 
 // Capabilities that GetStaticCapsMask reports for the logical camera and for a
 // physical camera, in ascending order.

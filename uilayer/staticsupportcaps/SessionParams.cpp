@@ -11,6 +11,7 @@
 #include <cstring>
 #include <vector>
 
+#include "common/CapsConstants.h"
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/OperationModes.h"
@@ -285,22 +286,7 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
         m_supportCaps.set(CapsVideoMLFT);
     }
 
-    switch (m_maxFps) {
-        case 60:
-            m_supportCaps.set(CapsFps60);
-            break;
-        case 120:
-            m_supportCaps.set(CapsFps120);
-            break;
-        case 240:
-            m_supportCaps.set(CapsFps240);
-            break;
-        case 480:
-            m_supportCaps.set(CapsFps480);
-            break;
-        default:
-            break;
-    }
+    SetFpsCaps(m_supportCaps, m_maxFps);
 
     m_supportCaps.reset(CapsOpMode80BE8009);
     if (IsProVideoFamilyMode(m_operationMode)) {

@@ -8,6 +8,7 @@
 #include <map>
 #include <vector>
 
+#include "common/CapsConstants.h"
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/OperationModes.h"
@@ -184,22 +185,7 @@ public:
             return EStreamTypePreview;
         }
         if (IsVideoStream(s)) {
-            switch (m_maxFps) {
-                case 60:
-                    m_sessionCaps.set(CapsFps60);
-                    break;
-                case 120:
-                    m_sessionCaps.set(CapsFps120);
-                    break;
-                case 240:
-                    m_sessionCaps.set(CapsFps240);
-                    break;
-                case 480:
-                    m_sessionCaps.set(CapsFps480);
-                    break;
-                default:
-                    break;
-            }
+            SetFpsCaps(m_sessionCaps, m_maxFps);
             return EStreamTypeVideo;
         }
 
