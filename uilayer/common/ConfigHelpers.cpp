@@ -20,6 +20,14 @@ int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out)
     return status;
 }
 
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue) {
+    bool value = defaultValue;
+    if (GetBooleanConfiguration(group, key, &value) != kConfigOk) {
+        return defaultValue;
+    }
+    return value;
+}
+
 bool UIntListContains(const char* group, const char* key, uint32_t value) {
     std::vector<uint32_t> values;
     if (ReadUIntList(group, key, values) != kConfigOk) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 namespace Lumora {
@@ -18,6 +19,16 @@ constexpr int kConfigNotFound = 6;
 // count). Returns the store's status; a key with no values gives 0 and an empty
 // list.
 int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out);
+
+// A boolean of the store; `defaultValue` when it is not configured or does not
+// read.
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue = false);
+
+// Prefix rule of the package, activity and property comparisons: an empty
+// prefix matches every text.
+inline bool StartsWith(const char* text, const char* prefix) {
+    return strncmp(text, prefix, strlen(prefix)) == 0;
+}
 
 // True when the unsigned list group/key reads successfully and holds `value`.
 bool UIntListContains(const char* group, const char* key, uint32_t value);

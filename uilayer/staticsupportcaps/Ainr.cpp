@@ -126,11 +126,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     }
 
     // HDR video streams exclude VIULL on devices that say so, whoever asked.
-    bool disableForHdr = false;
-    if (GetBooleanConfiguration("OemCommonCapbility", "disableVIULLForSpecificHDR",
-                                &disableForHdr) != kConfigOk) {
-        disableForHdr = false;
-    }
+    const bool disableForHdr = ReadConfigBool("OemCommonCapbility", "disableVIULLForSpecificHDR");
     int32_t supportedAinrType = kAinrTypeNone;
     if (disableForHdr && HasStream(config, IsHdrVideoStream)) {
         enableVIULL = false;

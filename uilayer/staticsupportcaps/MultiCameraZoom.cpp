@@ -65,18 +65,6 @@ int PropertyDecimal(const char* name, const char* defaultValue) {
     return ParseDecimal(value);
 }
 
-bool StartsWith(const char* text, const char* prefix) {
-    return strncmp(text, prefix, strlen(prefix)) == 0;
-}
-
-bool ReadConfigBool(const char* group, const char* key, bool defaultValue) {
-    bool value = defaultValue;
-    if (GetBooleanConfiguration(group, key, &value) != kConfigOk) {
-        return defaultValue;
-    }
-    return value;
-}
-
 struct FallbackInputs {
     bool thirdPartyOrCameraUnit;
     bool bokehSession;
@@ -205,7 +193,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
 
     // While the device charges wirelessly (and the device allows it) fallback
     // detection is off.
-    const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless", false);
+    const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless");
     char wirelessText[kWirelessReadSize + 1] = {};
     const int readStatus = readFile(kWirelessOnlinePath, wirelessText, kWirelessReadSize);
     const int wirelessStat = ParseDecimal(wirelessText);
@@ -243,7 +231,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     // Bokeh seamless zoom is restricted only in bokeh sessions that do not
     // translate the zoom ratio themselves.
     const bool enableBokehZoomRatio =
-        ReadConfigBool("BokehZoomRatioTranslateInfo", "enableBokehZoomRatio", false);
+        ReadConfigBool("BokehZoomRatioTranslateInfo", "enableBokehZoomRatio");
     std::vector<uint32_t> seamlessModes;
     ReadUIntList("BokehSATConfig", "supportBokehIzoomSeamless", seamlessModes);
     bool seamlessMode = false;
@@ -267,13 +255,13 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     if (m_isSystemCamera != 0 && m_isCameraUint == 0) {
         sat.enableSmoothZoom = 1;
         if (m_numPhysicalCameras >= 2) {
-            sat.useAIDLInput = ReadConfigBool("SatSmoothZoom", "UseAIDLInput", false) ? 1 : 0;
+            sat.useAIDLInput = ReadConfigBool("SatSmoothZoom", "UseAIDLInput") ? 1 : 0;
         }
     }
 
     sat.isBokehMode = m_isBokehMode;
     sat.isEnableSkipMiddleSensor =
-        ReadConfigBool("SatPointZoomSkip", "isEnableSkipMiddleSensor", false) ? 1 : 0;
+        ReadConfigBool("SatPointZoomSkip", "isEnableSkipMiddleSensor") ? 1 : 0;
 
     if (hasVideoStream) {
         int32_t videoMaxRtCount = 0;

@@ -14,6 +14,7 @@
 #include "common/CapsConstants.h"
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/OperationModes.h"
 #include "common/Platform.h"
 #include "common/Status.h"
@@ -44,30 +45,6 @@ const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uin
 
 bool IsRaw12(const camera3_stream& stream) {
     return stream.format == HAL_PIXEL_FORMAT_RAW12;
-}
-
-// A session parameter of the expected element type with at least `minCount`
-// elements. An entry of another type or a shorter one counts as absent, so no
-// read goes past an entry's data.
-bool FindEntry(const camera_metadata_t* meta, uint32_t tag, uint8_t type, size_t minCount,
-               camera_metadata_ro_entry_t* entry) {
-    return find_camera_metadata_ro_entry(meta, tag, entry) == 0 && entry->type == type &&
-           entry->count >= minCount && (entry->count == 0 || entry->data.u8 != nullptr);
-}
-
-// Copies the bytes of a text entry into `out` (`size` bytes, zeroed here) and
-// keeps the last byte for the terminator.
-void CopyEntryText(const camera_metadata_ro_entry_t& entry, char* out, size_t size) {
-    memset(out, 0, size);
-    const size_t count = entry.count < size - 1 ? entry.count : size - 1;
-    if (count > 0) {
-        memcpy(out, entry.data.u8, count);
-    }
-}
-
-bool IsProVideoMode(const char* cameraMode) {
-    return strcmp(cameraMode, "pro_video_mode") == 0 ||
-           strcmp(cameraMode, "pro_video_log_mode") == 0;
 }
 
 // Reads a hexadecimal operation mode ("8001" or "0x8001").
@@ -201,10 +178,7 @@ void WriteGenericCamFlag(camera_metadata_t* meta, bool isGeneric) {
     }
 }
 
-bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const char* cameraMode) {
-    if (IsProVideoMode(cameraMode)) {
-        return false;
-    }
+bool MatchVideoFrameInsert(const camera3_stream_configuration* config) {
     const uint32_t rows = GetKeyCount(kFrameInsertGroup);
     const uint32_t rowLength = GetValuesCount(kFrameInsertGroup, "Mode[0]");
     if (rows == 0 || rowLength < 2) {
@@ -236,16 +210,9 @@ bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const cha
 }  // namespace
 
 void CopySessionMetadataString(const camera_metadata_t* meta, uint32_t tag, char* out) {
-    if (meta == nullptr || out == nullptr) {
-        return;
-    }
     camera_metadata_ro_entry_t entry = {};
-    if (!FindEntry(meta, tag, TYPE_BYTE, 0, &entry)) {
-        return;
-    }
-    const size_t count = entry.count < kSessionNameSize - 1 ? entry.count : kSessionNameSize - 1;
-    if (count > 0) {
-        memcpy(out, entry.data.u8, count);
+    if (out != nullptr && FindTypedEntry(meta, tag, TYPE_BYTE, 0, &entry)) {
+        CopyEntryText(entry, out, kSessionNameSize);
     }
 }
 
@@ -281,8 +248,7 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     }
 
     const bool mlftExcluded = IsMlftNodeExcluded(m_operationMode);
-    if (!mlftExcluded && strcmp(m_cameraMode, "pro_video_log_mode") != 0 &&
-        m_numPhysicalCameras != 1) {
+    if (!mlftExcluded && !CameraModeIs("pro_video_log_mode") && m_numPhysicalCameras != 1) {
         m_supportCaps.set(CapsVideoMLFT);
     }
 
@@ -312,22 +278,19 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
         m_supportCaps.set(CapsSystemCamera);
     }
 
-    if (IsProVideoMode(m_cameraMode) || strcmp(m_cameraMode, "video_mode") == 0 ||
-        strcmp(m_cameraMode, "telephoto_video_mode") == 0) {
+    if (IsProVideoCameraMode() || CameraModeIs("video_mode") ||
+        CameraModeIs("telephoto_video_mode")) {
         m_supportCaps.set(CapsVideoCameraMode);
     }
 
-    bool lockMaster = false;
-    if (GetBooleanConfiguration("OemCamSettings", "SupportSnaphotLockMaster", &lockMaster) ==
-            kConfigOk &&
-        lockMaster) {
+    if (ReadConfigBool("OemCamSettings", "SupportSnaphotLockMaster")) {
         m_supportCaps.set(CapsSnapshotLockMaster);
         UI_LOGI("SupportSnaphotLockMaster is enabled");
     }
 
-    if (strcmp(m_cameraMode, "pro_video_log_mode") == 0) {
+    if (CameraModeIs("pro_video_log_mode")) {
         m_supportCaps.set(CapsCameraModeProVideoLog);
-    } else if (strcmp(m_cameraMode, "pro_video_mode") == 0) {
+    } else if (CameraModeIs("pro_video_mode")) {
         m_supportCaps.set(CapsCameraModeProVideo);
     }
 
@@ -359,7 +322,8 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
         m_supportCaps.set(CapsVideoStream);
     }
 
-    const bool frameInsert = config != nullptr && MatchVideoFrameInsert(config, m_cameraMode);
+    const bool frameInsert =
+        config != nullptr && !IsProVideoCameraMode() && MatchVideoFrameInsert(config);
     if (frameInsert) {
         m_supportCaps.set(CapsVideoFrameInsert);
     }
@@ -385,18 +349,18 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
         m_supportCaps.reset(CapsViewFinderUseAsdFullFovPath);
     }
 
-    if (FindEntry(meta, VendorTagId(kTagAICompositionEnable), TYPE_BYTE, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagAICompositionEnable), TYPE_BYTE, 1, &entry)) {
         m_isAICompositionEnable = entry.data.u8[0] == 1 ? 1 : 0;
         UI_LOGI_IN(kSessionParamsStep, "isAICompositionEnable: %d", m_isAICompositionEnable);
     }
 
-    if (FindEntry(meta, ANDROID_CONTROL_AE_TARGET_FPS_RANGE, TYPE_INT32, 2, &entry)) {
+    if (FindTypedEntry(meta, ANDROID_CONTROL_AE_TARGET_FPS_RANGE, TYPE_INT32, 2, &entry)) {
         m_minFps = entry.data.i32[0];
         m_maxFps = entry.data.i32[1];
         UI_LOGI_IN(kSessionParamsStep, "fps: %d %d", m_minFps, m_maxFps);
     }
 
-    if (FindEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
         const bool lut3d = Is3DLutEnabled();
         // At most 128 bytes of the text; the buffer keeps room for the terminator.
         CopyEntryText(entry, m_cameraMode, sizeof(m_cameraMode));
@@ -406,7 +370,7 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
 
     // RAW12 is the snapshot raw format unless the client names another one.
     if (HasStream(config, IsRaw12)) {
-        if (!FindEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
+        if (!FindTypedEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
             m_supportCaps.set(CapsSnapshotRaw12);
             UI_LOGI_IN(kSessionParamsStep, "set RAW12 SnapshotRawFormat");
         } else {
@@ -424,23 +388,23 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
         UI_LOGI_IN(kSessionParamsStep, "Sat fusion is supported!");
     }
 
-    if (FindEntry(meta, VendorTagId(kTagWarmStartLux), TYPE_FLOAT, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagWarmStartLux), TYPE_FLOAT, 1, &entry)) {
         m_warmStartLux = entry.data.f[0];
     }
     UI_LOGI_IN(kSessionParamsStep, "warmStartLux: %f", static_cast<double>(m_warmStartLux));
-    if (FindEntry(meta, VendorTagId(kTagMipiSelectMode), TYPE_BYTE, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagMipiSelectMode), TYPE_BYTE, 1, &entry)) {
         m_mipiSelectMode = entry.data.u8[0];
         UI_LOGI_IN(kSessionParamsStep, "engineercamera mipiSelectMode: %d",
                    static_cast<int8_t>(m_mipiSelectMode));
     }
-    if (FindEntry(meta, VendorTagId(kTagCameraFromMainMenu), TYPE_BYTE, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagCameraFromMainMenu), TYPE_BYTE, 1, &entry)) {
         m_cameraIsFromMainMenu = entry.data.u8[0];
     }
 }
 
 void StaticSupportCapabilities::ApplyCameraMode(bool lut3d) {
-    const bool proVideo = strcmp(m_cameraMode, "pro_video_mode") == 0;
-    const bool proVideoLog = strcmp(m_cameraMode, "pro_video_log_mode") == 0;
+    const bool proVideo = CameraModeIs("pro_video_mode");
+    const bool proVideoLog = CameraModeIs("pro_video_log_mode");
     if (proVideo || proVideoLog) {
         m_supportCaps.set(CapsProVideo);
         if (proVideoLog) {
@@ -458,17 +422,16 @@ void StaticSupportCapabilities::ApplyCameraMode(bool lut3d) {
         if (m_videoStabilizationMode == 0) {
             m_supportCaps.reset(CapsVideoEIS);
         }
-    } else if (strcmp(m_cameraMode, "super_text_mode") == 0 ||
-               strcmp(m_cameraMode, "super_text_mode_v2") == 0) {
+    } else if (CameraModeIs("super_text_mode") || CameraModeIs("super_text_mode_v2")) {
         m_supportCaps.set(CapsSuperText);
-    } else if (strcmp(m_cameraMode, "video_mode") == 0) {
+    } else if (CameraModeIs("video_mode")) {
         if (m_maxFps == 120) {
             m_supportCaps.set(CapsVideoEIS);
             m_supportCaps.set(CapsVideo120Fps);
         }
-    } else if (strcmp(m_cameraMode, "fine_food_mode") == 0) {
+    } else if (CameraModeIs("fine_food_mode")) {
         m_supportCaps.set(CapsFineFood);
-    } else if (strcmp(m_cameraMode, "gr_mode") == 0) {
+    } else if (CameraModeIs("gr_mode")) {
         m_supportCaps.set(CapsGrMode);
     }
 }

@@ -27,6 +27,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
@@ -133,6 +134,16 @@ private:
                               const camera_metadata_t* meta);
     // Caps of the client's camera mode (m_cameraMode).
     void ApplyCameraMode(bool lut3d);
+    // Whether the client's camera mode is `name`. The buffer is handed out
+    // writable, so the compare does not rely on its terminator.
+    bool CameraModeIs(const char* name) const {
+        const size_t length = strlen(name);
+        return strnlen(m_cameraMode, sizeof(m_cameraMode)) == length &&
+               memcmp(m_cameraMode, name, length) == 0;
+    }
+    bool IsProVideoCameraMode() const {
+        return CameraModeIs("pro_video_mode") || CameraModeIs("pro_video_log_mode");
+    }
 
     // ---- Client package policy ----
     uint32_t InitPackageName(camera3_stream_configuration* config);

@@ -105,9 +105,7 @@ void StaticSupportCapabilities::ConfigStarModeAEInfo() {
     if (m_operationMode != kOpModeStarMode) {
         return;
     }
-    bool overrideAE = false;
-    if (GetBooleanConfiguration(kStarModeGroup, "needOverrideAE", &overrideAE) != kConfigOk ||
-        !overrideAE) {
+    if (!ReadConfigBool(kStarModeGroup, "needOverrideAE")) {
         return;
     }
     m_supportCaps.set(CapsStarModeOverrideAE);

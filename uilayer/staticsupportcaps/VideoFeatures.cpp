@@ -18,14 +18,6 @@ namespace Lumora {
 
 namespace {
 
-// The camera mode buffer holds at most its size in characters and need not
-// be terminated when the client's text filled it.
-template <size_t N>
-bool CameraModeIs(const char (&cameraMode)[N], const char* name) {
-    const size_t length = strlen(name);
-    return strnlen(cameraMode, N) == length && memcmp(cameraMode, name, length) == 0;
-}
-
 // First byte of a session parameter, or false when the configuration has no
 // such entry (or an empty one).
 bool FindSessionByte(const camera3_stream_configuration* config, uint32_t tag, uint8_t& value) {
@@ -39,11 +31,6 @@ bool FindSessionByte(const camera3_stream_configuration* config, uint32_t tag, u
     }
     value = entry.data.u8[0];
     return true;
-}
-
-bool ReadConfigBool(const char* group, const char* key) {
-    bool value = false;
-    return GetBooleanConfiguration(group, key, &value) == kConfigOk && value;
 }
 
 }  // namespace
@@ -115,7 +102,7 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
 
     // The professional video mode keeps stabilisation off unless the
     // application asked for it.
-    if (CameraModeIs(m_cameraMode, "pro_video_mode") && m_videoStabilizationMode == 0) {
+    if (CameraModeIs("pro_video_mode") && m_videoStabilizationMode == 0) {
         m_supportCaps.reset(CapsVideoEIS);
     }
     return kStatusOk;
@@ -151,8 +138,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
     char cameraMode[sizeof(m_cameraMode) + 1] = {};
     memcpy(cameraMode, m_cameraMode, sizeof(m_cameraMode));
     UI_LOGI("sessionParams.cameraMode %s, numPhysicalCameras %d", cameraMode, m_numPhysicalCameras);
-    if (!CameraModeIs(m_cameraMode, "pro_video_log_mode") &&
-        !CameraModeIs(m_cameraMode, "pro_video_mode")) {
+    if (!IsProVideoCameraMode()) {
         return kStatusOk;
     }
 
