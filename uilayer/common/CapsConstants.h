@@ -11,10 +11,29 @@
 
 namespace Lumora {
 
+// The camera a query type names: its low 8 bits, TypeLogicalCamera or a
+// physical camera id.
+constexpr uint32_t QueryCameraId(QueryCapsType type) {
+    return static_cast<uint32_t>(type) & 0xFFu;
+}
+
+// A place of CapsBits left empty.
+constexpr size_t kNoCapsBit = 1024;
+
+constexpr uint64_t CapsWordBit(size_t bit, size_t word) {
+    return bit / 64 == word ? uint64_t{1} << (bit % 64) : 0;
+}
+
+// The set of up to three bits (each 0..99, or kNoCapsBit), usable in constant
+// tables.
+constexpr _CapsBitset CapsBits(size_t a, size_t b = kNoCapsBit, size_t c = kNoCapsBit) {
+    return _CapsBitset(CapsWordBit(a, 0) | CapsWordBit(b, 0) | CapsWordBit(c, 0),
+                       CapsWordBit(a, 1) | CapsWordBit(b, 1) | CapsWordBit(c, 1));
+}
+
 // The set with exactly bit `pos` (0..99).
 constexpr _CapsBitset CapsBit(size_t pos) {
-    return pos < 64 ? _CapsBitset(uint64_t{1} << pos, 0)
-                    : _CapsBitset(0, uint64_t{1} << (pos - 64));
+    return CapsBits(pos);
 }
 
 constexpr _CapsBitset kCapsStreamPreview = CapsBit(CapsStreamPreview);

@@ -26,32 +26,22 @@ constexpr int32_t kStatusNoSensorMode = kStatusInvalidArgument;
 // Sensor mode list value: no mode chosen upstream, the warm start decides.
 constexpr int32_t kModeByWarmStart = -1;
 
-// The set of up to three bits, usable in constant tables.
-constexpr size_t kNoBit = 1024;
-constexpr uint64_t WordBit(size_t bit, size_t word) {
-    return bit / 64 == word ? uint64_t{1} << (bit % 64) : 0;
-}
-constexpr _CapsBitset Bits(size_t a, size_t b = kNoBit, size_t c = kNoBit) {
-    return _CapsBitset(WordBit(a, 0) | WordBit(b, 0) | WordBit(c, 0),
-                       WordBit(a, 1) | WordBit(b, 1) | WordBit(c, 1));
-}
-
 // Sensor mode bits by sensor mode list value 0..12; the same for the logical
 // camera of a single-camera session and for each physical camera.
 constexpr _CapsBitset kModeBits[] = {
-    _CapsBitset(),                                                           // 0
-    Bits(CapsSensorModeFlag19),                                              // 1
-    _CapsBitset(),                                                           // 2
-    Bits(CapsSHDRPath),                                                      // 3
-    Bits(CapsSHDRPath, CapsSensorModeFlag19),                                // 4
-    Bits(CapsSensorModeFlag19, CapsSensorModeFlag20),                        // 5
-    Bits(CapsSensorModeFlag20, CapsPhysicalRawStream),                       // 6
-    Bits(CapsSHDRPath, CapsSensorModeFlag19, CapsSensorModeFlag20),          // 7
-    Bits(CapsSHDRType1),                                                     // 8
-    Bits(Caps3DolStreaming),                                                 // 9
-    Bits(Caps3DolStreaming),                                                 // 10
-    Bits(CapsSensorModeFlag19, CapsSensorModeFlag20, CapsSensorModeFlag81),  // 11
-    Bits(CapsSHDRType2),                                                     // 12
+    _CapsBitset(),                                                               // 0
+    CapsBits(CapsSensorModeFlag19),                                              // 1
+    _CapsBitset(),                                                               // 2
+    CapsBits(CapsSHDRPath),                                                      // 3
+    CapsBits(CapsSHDRPath, CapsSensorModeFlag19),                                // 4
+    CapsBits(CapsSensorModeFlag19, CapsSensorModeFlag20),                        // 5
+    CapsBits(CapsSensorModeFlag20, CapsPhysicalRawStream),                       // 6
+    CapsBits(CapsSHDRPath, CapsSensorModeFlag19, CapsSensorModeFlag20),          // 7
+    CapsBits(CapsSHDRType1),                                                     // 8
+    CapsBits(Caps3DolStreaming),                                                 // 9
+    CapsBits(Caps3DolStreaming),                                                 // 10
+    CapsBits(CapsSensorModeFlag19, CapsSensorModeFlag20, CapsSensorModeFlag81),  // 11
+    CapsBits(CapsSHDRType2),                                                     // 12
 };
 constexpr int32_t kModeCount = static_cast<int32_t>(sizeof(kModeBits) / sizeof(kModeBits[0]));
 
@@ -68,22 +58,24 @@ struct StreamBits {
     _CapsBitset camera;
 };
 constexpr StreamBits kStreamBits[EStreamTypeMax] = {
-    {_CapsBitset(), _CapsBitset()},             // None
-    {Bits(0), Bits(0)},                         // Preview
-    {Bits(1), Bits(1)},                         // SnapshotYUV
-    {Bits(2), Bits(2)},                         // SnapshotJPEG
-    {Bits(3), Bits(3)},                         // SnapshotRAW
-    {Bits(4), Bits(4)},                         // RAWShort
-    {Bits(5), Bits(5)},                         // RAWMiddle
-    {Bits(6), Bits(6, CapsPhysicalRawStream)},  // RAWFull
-    {_CapsBitset(), _CapsBitset()},             // RAWFullYUV
-    {Bits(7), Bits(7, CapsPhysicalRawStream)},  // RAWQcfa2x2
-    {Bits(8), Bits(8)},                         // Video
-    {_CapsBitset(), _CapsBitset()},             // VideoLiveShot
-    {Bits(10), Bits(10)},                       // ViewFinder
-    {Bits(11), Bits(11)},                       // ASDPreview
-    {Bits(12), Bits(12)},                       // Metadata
-    {Bits(13), Bits(13)},                       // MultiSpectralRaw
+    {_CapsBitset(), _CapsBitset()},  // None
+    {CapsBits(CapsStreamPreview), CapsBits(CapsStreamPreview)},
+    {CapsBits(CapsStreamSnapshotYUV), CapsBits(CapsStreamSnapshotYUV)},
+    {CapsBits(CapsStreamSnapshotJPEG), CapsBits(CapsStreamSnapshotJPEG)},
+    {CapsBits(CapsStreamSnapshotRAW), CapsBits(CapsStreamSnapshotRAW)},
+    {CapsBits(CapsStreamSnapshotRAWShort), CapsBits(CapsStreamSnapshotRAWShort)},
+    {CapsBits(CapsStreamSnapshotRAWMiddle), CapsBits(CapsStreamSnapshotRAWMiddle)},
+    {CapsBits(CapsStreamSnapshotRAWFull),
+     CapsBits(CapsStreamSnapshotRAWFull, CapsPhysicalRawStream)},
+    {_CapsBitset(), _CapsBitset()},  // RAWFullYUV
+    {CapsBits(CapsStreamSnapshotRAWQcfa2x2),
+     CapsBits(CapsStreamSnapshotRAWQcfa2x2, CapsPhysicalRawStream)},
+    {CapsBits(CapsStreamVideo), CapsBits(CapsStreamVideo)},
+    {_CapsBitset(), _CapsBitset()},  // VideoLiveShot
+    {CapsBits(CapsStreamViewFinder), CapsBits(CapsStreamViewFinder)},
+    {CapsBits(CapsStreamASDPreview), CapsBits(CapsStreamASDPreview)},
+    {CapsBits(CapsStreamMetadata), CapsBits(CapsStreamMetadata)},
+    {CapsBits(CapsStreamMultiSpectralRaw), CapsBits(CapsStreamMultiSpectralRaw)},
 };
 
 // The request's sensor mode list: one int32 per physical camera id.
@@ -111,12 +103,6 @@ int32_t StreamPhysicalId(const camera3_stream* stream) {
     // strtol saturates where atoi's overflow is undefined; the value is then
     // cut to 32 bits as atoi's int result would be.
     return static_cast<int32_t>(strtol(stream->physical_camera_id, nullptr, 10));
-}
-
-// Camera entries of the session's camera information record, at most the
-// eight the record has room for.
-uint32_t PhysicalCameraCount(const LumoraCameraInfo* info) {
-    return info != nullptr ? std::min<uint32_t>(info->numPhysicalCameras, kMaxPhysicalCameras) : 0;
 }
 
 }  // namespace
@@ -199,7 +185,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
         return;
     }
     const LumoraCameraInfo* info = session.m_pCameraInfoMap;
-    const uint32_t cameraCount = PhysicalCameraCount(info);
+    const uint32_t cameraCount = RecordCameraCount(info);
     for (int32_t type = 0; type < EStreamTypeMax; ++type) {
         const StreamBits& bits = kStreamBits[type];
         for (const _UIStreamInfo& configured : session.m_streamInfo[type]) {
@@ -249,7 +235,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
     }
 
     const LumoraCameraInfo* info = session != nullptr ? session->m_pCameraInfoMap : nullptr;
-    const uint32_t cameraCount = PhysicalCameraCount(info);
+    const uint32_t cameraCount = RecordCameraCount(info);
     int32_t status = kStatusOk;
     bool useWarmStart = false;
 

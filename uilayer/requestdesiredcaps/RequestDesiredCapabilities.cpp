@@ -3,8 +3,10 @@
 
 #include <algorithm>
 
+#include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Status.h"
+#include "common/StreamLists.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -49,14 +51,8 @@ RequestDesiredCapabilities::~RequestDesiredCapabilities() {
 
 bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
                                                       QueryCapsType type) const {
-    // Query types count by their low 8 bits. A camera id without a slot
-    // supports nothing; a capability number of 100 or more still throws, as for
-    // any other camera.
-    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
-    const _CapsBitset& set = index == TypeLogicalCamera   ? m_primaryCaps
-                             : index < kRequestCameraCaps ? m_cameraCaps[index]
-                                                          : kNoCaps;
-    const bool supported = set.test(caps);
+    // A capability number of 100 or more throws, for any camera.
+    const bool supported = CapsOf(type).test(caps);
     UI_LOGI("frame number %d bSupport %d query supportCaps %d cameraType %d",
             static_cast<int>(m_frameNumber), supported, static_cast<int>(caps),
             static_cast<int>(type));
@@ -64,21 +60,20 @@ bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
 }
 
 _CapsBitset RequestDesiredCapabilities::GetRequestSupportCaps(QueryCapsType type) const {
-    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
-    if (index == TypeLogicalCamera) {
+    return CapsOf(type);
+}
+
+const _CapsBitset& RequestDesiredCapabilities::CapsOf(QueryCapsType type) const {
+    // A camera id without a slot supports nothing.
+    const uint32_t id = QueryCameraId(type);
+    if (id == TypeLogicalCamera) {
         return m_primaryCaps;
     }
-    return index < kRequestCameraCaps ? m_cameraCaps[index] : kNoCaps;
+    return id < kRequestCameraCaps ? m_cameraCaps[id] : kNoCaps;
 }
 
 std::vector<_UIStreamInfo>* RequestDesiredCapabilities::GetStreamByStreamType(StreamType type) {
-    if (type < 0 || type >= EStreamTypeMax) {
-        // Nothing is ever added to this list; clearing it undoes what a caller
-        // may have put there and allocates nothing.
-        m_noStreams.clear();
-        return &m_noStreams;
-    }
-    return &m_streamList[type];
+    return StreamListOf(m_streamList, m_noStreams, type);
 }
 
 int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType type) const {

@@ -48,8 +48,7 @@ int32_t ResultAppliedCapabilities::UpdateResultAppliedCaps(
         // as its whole records go.
         const size_t recordCount = std::min<size_t>(bytes / sizeof(AecInfo), kAecInfoCount);
         const LumoraCameraInfo* info = session != nullptr ? session->m_pCameraInfoMap : nullptr;
-        const uint32_t cameraCount =
-            info != nullptr ? std::min<uint32_t>(info->numPhysicalCameras, kMaxPhysicalCameras) : 0;
+        const uint32_t cameraCount = RecordCameraCount(info);
         for (uint32_t c = 0; c < cameraCount; ++c) {
             const uint32_t cam = info->cameraEntry[c].physicalCamId;
             if (cam >= kAecInfoCount) {

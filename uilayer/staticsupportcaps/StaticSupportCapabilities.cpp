@@ -18,7 +18,7 @@ namespace Lumora {
 namespace {
 
 bool IsLogicalCameraType(QueryCapsType type) {
-    return (static_cast<uint32_t>(type) & 0xFFu) == kLogicalCameraType;
+    return QueryCameraId(type) == kLogicalCameraType;
 }
 
 // The sibling's record of one camera, or null when its characteristics carry
@@ -231,7 +231,7 @@ bool StaticSupportCapabilities::IsSessionSupportCaps(DesiredSupportCaps caps,
     if (IsLogicalCameraType(type)) {
         supported = m_supportCaps.test(caps);
     } else {
-        const int index = FindCameraEntryByPhysicalId(static_cast<uint32_t>(type) & 0xFFu);
+        const int index = FindCameraEntryByPhysicalId(QueryCameraId(type));
         supported = index >= 0 && m_cameraSupportCaps[index].test(caps);
     }
     UI_LOGV("IsSessionSupportCaps %d supportCaps %d cameraType %d", supported, caps, type);

@@ -26,6 +26,7 @@
 #include <hardware/camera_common.h>
 
 #include <array>
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -43,6 +44,14 @@ constexpr uint32_t kMaxCameraTable = 255;  // camera indices walked (8-bit count
 constexpr uint32_t kSensorDimensionRows = 8;
 constexpr uint32_t kMaxTuningPolicyEntries = 64;
 constexpr uint32_t kLogicalCameraType = TypeLogicalCamera;
+static_assert(kMaxPhysicalCameras == LUMORA_MAX_PHYSICAL_CAMERAS, "camera entries of a record");
+
+// Camera entries of a camera information record, at most the eight the record
+// has room for; none without a record.
+inline uint32_t RecordCameraCount(const LumoraCameraInfo* record) {
+    return record != nullptr ? std::min<uint32_t>(record->numPhysicalCameras, kMaxPhysicalCameras)
+                             : 0;
+}
 
 struct ODimension {
     uint32_t width;

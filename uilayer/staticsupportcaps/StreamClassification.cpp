@@ -13,6 +13,7 @@
 #include "common/Log.h"
 #include "common/OperationModes.h"
 #include "common/Status.h"
+#include "common/StreamLists.h"
 #include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -95,16 +96,6 @@ struct ClassificationFacts {
     uint32_t halfWidth = 0;
 };
 
-// Camera entries of the session's own record, bounded by the entry array.
-uint32_t RecordEntryCount(const LumoraCameraInfo* record) {
-    if (record == nullptr) {
-        return 0;
-    }
-    return record->numPhysicalCameras < LUMORA_MAX_PHYSICAL_CAMERAS
-               ? record->numPhysicalCameras
-               : static_cast<uint32_t>(LUMORA_MAX_PHYSICAL_CAMERAS);
-}
-
 // Places one stream by the rules below, in order: the first rule that places
 // it wins. The first rules only set caps bits; the later ones give the role.
 class StreamClassifier {
@@ -120,7 +111,7 @@ public:
           m_operationMode(operationMode),
           m_maxFps(maxFps),
           m_record(record),
-          m_recordEntryCount(RecordEntryCount(record)),
+          m_recordEntryCount(RecordCameraCount(record)),
           m_customRawFullSizes(customRawFullSizes),
           m_facts(facts) {}
 
@@ -551,12 +542,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
 }
 
 std::vector<_UIStreamInfo>* StaticSupportCapabilities::GetStreamByStreamType(StreamType type) {
-    // A type outside the lists gets a list that stays empty.
-    if (type < 0 || type >= EStreamTypeMax) {
-        m_noStreams.clear();
-        return &m_noStreams;
-    }
-    return &m_streamInfo[type];
+    return StreamListOf(m_streamInfo, m_noStreams, type);
 }
 
 StreamType StaticSupportCapabilities::GetStreamTypeByStream(const camera3_stream* stream) const {
