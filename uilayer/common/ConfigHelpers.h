@@ -30,8 +30,19 @@ inline bool StartsWith(const char* text, const char* prefix) {
     return strncmp(text, prefix, strlen(prefix)) == 0;
 }
 
+// Reads every string of a list; 0 on success with `out` holding the strings
+// (pointers into the configuration store), else the store's status or 6 for
+// a list without values.
+int ReadStringList(const char* group, const char* key, std::vector<char*>& out);
+
 // True when the unsigned list group/key reads successfully and holds `value`.
 bool UIntListContains(const char* group, const char* key, uint32_t value);
+
+// The wildcard of configured table rows: -1 matches any actual value.
+constexpr int32_t kConfigAnyValue = -1;
+constexpr bool RowValueMatches(int32_t rowValue, int32_t actual) {
+    return rowValue == kConfigAnyValue || rowValue == actual;
+}
 
 // Decimal text of a row index, the index of the store's indexed ("Locale")
 // reads.

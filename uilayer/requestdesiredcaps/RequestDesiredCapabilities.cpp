@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "common/CapsConstants.h"
+#include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Status.h"
 #include "common/StreamLists.h"
@@ -15,11 +16,6 @@ namespace {
 
 // Answer of a query about a camera without a caps slot.
 constexpr _CapsBitset kNoCaps;
-
-// A match field of a tuning policy entry: -1 matches any request value.
-inline bool FieldMatches(int32_t field, int32_t value) {
-    return field == -1 || field == value;
-}
 
 }  // namespace
 
@@ -87,9 +83,11 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
         // earlier ones.
         for (uint32_t i = 0; i < count; ++i) {
             const int32_t* field = m_pStaticCaps->m_feature2TuningPolicy[i].value;
-            if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
-                FieldMatches(field[2], m_apsFeatureType) && FieldMatches(field[3], m_bracketMode) &&
-                FieldMatches(field[4], m_asdSceneValue) && field[5] == -1 && field[6] == -1) {
+            if (RowValueMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
+                RowValueMatches(field[2], m_apsFeatureType) &&
+                RowValueMatches(field[3], m_bracketMode) &&
+                RowValueMatches(field[4], m_asdSceneValue) && field[5] == kConfigAnyValue &&
+                field[6] == kConfigAnyValue) {
                 result = field[0];
                 UI_LOGI("Query TuningMode TypeFeature2Snapshot %d", result);
             }
@@ -111,10 +109,12 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
         int32_t result = kNoTuningMode;
         for (uint32_t i = 0; i < count; ++i) {
             const int32_t* field = m_pStaticCaps->m_feature1TuningPolicy[i].value;
-            if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
-                FieldMatches(field[2], m_apsFeatureType) && FieldMatches(field[3], m_bracketMode) &&
-                FieldMatches(field[4], cameraFlag) && FieldMatches(field[5], hasFaceBeauty) &&
-                FieldMatches(field[6], isBracket12) && FieldMatches(field[7], m_isFromExtension)) {
+            if (RowValueMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
+                RowValueMatches(field[2], m_apsFeatureType) &&
+                RowValueMatches(field[3], m_bracketMode) && RowValueMatches(field[4], cameraFlag) &&
+                RowValueMatches(field[5], hasFaceBeauty) &&
+                RowValueMatches(field[6], isBracket12) &&
+                RowValueMatches(field[7], m_isFromExtension)) {
                 result = field[0];
                 UI_LOGI("Query TuningMode TypeFeature1Snapshot %d", result);
             }

@@ -48,12 +48,8 @@ bool MatchesConfiguredPackage(const char* package, const char* key) {
 
 // True at the first string of a configured list that the package begins with.
 bool MatchesConfiguredPackageList(const char* package, const char* key) {
-    const uint32_t count = GetValuesCount(kPackageGroup, key);
-    if (count == 0) {
-        return false;
-    }
-    std::vector<char*> prefixes(count, nullptr);
-    if (GetStringListConfiguration(kPackageGroup, key, prefixes.data(), count) != kConfigOk) {
+    std::vector<char*> prefixes;
+    if (ReadStringList(kPackageGroup, key, prefixes) != kConfigOk) {
         return false;
     }
     for (const char* prefix : prefixes) {

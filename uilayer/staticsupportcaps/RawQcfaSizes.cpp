@@ -25,22 +25,6 @@ constexpr size_t kRawSizeKeySize = 50;
 // The base zoom ratios are read into a fixed table: longer lists are cut there.
 constexpr uint32_t kMaxRemapSensors = 16;
 
-// Reads every string of a list; 0 on success with `out` holding the strings
-// (pointers into the configuration store), else the store's status or 6 for
-// a list without values.
-int ReadStringList(const char* group, const char* key, std::vector<char*>& out) {
-    const uint32_t count = GetValuesCount(group, key);
-    out.assign(count, nullptr);
-    if (count == 0) {
-        return kConfigNotFound;
-    }
-    const int status = GetStringListConfiguration(group, key, out.data(), count);
-    if (status != kConfigOk) {
-        out.clear();
-    }
-    return status;
-}
-
 }  // namespace
 
 void StaticSupportCapabilities::ConfigRAWQCFAFullSize() {

@@ -25,7 +25,6 @@ constexpr const char* kForcedSensorModeProperty = "vendor.debug.camera.policy.se
 constexpr size_t kSensorModeKeySize = 64;
 // The index byte that means "no mode".
 constexpr uint8_t kNoSensorMode = 0xFF;
-constexpr int32_t kAnyValue = -1;
 constexpr uint32_t kOtherCamRowSize = 6;
 // Caps bits 16..33 decide the sensor mode; bit 17 (position 1 after the
 // shift) is the plain mode that any other bit of the range overrides.
@@ -87,10 +86,6 @@ bool ForcedSensorModeIndex(uint32_t type, uint8_t* index) {
         }
         piece = end + 1;
     }
-}
-
-bool RowValueMatches(int32_t rowValue, int32_t actual) {
-    return rowValue == kAnyValue || rowValue == actual;
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         }
         const bool applies = values[kShdrCameraId] == static_cast<int32_t>(m_frameworkId) &&
                              static_cast<uint32_t>(values[kShdrOperationMode]) == m_operationMode &&
-                             (values[kShdrMaxFps] == -1 || values[kShdrMaxFps] == m_maxFps);
+                             RowValueMatches(values[kShdrMaxFps], m_maxFps);
         if (!applies) {
             continue;
         }

@@ -135,6 +135,12 @@ private:
     void ResetSessionState();
     // Index of the first camera entry with this physical camera id, -1 if none.
     int FindCameraEntryByPhysicalId(uint32_t physicalCamId) const;
+    // The sibling's record of a logical camera id; null for an id without one.
+    const LumoraCameraInfo* CameraRecordOf(int32_t logicalCamId) const {
+        return logicalCamId >= 0 && static_cast<uint32_t>(logicalCamId) < kMaxLogicalCameraIds
+                   ? m_cameraInfoMapById[logicalCamId]
+                   : nullptr;
+    }
 
     // ---- Session parameters ----
     uint32_t ParseSessionParams(const camera3_stream_configuration* config);

@@ -285,7 +285,7 @@ private:
         if (IsQcfaRawCandidate(s) && m_facts.qcfaSensor) {
             if (m_record != nullptr && s.width >= m_record->fullArrayWidth) {
                 fullSize = true;
-            } else if (phyCameraId != -1) {
+            } else if (phyCameraId != kNoCamera) {
                 for (uint32_t e = 0; e < m_recordEntryCount; ++e) {
                     const LumoraCameraEntry& entry = m_record->cameraEntry[e];
                     if (entry.frameworkId != phyCameraId) {
@@ -477,11 +477,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
     // QCFA facts: some camera of the session has a remosaic sensor mode, and
     // the first camera with 2x2 QCFA support gives the full array size.
     for (uint32_t i = 0; i < m_numPhysicalCameras && !facts.qcfaSensor; ++i) {
-        const int32_t logicalCamId = m_cameraInfo[i].logicalCamId;
-        if (logicalCamId < 0 || static_cast<uint32_t>(logicalCamId) >= kMaxLogicalCameraIds) {
-            continue;
-        }
-        const LumoraCameraInfo* record = m_cameraInfoMapById[logicalCamId];
+        const LumoraCameraInfo* record = CameraRecordOf(m_cameraInfo[i].logicalCamId);
         if (record == nullptr) {
             continue;
         }
@@ -501,11 +497,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
             continue;
         }
         facts.noQcfaCamera = false;
-        const LumoraCameraInfo* record =
-            entry.logicalCamId >= 0 &&
-                    static_cast<uint32_t>(entry.logicalCamId) < kMaxLogicalCameraIds
-                ? m_cameraInfoMapById[entry.logicalCamId]
-                : nullptr;
+        const LumoraCameraInfo* record = CameraRecordOf(entry.logicalCamId);
         if (record != nullptr) {
             facts.fullWidth = record->fullArrayWidth;
             facts.fullHeight = record->fullArrayHeight;

@@ -44,7 +44,7 @@ void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, ui
                                               rowValues) != kConfigOk) {
             continue;
         }
-        if (values[1] != -1 && values[1] != static_cast<int32_t>(operationMode)) {
+        if (!RowValueMatches(values[1], static_cast<int32_t>(operationMode))) {
             continue;  // an entry of another mode never applies in this session
         }
         if (appended >= kMaxTuningPolicyEntries) {

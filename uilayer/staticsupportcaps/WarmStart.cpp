@@ -20,7 +20,6 @@ constexpr const char* kWarmDolGroup = "WarmDolState";
 constexpr const char* kWarmStartFile = "/data/vendor/camera/aecWarmStartCamera_%d.txt";
 // Operation mode, camera id, seven record fields and the frame rate.
 constexpr uint32_t kWarmDolRowValues = 10;
-constexpr uint32_t kAnyFps = 0xFFFFFFFFu;
 constexpr size_t kPathSize = 512;
 
 // The values of the saved exposure state that the DOL decision reads.
@@ -76,7 +75,7 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
                 continue;
             }
             const int32_t fps = static_cast<int32_t>(values[9]);
-            if (values[9] != kAnyFps && fps != m_maxFps) {
+            if (!RowValueMatches(fps, m_maxFps)) {
                 continue;
             }
             // A later matching row for the same camera overwrites an earlier one.
