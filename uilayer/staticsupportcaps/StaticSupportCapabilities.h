@@ -25,8 +25,8 @@
 #include <hardware/camera3.h>
 #include <hardware/camera_common.h>
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <map>
