@@ -67,8 +67,12 @@ UIParser::UIParser(unsigned int cameraId)
                                                                 m_pAllCameraInfo)),
       m_pRDCMap(std::make_unique<RDCMap>(kRequestRingCapacity, m_pStaticCaps.get())) {}
 
-// Defined here, where the session object and the ring are complete types.
-UIParser::~UIParser() {}
+// The session object goes first, then the ring, which never reads the session
+// while it is destroyed.
+UIParser::~UIParser() {
+    m_pStaticCaps.reset();
+    m_pRDCMap.reset();
+}
 
 bool UIParser::IsSessionSupportCaps(DesiredSupportCaps caps, QueryCapsType type) {
     return m_pStaticCaps->IsSessionSupportCaps(caps, type);
