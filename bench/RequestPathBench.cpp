@@ -34,9 +34,8 @@ public:
                 list.push_back({i, -1, streams[i]});
             }
         }
-        if (session.m_XCFA2SwitchZoomRatio == nullptr) {
-            session.m_XCFA2SwitchZoomRatio = new float[3]{2.0f, 3.0f, 4.0f};
-            session.m_XCFA2SwitchZoomRatioCount = 3;
+        if (session.m_XCFA2SwitchZoomRatio.empty()) {
+            session.m_XCFA2SwitchZoomRatio = {2.0f, 3.0f, 4.0f};
         }
     }
 };

@@ -14,6 +14,8 @@
 #include <cstring>
 #include <set>
 
+#include "common/StreamPredicates.h"
+
 namespace UilayerFuzz {
 
 const char* const kPropertyNames[] = {
@@ -90,12 +92,7 @@ bool OverrideMayGiveBokeh() {
 
 // The preview stream of a physical camera, as a bokeh session counts them.
 bool IsPhysicalPreview(const camera3_stream_t& s) {
-    int32_t dataSpace = 0;
-    memcpy(&dataSpace, &s.data_space, sizeof(dataSpace));  // any 32-bit value
-    return s.stream_type == 0 && (s.usage & 0x900) != 0 && (s.usage & 0x10000) == 0 &&
-           dataSpace != 0x1000 && dataSpace != 0x1004 &&
-           (s.format == 34 || s.format == 35 || s.format == 54) &&
-           s.physical_camera_id != nullptr && s.physical_camera_id[0] != '\0';
+    return Lumora::IsPreviewYuv(s) && Lumora::HasPhysicalCameraId(s);
 }
 
 void TouchList(const std::vector<Lumora::_UIStreamInfo>* list) {

@@ -29,10 +29,7 @@ public:
         m_session.m_cameraSupportCaps[entry].set(caps, on);
     }
     void SetZoomThresholds(const std::vector<float>& ratios) {
-        delete[] m_session.m_XCFA2SwitchZoomRatio;
-        m_session.m_XCFA2SwitchZoomRatio = new float[ratios.size() + 1];
-        std::copy(ratios.begin(), ratios.end(), m_session.m_XCFA2SwitchZoomRatio);
-        m_session.m_XCFA2SwitchZoomRatioCount = static_cast<uint32_t>(ratios.size());
+        m_session.m_XCFA2SwitchZoomRatio = ratios;
     }
     void AddStream(StreamType type, camera3_stream_t* stream) {
         m_session.m_streamInfo[type].push_back({0, -1, stream});

@@ -1,18 +1,39 @@
 // Single-bit capability sets, one per named bit that the library sets or tests
-// as a whole set, and the two capability groups of the session mask query.
+// as a whole set, the frame rate classes, and the two capability groups of the
+// session mask query.
 #ifndef LUMORA_CAPS_CONSTANTS_H
 #define LUMORA_CAPS_CONSTANTS_H
 
 #include <cstddef>
+#include <cstdint>
 
 #include "IuiLayer.h"
 
 namespace Lumora {
 
+// The camera a query type names: its low 8 bits, TypeLogicalCamera or a
+// physical camera id.
+constexpr uint32_t QueryCameraId(QueryCapsType type) {
+    return static_cast<uint32_t>(type) & 0xFFu;
+}
+
+// A place of CapsBits left empty.
+constexpr size_t kNoCapsBit = 1024;
+
+constexpr uint64_t CapsWordBit(size_t bit, size_t word) {
+    return bit / 64 == word ? uint64_t{1} << (bit % 64) : 0;
+}
+
+// The set of up to three bits (each 0..99, or kNoCapsBit), usable in constant
+// tables.
+constexpr _CapsBitset CapsBits(size_t a, size_t b = kNoCapsBit, size_t c = kNoCapsBit) {
+    return _CapsBitset(CapsWordBit(a, 0) | CapsWordBit(b, 0) | CapsWordBit(c, 0),
+                       CapsWordBit(a, 1) | CapsWordBit(b, 1) | CapsWordBit(c, 1));
+}
+
 // The set with exactly bit `pos` (0..99).
 constexpr _CapsBitset CapsBit(size_t pos) {
-    return pos < 64 ? _CapsBitset(uint64_t{1} << pos, 0)
-                    : _CapsBitset(0, uint64_t{1} << (pos - 64));
+    return CapsBits(pos);
 }
 
 constexpr _CapsBitset kCapsStreamPreview = CapsBit(CapsStreamPreview);
@@ -73,6 +94,27 @@ constexpr _CapsBitset kCapsOverrideASDStreamDtSpace = CapsBit(CapsOverrideASDStr
 constexpr _CapsBitset kCapsOisCloseOcs = CapsBit(CapsOisCloseOcs);
 constexpr _CapsBitset kCapsOisCenterOn = CapsBit(CapsOisCenterOn);
 constexpr _CapsBitset kCapsPreviewOis = CapsBit(CapsPreviewOis);
+
+// Sets the frame rate class of a session's maximum frame rate: 60, 120, 240
+// or 480 fps each have a bit, any other rate has none.
+inline void SetFpsCaps(_CapsBitset& caps, int32_t maxFps) {
+    switch (maxFps) {
+        case 60:
+            caps.set(CapsFps60);
+            break;
+        case 120:
+            caps.set(CapsFps120);
+            break;
+        case 240:
+            caps.set(CapsFps240);
+            break;
+        case 480:
+            caps.set(CapsFps480);
+            break;
+        default:
+            break;
+    }
+}
 
 // Capabilities that GetStaticCapsMask reports for the logical camera and for a
 // physical camera, in ascending order.

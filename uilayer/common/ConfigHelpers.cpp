@@ -20,6 +20,27 @@ int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out)
     return status;
 }
 
+int ReadStringList(const char* group, const char* key, std::vector<char*>& out) {
+    const uint32_t count = GetValuesCount(group, key);
+    out.assign(count, nullptr);
+    if (count == 0) {
+        return kConfigNotFound;
+    }
+    const int status = GetStringListConfiguration(group, key, out.data(), count);
+    if (status != kConfigOk) {
+        out.clear();
+    }
+    return status;
+}
+
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue) {
+    bool value = defaultValue;
+    if (GetBooleanConfiguration(group, key, &value) != kConfigOk) {
+        return defaultValue;
+    }
+    return value;
+}
+
 bool UIntListContains(const char* group, const char* key, uint32_t value) {
     std::vector<uint32_t> values;
     if (ReadUIntList(group, key, values) != kConfigOk) {

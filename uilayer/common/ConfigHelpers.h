@@ -1,10 +1,13 @@
 // Small helpers around the hardware configuration store for the recurring
-// shapes of the configuration: lists of operation modes and indexed rows.
+// shapes of the configuration: whole lists, booleans with a default, indexed
+// rows with their -1 wildcard, and the prefix rule of client names.
 #ifndef LUMORA_CONFIG_HELPERS_H
 #define LUMORA_CONFIG_HELPERS_H
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <vector>
 
 namespace Lumora {
@@ -18,8 +21,36 @@ constexpr int kConfigNotFound = 6;
 // list.
 int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out);
 
+// Reads every string of a list; 0 on success with `out` holding the strings
+// (pointers into the configuration store), else the store's status or 6 for
+// a list without values.
+int ReadStringList(const char* group, const char* key, std::vector<char*>& out);
+
+// A boolean of the store; `defaultValue` when it is not configured or does not
+// read.
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue = false);
+
 // True when the unsigned list group/key reads successfully and holds `value`.
 bool UIntListContains(const char* group, const char* key, uint32_t value);
+
+// The wildcard of configured table rows: -1 matches any actual value.
+constexpr int32_t kConfigAnyValue = -1;
+constexpr bool RowValueMatches(int32_t rowValue, int32_t actual) {
+    return rowValue == kConfigAnyValue || rowValue == actual;
+}
+
+// Prefix rule of the package, activity and property comparisons: an empty
+// prefix matches every text.
+inline bool StartsWith(const char* text, const char* prefix) {
+    return strncmp(text, prefix, strlen(prefix)) == 0;
+}
+
+// Decimal text of a row index, the index of the store's indexed ("Locale")
+// reads.
+struct RowIndex {
+    explicit RowIndex(uint32_t row) { snprintf(text, sizeof(text), "%u", row); }
+    char text[16];
+};
 
 // Formats "name[index]" into `out`; false when it does not fit.
 bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index);

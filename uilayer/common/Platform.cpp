@@ -11,6 +11,7 @@
 
 #include "IuiLayer.h"
 #include "common/Log.h"
+#include "common/Status.h"
 
 uint32_t (*GetVendorTagId)(uint32_t index) = nullptr;
 
@@ -48,16 +49,16 @@ int readFile(const char* path, char* buffer, int size) {
     const int fd = open(DevicePath(path, mapped, sizeof(mapped)), O_RDONLY);
     if (fd < 0) {
         UI_LOGE("Unable to open %s for read error=%s", path, strerror(errno));
-        return -2;
+        return kReadFileNotOpened;
     }
     const ssize_t got = size > 0 ? read(fd, buffer, static_cast<size_t>(size)) : 0;
     if (got < 1) {
         UI_LOGE("Unable to read all data from %s error=%s", path, strerror(errno));
         close(fd);
-        return -1;
+        return kReadFileNothingRead;
     }
     close(fd);
-    return 0;
+    return kStatusOk;
 }
 
 void* OpenSiblingLibrary() {

@@ -12,9 +12,12 @@ namespace Lumora {
 // holds) when the sibling layer could not be loaded.
 uint32_t VendorTagId(uint32_t index);
 
+// Failures of readFile: the file cannot be opened, or nothing could be read.
+constexpr int kReadFileNotOpened = -2;
+constexpr int kReadFileNothingRead = -1;
+
 // Reads up to `size` bytes of `path` with one read call. 0 on success (at least
-// one byte read; the buffer is not terminated), -2 when the file cannot be
-// opened, -1 when nothing could be read.
+// one byte read; the buffer is not terminated), else one of the failures above.
 int readFile(const char* path, char* buffer, int size);
 
 // The path under which an absolute device path is opened. Device builds use the

@@ -8,8 +8,12 @@
 
 #include "common/CapsConstants.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
+#include "common/OperationModes.h"
 #include "common/Platform.h"
-#include "requestdesiredcaps/MetadataRead.h"
+#include "common/Status.h"
+#include "common/StreamPredicates.h"
+#include "common/VendorTags.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -17,41 +21,27 @@ namespace Lumora {
 
 namespace {
 
-constexpr uint32_t kTagSensorModeList = 49;
-constexpr int32_t kStatusOk = 0;
-constexpr int32_t kStatusNoSensorMode = 4;
+// A request that left the sensor modes to nobody reports an invalid argument.
+constexpr int32_t kStatusNoSensorMode = kStatusInvalidArgument;
 // Sensor mode list value: no mode chosen upstream, the warm start decides.
 constexpr int32_t kModeByWarmStart = -1;
-constexpr uint32_t kOpModeDolVideo = 0x8031;
-constexpr uint32_t kOpModeMarkerA = 0x8009;
-constexpr uint32_t kOpModeMarkerB = 0x80BE;
-
-// The set of up to three bits, usable in constant tables.
-constexpr size_t kNoBit = 1024;
-constexpr uint64_t WordBit(size_t bit, size_t word) {
-    return bit / 64 == word ? uint64_t{1} << (bit % 64) : 0;
-}
-constexpr _CapsBitset Bits(size_t a, size_t b = kNoBit, size_t c = kNoBit) {
-    return _CapsBitset(WordBit(a, 0) | WordBit(b, 0) | WordBit(c, 0),
-                       WordBit(a, 1) | WordBit(b, 1) | WordBit(c, 1));
-}
 
 // Sensor mode bits by sensor mode list value 0..12; the same for the logical
 // camera of a single-camera session and for each physical camera.
 constexpr _CapsBitset kModeBits[] = {
-    _CapsBitset(),                                                           // 0
-    Bits(CapsSensorModeFlag19),                                              // 1
-    _CapsBitset(),                                                           // 2
-    Bits(CapsSHDRPath),                                                      // 3
-    Bits(CapsSHDRPath, CapsSensorModeFlag19),                                // 4
-    Bits(CapsSensorModeFlag19, CapsSensorModeFlag20),                        // 5
-    Bits(CapsSensorModeFlag20, CapsPhysicalRawStream),                       // 6
-    Bits(CapsSHDRPath, CapsSensorModeFlag19, CapsSensorModeFlag20),          // 7
-    Bits(CapsSHDRType1),                                                     // 8
-    Bits(Caps3DolStreaming),                                                 // 9
-    Bits(Caps3DolStreaming),                                                 // 10
-    Bits(CapsSensorModeFlag19, CapsSensorModeFlag20, CapsSensorModeFlag81),  // 11
-    Bits(CapsSHDRType2),                                                     // 12
+    _CapsBitset(),                                                               // 0
+    CapsBits(CapsSensorModeFlag19),                                              // 1
+    _CapsBitset(),                                                               // 2
+    CapsBits(CapsSHDRPath),                                                      // 3
+    CapsBits(CapsSHDRPath, CapsSensorModeFlag19),                                // 4
+    CapsBits(CapsSensorModeFlag19, CapsSensorModeFlag20),                        // 5
+    CapsBits(CapsSensorModeFlag20, CapsPhysicalRawStream),                       // 6
+    CapsBits(CapsSHDRPath, CapsSensorModeFlag19, CapsSensorModeFlag20),          // 7
+    CapsBits(CapsSHDRType1),                                                     // 8
+    CapsBits(Caps3DolStreaming),                                                 // 9
+    CapsBits(Caps3DolStreaming),                                                 // 10
+    CapsBits(CapsSensorModeFlag19, CapsSensorModeFlag20, CapsSensorModeFlag81),  // 11
+    CapsBits(CapsSHDRType2),                                                     // 12
 };
 constexpr int32_t kModeCount = static_cast<int32_t>(sizeof(kModeBits) / sizeof(kModeBits[0]));
 
@@ -68,22 +58,24 @@ struct StreamBits {
     _CapsBitset camera;
 };
 constexpr StreamBits kStreamBits[EStreamTypeMax] = {
-    {_CapsBitset(), _CapsBitset()},             // None
-    {Bits(0), Bits(0)},                         // Preview
-    {Bits(1), Bits(1)},                         // SnapshotYUV
-    {Bits(2), Bits(2)},                         // SnapshotJPEG
-    {Bits(3), Bits(3)},                         // SnapshotRAW
-    {Bits(4), Bits(4)},                         // RAWShort
-    {Bits(5), Bits(5)},                         // RAWMiddle
-    {Bits(6), Bits(6, CapsPhysicalRawStream)},  // RAWFull
-    {_CapsBitset(), _CapsBitset()},             // RAWFullYUV
-    {Bits(7), Bits(7, CapsPhysicalRawStream)},  // RAWQcfa2x2
-    {Bits(8), Bits(8)},                         // Video
-    {_CapsBitset(), _CapsBitset()},             // VideoLiveShot
-    {Bits(10), Bits(10)},                       // ViewFinder
-    {Bits(11), Bits(11)},                       // ASDPreview
-    {Bits(12), Bits(12)},                       // Metadata
-    {Bits(13), Bits(13)},                       // MultiSpectralRaw
+    {_CapsBitset(), _CapsBitset()},  // None
+    {CapsBits(CapsStreamPreview), CapsBits(CapsStreamPreview)},
+    {CapsBits(CapsStreamSnapshotYUV), CapsBits(CapsStreamSnapshotYUV)},
+    {CapsBits(CapsStreamSnapshotJPEG), CapsBits(CapsStreamSnapshotJPEG)},
+    {CapsBits(CapsStreamSnapshotRAW), CapsBits(CapsStreamSnapshotRAW)},
+    {CapsBits(CapsStreamSnapshotRAWShort), CapsBits(CapsStreamSnapshotRAWShort)},
+    {CapsBits(CapsStreamSnapshotRAWMiddle), CapsBits(CapsStreamSnapshotRAWMiddle)},
+    {CapsBits(CapsStreamSnapshotRAWFull),
+     CapsBits(CapsStreamSnapshotRAWFull, CapsPhysicalRawStream)},
+    {_CapsBitset(), _CapsBitset()},  // RAWFullYUV
+    {CapsBits(CapsStreamSnapshotRAWQcfa2x2),
+     CapsBits(CapsStreamSnapshotRAWQcfa2x2, CapsPhysicalRawStream)},
+    {CapsBits(CapsStreamVideo), CapsBits(CapsStreamVideo)},
+    {_CapsBitset(), _CapsBitset()},  // VideoLiveShot
+    {CapsBits(CapsStreamViewFinder), CapsBits(CapsStreamViewFinder)},
+    {CapsBits(CapsStreamASDPreview), CapsBits(CapsStreamASDPreview)},
+    {CapsBits(CapsStreamMetadata), CapsBits(CapsStreamMetadata)},
+    {CapsBits(CapsStreamMultiSpectralRaw), CapsBits(CapsStreamMultiSpectralRaw)},
 };
 
 // The request's sensor mode list: one int32 per physical camera id.
@@ -103,21 +95,14 @@ struct SensorModeList {
     }
 };
 
-// Physical camera id of a buffer's stream as `atoi` reads it, -1 without one.
+// Physical camera id of a buffer's stream as `atoi` reads it, kNoCamera without one.
 int32_t StreamPhysicalId(const camera3_stream* stream) {
-    const char* text = stream->physical_camera_id;
-    if (text == nullptr || text[0] == '\0') {
-        return -1;
+    if (!HasPhysicalCameraId(*stream)) {
+        return kNoCamera;
     }
     // strtol saturates where atoi's overflow is undefined; the value is then
     // cut to 32 bits as atoi's int result would be.
-    return static_cast<int32_t>(strtol(text, nullptr, 10));
-}
-
-// Camera entries of the session's camera information record, at most the
-// eight the record has room for.
-uint32_t PhysicalCameraCount(const LumoraCameraInfo* info) {
-    return info != nullptr ? std::min<uint32_t>(info->numPhysicalCameras, kMaxPhysicalCameras) : 0;
+    return static_cast<int32_t>(strtol(stream->physical_camera_id, nullptr, 10));
 }
 
 }  // namespace
@@ -158,7 +143,7 @@ void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilit
             default:
                 break;
         }
-    } else if (param.dolState == 7 && session.m_operationMode == kOpModeDolVideo) {
+    } else if (param.dolState == 7 && session.m_operationMode == kOpModeBokeh8031) {
         caps->set(CapsSensorModeFlag19).set(CapsSensorModeFlag20);
     }
 }
@@ -200,7 +185,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
         return;
     }
     const LumoraCameraInfo* info = session.m_pCameraInfoMap;
-    const uint32_t cameraCount = PhysicalCameraCount(info);
+    const uint32_t cameraCount = RecordCameraCount(info);
     for (int32_t type = 0; type < EStreamTypeMax; ++type) {
         const StreamBits& bits = kStreamBits[type];
         for (const _UIStreamInfo& configured : session.m_streamInfo[type]) {
@@ -213,7 +198,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
                 m_primaryCaps |= bits.primary;
 
                 const int32_t fwkId = StreamPhysicalId(stream);
-                if (fwkId == -1) {
+                if (fwkId == kNoCamera) {
                     continue;
                 }
                 // The framework names the camera by its framework id; the caps
@@ -250,7 +235,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
     }
 
     const LumoraCameraInfo* info = session != nullptr ? session->m_pCameraInfoMap : nullptr;
-    const uint32_t cameraCount = PhysicalCameraCount(info);
+    const uint32_t cameraCount = RecordCameraCount(info);
     int32_t status = kStatusOk;
     bool useWarmStart = false;
 
@@ -269,9 +254,12 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
         // QBC 4x by zoom ratio. A single-camera session first tries the
         // threshold after the other cameras' ones; a position beyond the list
         // has no threshold.
-        const float* thresholds = session != nullptr ? session->m_XCFA2SwitchZoomRatio : nullptr;
-        const int64_t thresholdCount =
-            thresholds != nullptr ? session->m_XCFA2SwitchZoomRatioCount : 0;
+        const float* thresholds = nullptr;
+        int64_t thresholdCount = 0;
+        if (session != nullptr) {
+            thresholds = session->m_XCFA2SwitchZoomRatio.data();
+            thresholdCount = static_cast<int64_t>(session->m_XCFA2SwitchZoomRatio.size());
+        }
         auto reachesThreshold = [&](int64_t position) {
             return position >= 0 && position < thresholdCount && thresholds[position] > 0.0f &&
                    zoomRatio >= thresholds[position];
@@ -279,7 +267,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
         for (uint32_t c = 0; c < cameraCount; ++c) {
             const uint32_t cam = info->cameraEntry[c].physicalCamId;
             bool enabled = false;
-            if (thresholds != nullptr) {
+            if (thresholdCount > 0) {
                 if (cameraCount == 1) {
                     enabled = reachesThreshold(static_cast<int64_t>(cam) +
                                                session->m_allCameraNumbers - 1);
@@ -388,8 +376,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
     }
     ParseOriginalRequestSetting(request);
 
-    if (m_pStaticCaps != nullptr && (m_pStaticCaps->m_operationMode == kOpModeMarkerA ||
-                                     m_pStaticCaps->m_operationMode == kOpModeMarkerB)) {
+    if (m_pStaticCaps != nullptr && IsProVideoFamilyMode(m_pStaticCaps->m_operationMode)) {
         m_primaryCaps.set(CapsOpModeMarker);
     }
 

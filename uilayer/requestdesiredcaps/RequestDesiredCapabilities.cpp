@@ -3,7 +3,11 @@
 
 #include <algorithm>
 
+#include "common/CapsConstants.h"
+#include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
+#include "common/StreamLists.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -12,11 +16,6 @@ namespace {
 
 // Answer of a query about a camera without a caps slot.
 constexpr _CapsBitset kNoCaps;
-
-// A match field of a tuning policy entry: -1 matches any request value.
-inline bool FieldMatches(int32_t field, int32_t value) {
-    return field == -1 || field == value;
-}
 
 }  // namespace
 
@@ -48,14 +47,8 @@ RequestDesiredCapabilities::~RequestDesiredCapabilities() {
 
 bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
                                                       QueryCapsType type) const {
-    // Query types count by their low 8 bits. A camera id without a slot
-    // supports nothing; a capability number of 100 or more still throws, as for
-    // any other camera.
-    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
-    const _CapsBitset& set = index == TypeLogicalCamera   ? m_primaryCaps
-                             : index < kRequestCameraCaps ? m_cameraCaps[index]
-                                                          : kNoCaps;
-    const bool supported = set.test(caps);
+    // A capability number of 100 or more throws, for any camera.
+    const bool supported = CapsOf(type).test(caps);
     UI_LOGI("frame number %d bSupport %d query supportCaps %d cameraType %d",
             static_cast<int>(m_frameNumber), supported, static_cast<int>(caps),
             static_cast<int>(type));
@@ -63,21 +56,20 @@ bool RequestDesiredCapabilities::IsRequestSupportCaps(DesiredSupportCaps caps,
 }
 
 _CapsBitset RequestDesiredCapabilities::GetRequestSupportCaps(QueryCapsType type) const {
-    const uint32_t index = static_cast<uint32_t>(type) & 0xFFu;
-    if (index == TypeLogicalCamera) {
+    return CapsOf(type);
+}
+
+const _CapsBitset& RequestDesiredCapabilities::CapsOf(QueryCapsType type) const {
+    // A camera id without a slot supports nothing.
+    const uint32_t id = QueryCameraId(type);
+    if (id == TypeLogicalCamera) {
         return m_primaryCaps;
     }
-    return index < kRequestCameraCaps ? m_cameraCaps[index] : kNoCaps;
+    return id < kRequestCameraCaps ? m_cameraCaps[id] : kNoCaps;
 }
 
 std::vector<_UIStreamInfo>* RequestDesiredCapabilities::GetStreamByStreamType(StreamType type) {
-    if (type < 0 || type >= EStreamTypeMax) {
-        // Nothing is ever added to this list; clearing it undoes what a caller
-        // may have put there and allocates nothing.
-        m_noStreams.clear();
-        return &m_noStreams;
-    }
-    return &m_streamList[type];
+    return StreamListOf(m_streamList, m_noStreams, type);
 }
 
 int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType type) const {
@@ -86,14 +78,16 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
                                    ? std::min<uint32_t>(m_pStaticCaps->m_feature2TuningPolicyNum,
                                                         kMaxTuningPolicyEntries)
                                    : 0;
-        int32_t result = -1;
+        int32_t result = kNoTuningMode;
         // Every entry is checked: the last matching one wins, later rows refine
         // earlier ones.
         for (uint32_t i = 0; i < count; ++i) {
             const int32_t* field = m_pStaticCaps->m_feature2TuningPolicy[i].value;
-            if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
-                FieldMatches(field[2], m_apsFeatureType) && FieldMatches(field[3], m_bracketMode) &&
-                FieldMatches(field[4], m_asdSceneValue) && field[5] == -1 && field[6] == -1) {
+            if (RowValueMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
+                RowValueMatches(field[2], m_apsFeatureType) &&
+                RowValueMatches(field[3], m_bracketMode) &&
+                RowValueMatches(field[4], m_asdSceneValue) && field[5] == kConfigAnyValue &&
+                field[6] == kConfigAnyValue) {
                 result = field[0];
                 UI_LOGI("Query TuningMode TypeFeature2Snapshot %d", result);
             }
@@ -106,19 +100,21 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
                                                         kMaxTuningPolicyEntries)
                                    : 0;
         if (count == 0) {
-            return -1;
+            return kNoTuningMode;
         }
         const LumoraCameraInfo* info = m_pStaticCaps->m_pCameraInfoMap;
         const int32_t cameraFlag = info != nullptr ? static_cast<uint8_t>(info->supportFlag) : 0;
         const int32_t hasFaceBeauty = m_faceBeautyLevel > 0 ? 1 : 0;
         const int32_t isBracket12 = m_bracketMode == 12 ? 1 : 0;
-        int32_t result = -1;
+        int32_t result = kNoTuningMode;
         for (uint32_t i = 0; i < count; ++i) {
             const int32_t* field = m_pStaticCaps->m_feature1TuningPolicy[i].value;
-            if (FieldMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
-                FieldMatches(field[2], m_apsFeatureType) && FieldMatches(field[3], m_bracketMode) &&
-                FieldMatches(field[4], cameraFlag) && FieldMatches(field[5], hasFaceBeauty) &&
-                FieldMatches(field[6], isBracket12) && FieldMatches(field[7], m_isFromExtension)) {
+            if (RowValueMatches(field[1], static_cast<int32_t>(m_pStaticCaps->m_operationMode)) &&
+                RowValueMatches(field[2], m_apsFeatureType) &&
+                RowValueMatches(field[3], m_bracketMode) && RowValueMatches(field[4], cameraFlag) &&
+                RowValueMatches(field[5], hasFaceBeauty) &&
+                RowValueMatches(field[6], isBracket12) &&
+                RowValueMatches(field[7], m_isFromExtension)) {
                 result = field[0];
                 UI_LOGI("Query TuningMode TypeFeature1Snapshot %d", result);
             }
@@ -126,7 +122,7 @@ int32_t RequestDesiredCapabilities::GetOriginalRequestTuningMode(QueryTuningType
         return result;
     }
     UI_LOGE("Unsupport Query Tuning Type %d", static_cast<int>(type));
-    return -1;
+    return kNoTuningMode;
 }
 
 }  // namespace Lumora

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
-#include "../resultappliedcaps/ResultAppliedCapabilities.h"
+#include "resultappliedcaps/ResultAppliedCapabilities.h"
 
 namespace Lumora {
 
@@ -42,6 +42,9 @@ public:
     uint32_t GetFrameNumber() const { return m_frameNumber; }
 
 private:
+    // The caps a query type names: the logical camera's, a physical camera's,
+    // or an empty set for an id without a slot.
+    const _CapsBitset& CapsOf(QueryCapsType type) const;
     // The caps of physical camera `cam`, or null for an id without a slot (8 or more).
     _CapsBitset* CameraCaps(uint32_t cam) {
         return cam < kRequestCameraCaps ? &m_cameraCaps[cam] : nullptr;

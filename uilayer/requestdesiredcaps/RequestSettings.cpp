@@ -1,24 +1,14 @@
 // Scalar values of a request's settings that the tuning mode query matches.
 #include "common/CapsConstants.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/Platform.h"
-#include "requestdesiredcaps/MetadataRead.h"
+#include "common/VendorTags.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-// Vendor tag indices of the request settings read here.
-constexpr uint32_t kTagApsFeatureType = 0;
-constexpr uint32_t kTagIsFromExtension = 19;
-constexpr uint32_t kTagBracketMode = 35;
-constexpr uint32_t kTagFaceBeautyLevel = 36;
-constexpr uint32_t kTagLongExposureSceneType = 37;
-constexpr uint32_t kTagAsdSceneValue = 38;
-constexpr uint32_t kTagPipSensor = 159;
-constexpr uint32_t kTagAecFaceNum = 535;
-constexpr uint32_t kTagAecLuxIndex = 544;
 
 // Scenes that ask for the moon layout when the picture-in-picture sensor is on.
 constexpr int32_t kMoonSceneFirst = 29;
@@ -31,27 +21,24 @@ bool ReadSetting(const camera_metadata_t* settings, uint32_t index, T& out) {
 
 }  // namespace
 
-// Each value is stored only when the request carries its tag; otherwise the
-// member keeps what an earlier request of this slot left (deliberately: the
-// HAL sends some of these tags only when they change). Only the first element
-// is read; an entry with fewer than four bytes of data counts as absent.
+// Each value is stored only when the request carries its tag (a read that
+// fails leaves its member untouched); otherwise the member keeps what an
+// earlier request of this slot left (deliberately: the HAL sends some of these
+// tags only when they change). Only the first element is read; an entry with
+// fewer than four bytes of data counts as absent.
 void RequestDesiredCapabilities::ParseOriginalRequestSetting(
     const camera3_capture_request* request) {
     const camera_metadata_t* settings = request != nullptr ? request->settings : nullptr;
     if (settings == nullptr) {
         return;
     }
-    int32_t value = 0;
-    if (ReadSetting(settings, kTagApsFeatureType, value)) {
-        m_apsFeatureType = value;
+    if (ReadSetting(settings, kTagApsFeatureType, m_apsFeatureType)) {
         UI_LOGI("apsFeatureType %d", m_apsFeatureType);
     }
-    if (ReadSetting(settings, kTagBracketMode, value)) {
-        m_bracketMode = value;
+    if (ReadSetting(settings, kTagBracketMode, m_bracketMode)) {
         UI_LOGI("bracketMode %d", m_bracketMode);
     }
-    if (ReadSetting(settings, kTagAsdSceneValue, value)) {
-        m_asdSceneValue = value;
+    if (ReadSetting(settings, kTagAsdSceneValue, m_asdSceneValue)) {
         UI_LOGI("asdSceneValue %d", m_asdSceneValue);
     }
     int32_t pipSensor = 0;
@@ -67,25 +54,19 @@ void RequestDesiredCapabilities::ParseOriginalRequestSetting(
             UI_LOGI("moon layout NOT trigger");
         }
     }
-    if (ReadSetting(settings, kTagLongExposureSceneType, value)) {
-        m_longExposureSceneType = value;
+    if (ReadSetting(settings, kTagLongExposureSceneType, m_longExposureSceneType)) {
         UI_LOGI("longExposureSceneType %d", m_longExposureSceneType);
     }
-    if (ReadSetting(settings, kTagFaceBeautyLevel, value)) {
-        m_faceBeautyLevel = value;
+    if (ReadSetting(settings, kTagFaceBeautyLevel, m_faceBeautyLevel)) {
         UI_LOGI("faceBeautyLevel %d", m_faceBeautyLevel);
     }
-    if (ReadSetting(settings, kTagIsFromExtension, value)) {
-        m_isFromExtension = value;
+    if (ReadSetting(settings, kTagIsFromExtension, m_isFromExtension)) {
         UI_LOGI("isFromExtension %d", m_isFromExtension);
     }
-    float lux = 0.0f;
-    if (ReadSetting(settings, kTagAecLuxIndex, lux)) {
-        m_aecLuxIndex = lux;
+    if (ReadSetting(settings, kTagAecLuxIndex, m_aecLuxIndex)) {
         UI_LOGI("aecLuxIndex %f", static_cast<double>(m_aecLuxIndex));
     }
-    if (ReadSetting(settings, kTagAecFaceNum, value)) {
-        m_aecFaceNum = value;
+    if (ReadSetting(settings, kTagAecFaceNum, m_aecFaceNum)) {
         UI_LOGI("aecFaceNum %d", m_aecFaceNum);
     }
 }

@@ -4,17 +4,16 @@
 #include <cstring>
 
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/Platform.h"
-#include "requestdesiredcaps/MetadataRead.h"
+#include "common/Status.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
 
-// Vendor tag indices of the result metadata read here.
-constexpr uint32_t kTagExposureCountList = 156;
-constexpr uint32_t kTagMlftParameters = 175;
 // The MLFT enable switch is the 32-bit value at this offset of the MLFT block.
 constexpr size_t kMlftSwitchOffset = 1800;
 
@@ -35,7 +34,7 @@ int32_t ResultAppliedCapabilities::UpdateResultAppliedCaps(
     const camera3_capture_result* result, const StaticSupportCapabilities* session) {
     // A partial result with buffers only changes nothing, not even the switch.
     if (result == nullptr || result->result == nullptr) {
-        return 0;
+        return kStatusOk;
     }
     const camera_metadata_t* metadata = result->result;
 
@@ -49,8 +48,7 @@ int32_t ResultAppliedCapabilities::UpdateResultAppliedCaps(
         // as its whole records go.
         const size_t recordCount = std::min<size_t>(bytes / sizeof(AecInfo), kAecInfoCount);
         const LumoraCameraInfo* info = session != nullptr ? session->m_pCameraInfoMap : nullptr;
-        const uint32_t cameraCount =
-            info != nullptr ? std::min<uint32_t>(info->numPhysicalCameras, kMaxPhysicalCameras) : 0;
+        const uint32_t cameraCount = RecordCameraCount(info);
         for (uint32_t c = 0; c < cameraCount; ++c) {
             const uint32_t cam = info->cameraEntry[c].physicalCamId;
             if (cam >= kAecInfoCount) {
@@ -89,7 +87,7 @@ int32_t ResultAppliedCapabilities::UpdateResultAppliedCaps(
     } else {
         UI_LOGI("read MlftLTMPars fail");
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -28,7 +28,7 @@ public:
     ResultAppliedCapabilities();
     ~ResultAppliedCapabilities();
 
-    // Forgets every record and the MLFT switch (a new stream configuration).
+    // Forgets every record and the MLFT switch (the next stream configuration).
     void Initialize();
     int32_t UpdateResultAppliedCaps(const camera3_capture_result* result,
                                     const StaticSupportCapabilities* session);

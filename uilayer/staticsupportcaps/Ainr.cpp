@@ -12,13 +12,15 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/StreamPredicates.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
 
-constexpr uint32_t kVendorTagSupportedAINRType = 212;
 constexpr int32_t kAinrTypeNone = 0;
 constexpr int32_t kAinrTypeVIULL = 2;
 
@@ -26,34 +28,12 @@ constexpr const char* kEnableGroup = "3rdAppEnableVIULL";
 constexpr const char* kDisableMapGroup = "3rdAppDisableVIULLMap";
 constexpr const char* kEnableMapGroup = "3rdAppEnableVIULLMapLumora";
 
-// Dynamic range profiles of HDR video: HLG10, HDR10, HDR10+.
-bool IsHdrVideoProfile(int64_t profile) {
-    return profile == 2 || profile == 4 || profile == 8;
-}
-
-bool HasHdrVideoStream(const camera3_stream_configuration* config) {
-    if (config == nullptr || config->streams == nullptr) {
-        return false;
-    }
-    for (uint32_t i = 0; i < config->num_streams; ++i) {
-        const camera3_stream* stream = config->streams[i];
-        if (stream != nullptr && IsHdrVideoProfile(stream->dynamic_range_profile)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 // Hexadecimal camera mask text as "%x" reads it: an optional 0x, junk gives 0.
 uint32_t ParseHexMask(const char* text) {
     const int savedErrno = errno;
     const unsigned long value = strtoul(text, nullptr, 16);
     errno = savedErrno;
     return static_cast<uint32_t>(value);
-}
-
-void FormatIndex(char (&out)[16], uint32_t index) {
-    snprintf(out, sizeof(out), "%u", index);
 }
 
 // Enable for every client on the cameras of a mask: rows of (enable, mask).
@@ -64,11 +44,10 @@ bool IsEnabledForAllApps(uint32_t cameraBit, const char* step) {
         return false;
     }
     for (uint32_t i = 0; i < keyCount; ++i) {
-        char indexText[16];
-        FormatIndex(indexText, i);
+        const RowIndex indexText(i);
         // A row with a single value leaves the mask at 0: no camera.
         uint32_t values[2] = {0, 0};
-        if (GetLocaleUIntegerListConfiguration(kEnableGroup, "isEnable3rdAppVIULL", indexText,
+        if (GetLocaleUIntegerListConfiguration(kEnableGroup, "isEnable3rdAppVIULL", indexText.text,
                                                values, 2) != kConfigOk) {
             continue;
         }
@@ -87,11 +66,11 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     // The system camera (and the engineer camera) rule VIULL through their own
     // settings; only camera unit clients of them go through the app policy.
     if ((m_isSystemCamera != 0 || m_isEngineerCamera != 0) && m_isCameraUint == 0) {
-        return 0;
+        return kStatusOk;
     }
 
-    const char* packageName = m_clientPackageName != nullptr ? m_clientPackageName : "";
-    const char* activityName = m_clientActivityName != nullptr ? m_clientActivityName : "";
+    const char* packageName = m_clientPackageName.data();
+    const char* activityName = m_clientActivityName.data();
     // Camera masks have 32 bits; the logical camera id picks one of them.
     const uint32_t cameraBit = 1u << (static_cast<uint32_t>(m_logicalCamId) & 31u);
 
@@ -105,11 +84,10 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
             packageName, m_logicalCamId, disableKeyCount, disableEntryCount);
     if (disableKeyCount > 0 && disableEntryCount == 1) {
         for (uint32_t i = 0; i < disableKeyCount; ++i) {
-            char indexText[16];
-            FormatIndex(indexText, i);
+            const RowIndex indexText(i);
             uint32_t mask = 0;
-            if (GetLocaleUIntegerListConfiguration(kDisableMapGroup, packageName, indexText, &mask,
-                                                   1) != kConfigOk) {
+            if (GetLocaleUIntegerListConfiguration(kDisableMapGroup, packageName, indexText.text,
+                                                   &mask, 1) != kConfigOk) {
                 continue;
             }
             UI_LOGI("key: 0x%x, sensorMask: 0x%x", mask, cameraBit);
@@ -129,12 +107,11 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
             packageName, m_logicalCamId, enableKeyCount, enableValueCount);
     if (enableKeyCount > 0 && enableValueCount == 2) {
         for (uint32_t i = 0; i < enableKeyCount; ++i) {
-            char indexText[16];
-            FormatIndex(indexText, i);
+            const RowIndex indexText(i);
             // A row with only the mask names no activity and cannot match.
             char* values[2] = {nullptr, nullptr};
-            if (GetLocaleStringListConfiguration(kEnableMapGroup, packageName, indexText, values,
-                                                 2) != kConfigOk ||
+            if (GetLocaleStringListConfiguration(kEnableMapGroup, packageName, indexText.text,
+                                                 values, 2) != kConfigOk ||
                 values[0] == nullptr) {
                 continue;
             }
@@ -149,13 +126,9 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     }
 
     // HDR video streams exclude VIULL on devices that say so, whoever asked.
-    bool disableForHdr = false;
-    if (GetBooleanConfiguration("OemCommonCapbility", "disableVIULLForSpecificHDR",
-                                &disableForHdr) != kConfigOk) {
-        disableForHdr = false;
-    }
+    const bool disableForHdr = ReadConfigBool("OemCommonCapbility", "disableVIULLForSpecificHDR");
     int32_t supportedAinrType = kAinrTypeNone;
-    if (disableForHdr && HasHdrVideoStream(config)) {
+    if (disableForHdr && HasStream(config, IsHdrVideoStream)) {
         enableVIULL = false;
     } else if (enableVIULL) {
         supportedAinrType = kAinrTypeVIULL;
@@ -166,14 +139,14 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
 
     if (config == nullptr) {
         UI_LOGE("pStreamConfigsAPI Invalid Args");
-        return 4;
+        return kStatusInvalidArgument;
     }
     camera_metadata_t* sessionParams = config->session_parameters;
     if (sessionParams == nullptr) {
         UI_LOGE("sessionParams Invalid Args");
-        return 4;
+        return kStatusInvalidArgument;
     }
-    const uint32_t tagId = VendorTagId(kVendorTagSupportedAINRType);
+    const uint32_t tagId = VendorTagId(kTagSupportedAINRType);
     camera_metadata_entry_t entry = {};
     int status = 0;
     if (find_camera_metadata_entry(sessionParams, tagId, &entry) != 0) {
@@ -187,7 +160,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     if (status != 0) {
         UI_LOGE("tagId: %u, error status: %d", tagId, status);
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

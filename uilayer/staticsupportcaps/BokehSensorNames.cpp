@@ -10,51 +10,16 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
+#include "common/Status.h"
+#include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
 
-constexpr uint32_t kUsageHwTextureOrComposer = 0x900;
-constexpr uint32_t kUsageHwVideoEncoder = 0x10000;
-constexpr int32_t kDataspaceDepth = 0x1000;
-constexpr int32_t kDataspaceHeif = 0x1004;
-constexpr int kFormatImplementationDefined = 34;
-constexpr int kFormatYCbCr420 = 35;
-constexpr int kFormatYCbCrP010 = 54;
-
 constexpr const char* kSensorNameGroup = "SensorNameList";
-
-bool IsBokehOperationMode(uint32_t mode) {
-    switch (mode) {
-        case 0x8010:
-        case 0x8011:
-        case 0x8030:
-        case 0x8031:
-        case 0x8035:
-        case 0x8036:
-            return true;
-        default:
-            return false;
-    }
-}
-
-// An output stream shown on screen (not encoded, not depth or HEIF) in a
-// preview format.
-bool IsPreviewStream(const camera3_stream_t& stream) {
-    const int32_t dataSpace = StreamDataSpace(stream);
-    return stream.stream_type == CAMERA3_STREAM_OUTPUT &&
-           (stream.usage & kUsageHwTextureOrComposer) != 0 &&
-           (stream.usage & kUsageHwVideoEncoder) == 0 && dataSpace != kDataspaceDepth &&
-           dataSpace != kDataspaceHeif &&
-           (stream.format == kFormatImplementationDefined || stream.format == kFormatYCbCr420 ||
-            stream.format == kFormatYCbCrP010);
-}
-
-bool HasPhysicalCameraId(const camera3_stream_t& stream) {
-    return stream.physical_camera_id != nullptr && stream.physical_camera_id[0] != '\0';
-}
 
 }  // namespace
 
@@ -62,10 +27,10 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
     const camera3_stream_configuration* config) {
     m_isBokehMode = 0;
     m_supportCaps.set(CapsNotBokeh);
-    if (!IsBokehOperationMode(m_operationMode)) {
+    if (!IsBokehMode(m_operationMode)) {
         m_bokehStartWithFallback = 0;
         m_bokehTriplePreview = 0;
-        return 0;
+        return kStatusOk;
     }
 
     m_isBokehMode = 1;
@@ -88,7 +53,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
             continue;
         }
         const bool physical = HasPhysicalCameraId(*stream);
-        const bool preview = IsPreviewStream(*stream);
+        const bool preview = IsPreviewYuv(*stream);
         UI_LOGI("[%d]   format:%d [%dx%d]  fwkCamId:%s isPhysical:%d,isPreview:%d", i,
                 stream->format, stream->width, stream->height,
                 stream->physical_camera_id != nullptr ? stream->physical_camera_id : "", physical,
@@ -105,20 +70,20 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
             if (startWithFallback) {
                 m_supportCaps.set(CapsBokehStartWithFallback);
             }
-            return 0;
+            return kStatusOk;
         case 3:
             m_supportCaps.set(CapsBokehStartWithFallback);
             m_supportCaps.set(CapsBokehTriplePreview);
             m_bokehStartWithFallback = 1;
             m_bokehTriplePreview = 1;
-            return 0;
+            return kStatusOk;
         default:
             // A bokeh session has no way to run on any other number of
             // cameras: stop here rather than stream a broken session.
             UI_LOGE("Unsupport num of physical preview stream %d",
                     static_cast<int>(previewCameras.size()));
             raise(SIGABRT);
-            return 1;
+            return kStatusUnsupported;
     }
 }
 
@@ -130,10 +95,9 @@ void StaticSupportCapabilities::ConfigSensorNameMap() {
         return;
     }
     for (uint32_t i = 0; i < rows; ++i) {
-        char index[16];
         char key[32];
-        snprintf(index, sizeof(index), "%u", i);
-        snprintf(key, sizeof(key), "%s[%s]", "mode", index);
+        const RowIndex index(i);
+        snprintf(key, sizeof(key), "%s[%s]", "mode", index.text);
         const uint32_t count = GetValuesCount(kSensorNameGroup, key);
         if (count < 2) {
             continue;

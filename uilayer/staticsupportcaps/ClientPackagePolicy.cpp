@@ -6,21 +6,19 @@
 #include <cutils/properties.h>
 #include <system/camera_metadata.h>
 
-#include <cstring>
 #include <vector>
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
-constexpr uint32_t kTagCameraUnitPackage = 71;
 
 constexpr const char* kPackageGroup = "PackageName Group";
 
@@ -33,24 +31,7 @@ constexpr uint32_t kExtStreamFlagsThirdParty = 16;
 // text or flag this policy understands and count as absent.
 bool FindByteEntry(const camera_metadata_t* meta, uint32_t index,
                    camera_metadata_ro_entry_t* entry) {
-    return meta != nullptr && find_camera_metadata_ro_entry(meta, VendorTagId(index), entry) == 0 &&
-           entry->type == TYPE_BYTE;
-}
-
-// Copies `count` bytes of text into a zero-filled name buffer of
-// kClientNameSize bytes; the caller has checked that count leaves room for the
-// terminator.
-void CopyName(char* buffer, size_t size, const camera_metadata_ro_entry_t& entry) {
-    memset(buffer, 0, size);
-    if (entry.count > 0 && entry.data.u8 != nullptr) {
-        memcpy(buffer, entry.data.u8, entry.count);
-    }
-}
-
-// Prefix rule of every package comparison: an empty configured string
-// matches every package.
-bool BeginsWith(const char* name, const char* prefix) {
-    return strncmp(name, prefix, strlen(prefix)) == 0;
+    return FindTypedEntry(meta, VendorTagId(index), TYPE_BYTE, 0, entry);
 }
 
 // A single configured package string; when it is not configured the
@@ -62,21 +43,17 @@ bool MatchesConfiguredPackage(const char* package, const char* key) {
         configured != nullptr) {
         prefix = configured;
     }
-    return BeginsWith(package, prefix);
+    return StartsWith(package, prefix);
 }
 
 // True at the first string of a configured list that the package begins with.
 bool MatchesConfiguredPackageList(const char* package, const char* key) {
-    const uint32_t count = GetValuesCount(kPackageGroup, key);
-    if (count == 0) {
-        return false;
-    }
-    std::vector<char*> prefixes(count, nullptr);
-    if (GetStringListConfiguration(kPackageGroup, key, prefixes.data(), count) != kConfigOk) {
+    std::vector<char*> prefixes;
+    if (ReadStringList(kPackageGroup, key, prefixes) != kConfigOk) {
         return false;
     }
     for (const char* prefix : prefixes) {
-        if (prefix != nullptr && BeginsWith(package, prefix)) {
+        if (prefix != nullptr && StartsWith(package, prefix)) {
             return true;
         }
     }
@@ -86,7 +63,7 @@ bool MatchesConfiguredPackageList(const char* package, const char* key) {
 bool PropertyBeginsWith(const char* name, const char* defaultValue, const char* prefix) {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get(name, value, defaultValue);
-    return BeginsWith(value, prefix);
+    return StartsWith(value, prefix);
 }
 
 }  // namespace
@@ -101,8 +78,8 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
     if (FindByteEntry(meta, kTagPackageName, &entry)) {
         UI_LOGI("find vendor tags com.tavro.packageName");
         if (entry.count < kClientNameSize) {
-            CopyName(m_clientPackageName, kClientNameSize, entry);
-            UI_LOGI("get packageName successfully, packageName is %s", m_clientPackageName);
+            CopyEntryText(entry, m_clientPackageName.data(), kClientNameSize);
+            UI_LOGI("get packageName successfully, packageName is %s", m_clientPackageName.data());
         }
     } else {
         UI_LOGE("cannot find vendor tags com.tavro.packageName");
@@ -110,8 +87,9 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
 
     if (FindByteEntry(meta, kTagActivityName, &entry)) {
         if (entry.count < kClientNameSize) {
-            CopyName(m_clientActivityName, kClientNameSize, entry);
-            UI_LOGI("get activityName successfully, activityName is %s", m_clientActivityName);
+            CopyEntryText(entry, m_clientActivityName.data(), kClientNameSize);
+            UI_LOGI("get activityName successfully, activityName is %s",
+                    m_clientActivityName.data());
         } else {
             UI_LOGE("no find vendor tags com.tavro.activityName");
         }
@@ -125,7 +103,7 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
         UI_LOGE("no find vendor tags com.tavro.is.sdk.camera.package");
     }
 
-    const char* package = m_clientPackageName;
+    const char* package = m_clientPackageName.data();
 
     m_SupportOisCenterOn = 0;
     if (MatchesConfiguredPackageList(package, "OisCenterOnApp")) {
@@ -192,7 +170,7 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
     // Verbose camera logging follows the client: on for the system camera
     // (the camera unit included), off for everyone else.
     OLog::SwitchLogEnable(m_isSystemCamera != 0 ? 1 : 0);
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

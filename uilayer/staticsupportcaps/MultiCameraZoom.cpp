@@ -6,14 +6,16 @@
 
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -63,31 +65,6 @@ int PropertyDecimal(const char* name, const char* defaultValue) {
     return ParseDecimal(value);
 }
 
-bool StartsWith(const char* text, const char* prefix) {
-    return strncmp(text, prefix, strlen(prefix)) == 0;
-}
-
-bool HasVideoStream(const camera3_stream_configuration* config) {
-    if (config == nullptr || config->streams == nullptr) {
-        return false;
-    }
-    for (uint32_t i = 0; i < config->num_streams; ++i) {
-        const camera3_stream* stream = config->streams[i];
-        if (stream != nullptr && IsVideoStream(*stream)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool ReadConfigBool(const char* group, const char* key, bool defaultValue) {
-    bool value = defaultValue;
-    if (GetBooleanConfiguration(group, key, &value) != kConfigOk) {
-        return defaultValue;
-    }
-    return value;
-}
-
 struct FallbackInputs {
     bool thirdPartyOrCameraUnit;
     bool bokehSession;
@@ -109,17 +86,17 @@ uint32_t SelectFallbackUsecase(const FallbackInputs& in) {
         return kFallbackProVideo;
     }
     switch (in.operationMode) {
-        case 0x800B:
-        case 0x800C:
-        case 0x8028:
+        case kOpMode800B:
+        case kOpMode800C:
+        case kOpMode8028:
             return kFallbackOpMode800B;
-        case 0x8009:
+        case kOpModeSat8009:
             return kFallbackOpMode8009;
-        case 0x8019:
+        case kOpModeSat8019:
             return kFallbackOpMode8019;
-        case 0x8021:
+        case kOpMode8021:
             return kFallbackOpMode8021;
-        case 0x8029:
+        case kOpMode8029:
             return in.engineerCamera ? kFallbackEngineerOpMode8029 : kFallbackDefault;
         default:
             return kFallbackDefault;
@@ -129,13 +106,12 @@ uint32_t SelectFallbackUsecase(const FallbackInputs& in) {
 // Strings of one indexed row; values the row does not have stay null.
 bool ReadLocaleStrings(const char* group, const char* name, uint32_t index, uint32_t count,
                        std::vector<char*>& values) {
-    char indexText[16];
-    snprintf(indexText, sizeof(indexText), "%u", index);
+    const RowIndex indexText(index);
     values.assign(count, nullptr);
     if (count == 0) {
         return false;
     }
-    return GetLocaleStringListConfiguration(group, name, indexText, values.data(), count) ==
+    return GetLocaleStringListConfiguration(group, name, indexText.text, values.data(), count) ==
            kConfigOk;
 }
 
@@ -151,10 +127,9 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, 
     for (uint32_t i = 0; i < keyCount; ++i) {
         if (valueCount < 2) {
             // One name, matched as a prefix of the package or of the activity.
-            char indexText[16];
-            snprintf(indexText, sizeof(indexText), "%u", i);
+            const RowIndex indexText(i);
             char* app = nullptr;
-            if (GetLocaleStringConfiguration(kGroup, "App", indexText, &app) != kConfigOk ||
+            if (GetLocaleStringConfiguration(kGroup, "App", indexText.text, &app) != kConfigOk ||
                 app == nullptr || app[0] == '\0') {
                 continue;
             }
@@ -214,17 +189,17 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     if (m_isBokehMode != 0 || m_numPhysicalCameras == 1) {
         m_supportCaps.set(CapsBokehOrSingleCamera);
     }
-    const bool hasVideoStream = HasVideoStream(config);
+    const bool hasVideoStream = HasStream(config, IsVideoStream);
 
     // While the device charges wirelessly (and the device allows it) fallback
     // detection is off.
-    const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless", false);
+    const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless");
     char wirelessText[kWirelessReadSize + 1] = {};
     const int readStatus = readFile(kWirelessOnlinePath, wirelessText, kWirelessReadSize);
     const int wirelessStat = ParseDecimal(wirelessText);
     UI_LOGI("read wireless_stat is %d result %d isEnablewireless %d", wirelessStat, readStatus,
             enableWireless);
-    const bool wirelessOn = readStatus == 0 && wirelessStat == 1 && enableWireless;
+    const bool wirelessOn = readStatus == kStatusOk && wirelessStat == 1 && enableWireless;
 
     const int fallbackDetect =
         PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdetect", "1");
@@ -249,12 +224,14 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
         PropertyDecimal("persist.vendor.camera.sat.enable.fallbackdebug", "0") > 0 ? 1 : 0;
 
     sat.isTripartiteFallbackWhitelist =
-        IsTripartiteFallbackApp(m_clientPackageName, m_clientActivityName, __func__) ? 1 : 0;
+        IsTripartiteFallbackApp(m_clientPackageName.data(), m_clientActivityName.data(), __func__)
+            ? 1
+            : 0;
 
     // Bokeh seamless zoom is restricted only in bokeh sessions that do not
     // translate the zoom ratio themselves.
     const bool enableBokehZoomRatio =
-        ReadConfigBool("BokehZoomRatioTranslateInfo", "enableBokehZoomRatio", false);
+        ReadConfigBool("BokehZoomRatioTranslateInfo", "enableBokehZoomRatio");
     std::vector<uint32_t> seamlessModes;
     ReadUIntList("BokehSATConfig", "supportBokehIzoomSeamless", seamlessModes);
     bool seamlessMode = false;
@@ -268,7 +245,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     sat.supportBokehIzoomSeamless =
         (m_isBokehMode != 0 && !enableBokehZoomRatio) ? (seamlessMode ? 1 : 0) : 1;
 
-    const bool zoomDivisionApp = IsZoomDivisionApp(m_clientPackageName, m_clientActivityName);
+    const bool zoomDivisionApp =
+        IsZoomDivisionApp(m_clientPackageName.data(), m_clientActivityName.data());
     sat.is3rdCamZoomDivisionApp = zoomDivisionApp ? 1 : 0;
     sat.supportZoomDivision = (zoomDivisionApp || m_isSystemCamera != 0) ? 1 : 0;
 
@@ -277,13 +255,13 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     if (m_isSystemCamera != 0 && m_isCameraUint == 0) {
         sat.enableSmoothZoom = 1;
         if (m_numPhysicalCameras >= 2) {
-            sat.useAIDLInput = ReadConfigBool("SatSmoothZoom", "UseAIDLInput", false) ? 1 : 0;
+            sat.useAIDLInput = ReadConfigBool("SatSmoothZoom", "UseAIDLInput") ? 1 : 0;
         }
     }
 
     sat.isBokehMode = m_isBokehMode;
     sat.isEnableSkipMiddleSensor =
-        ReadConfigBool("SatPointZoomSkip", "isEnableSkipMiddleSensor", false) ? 1 : 0;
+        ReadConfigBool("SatPointZoomSkip", "isEnableSkipMiddleSensor") ? 1 : 0;
 
     if (hasVideoStream) {
         int32_t videoMaxRtCount = 0;

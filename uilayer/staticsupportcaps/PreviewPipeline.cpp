@@ -4,9 +4,9 @@
 #include <CameraHWConfiguration.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
+#include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
@@ -50,15 +50,14 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
         std::vector<uint32_t> values(intCount < 3 ? 3 : intCount);
         std::vector<char*> names(valueCount);
         for (uint32_t row = 0; row < rowCount; ++row) {
-            char index[16];
-            snprintf(index, sizeof(index), "%u", row);
+            const RowIndex index(row);
             std::fill(values.begin(), values.end(), 0u);
             if (intCount < 2) {
                 values[1] = kAnyLogicalCamera;
             }
             // A row that does not read as integers matches nothing.
-            if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index,
-                                                   values.data(), intCount) != 0) {
+            if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index.text,
+                                                   values.data(), intCount) != kConfigOk) {
                 continue;
             }
             if (values[0] != m_operationMode ||
@@ -69,8 +68,8 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             std::fill(names.begin(), names.end(), nullptr);
             // A row shorter than the first one has no name at the last position:
             // it keeps the earlier choice, like a row that cannot be read.
-            if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index,
-                                                 names.data(), valueCount) != 0 ||
+            if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index.text,
+                                                 names.data(), valueCount) != kConfigOk ||
                 names[valueCount - 1] == nullptr) {
                 continue;
             }

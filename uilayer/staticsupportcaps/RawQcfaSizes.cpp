@@ -10,6 +10,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -23,22 +24,6 @@ constexpr const char* kFocalLengthMappingGroup = "EquivalentFocalLengthMapping";
 constexpr size_t kRawSizeKeySize = 50;
 // The base zoom ratios are read into a fixed table: longer lists are cut there.
 constexpr uint32_t kMaxRemapSensors = 16;
-
-// Reads every string of a list; 0 on success with `out` holding the strings
-// (pointers into the configuration store), else the store's status or 6 for
-// a list without values.
-int ReadStringList(const char* group, const char* key, std::vector<char*>& out) {
-    const uint32_t count = GetValuesCount(group, key);
-    out.assign(count, nullptr);
-    if (count == 0) {
-        return kConfigNotFound;
-    }
-    const int status = GetStringListConfiguration(group, key, out.data(), count);
-    if (status != kConfigOk) {
-        out.clear();
-    }
-    return status;
-}
 
 }  // namespace
 
@@ -104,7 +89,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
     std::vector<char*> xcfaSensors;
     if (!enable2x2Xcfa ||
         ReadStringList(kRemosaicGroup, "2x2XCFASensorNameList", xcfaSensors) != kConfigOk) {
-        return 0;
+        return kStatusOk;
     }
     for (const char* listed : xcfaSensors) {
         for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {
@@ -123,23 +108,21 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
             }
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
     const uint32_t count = GetValuesCount(kRemosaicGroup, "XCFA2SwitchZoomRatio");
     if (count == 0) {
         // Without the key the ratios of an earlier configuration stay.
-        return 0;
+        return kStatusOk;
     }
-    // Values that do not read as floats leave zeros: the count always matches
-    // the array, which the request path relies on to bound its reads.
-    float* ratios = new float[count]();
-    GetFloatListConfiguration(kRemosaicGroup, "XCFA2SwitchZoomRatio", ratios, count);
-    delete[] m_XCFA2SwitchZoomRatio;
-    m_XCFA2SwitchZoomRatio = ratios;
-    m_XCFA2SwitchZoomRatioCount = count;
-    return 0;
+    // Values that do not read as floats stay 0; the request path bounds its
+    // reads by the list's size.
+    m_XCFA2SwitchZoomRatio.assign(count, 0.0f);
+    GetFloatListConfiguration(kRemosaicGroup, "XCFA2SwitchZoomRatio", m_XCFA2SwitchZoomRatio.data(),
+                              count);
+    return kStatusOk;
 }
 
 float StaticSupportCapabilities::ProcessRemapZoomRatio(char* sensorName, int skip) {

@@ -11,6 +11,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -24,7 +25,6 @@ constexpr const char* kForcedSensorModeProperty = "vendor.debug.camera.policy.se
 constexpr size_t kSensorModeKeySize = 64;
 // The index byte that means "no mode".
 constexpr uint8_t kNoSensorMode = 0xFF;
-constexpr int32_t kAnyValue = -1;
 constexpr uint32_t kOtherCamRowSize = 6;
 // Caps bits 16..33 decide the sensor mode; bit 17 (position 1 after the
 // shift) is the plain mode that any other bit of the range overrides.
@@ -88,10 +88,6 @@ bool ForcedSensorModeIndex(uint32_t type, uint8_t* index) {
     }
 }
 
-bool RowValueMatches(int32_t rowValue, int32_t actual) {
-    return rowValue == kAnyValue || rowValue == actual;
-}
-
 }  // namespace
 
 void StaticSupportCapabilities::StandardizeSensorCapsMask(_CapsBitset& caps) const {
@@ -122,12 +118,12 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCaps(_CapsBitset caps, Qu
         if (ForcedSensorModeIndex(static_cast<uint32_t>(type), &forced)) {
             index = static_cast<signed char>(forced);
             UI_LOGE("Force Sensor Mode Index %d frameworkId %d", index, type);
-            return 0;
+            return kStatusOk;
         }
     }
     if (m_isSystemCamera == 0) {
         GetSensorModeIndexByCapsForOtherCam(caps, type, index);
-        return 0;
+        return kStatusOk;
     }
 
     StandardizeSensorCapsMask(caps);
@@ -174,7 +170,7 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCaps(_CapsBitset caps, Qu
     }
     if (result == kConfigOk) {
         index = static_cast<signed char>(value & 0xFFu);
-        return 0;
+        return kStatusOk;
     }
     UI_LOGE("GetSensorModeIndexByCaps Query %s fail, please config: %s", anyModeKey, exactKey);
     return result;
@@ -187,22 +183,22 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
     // The engineering camera picks its MIPI mode itself.
     if (m_mipiSelectMode != kNoSensorMode) {
         index = static_cast<signed char>(m_mipiSelectMode);
-        return 0;
+        return kStatusOk;
     }
 
-    const char* client = m_clientPackageName;
+    const char* client = m_clientPackageName.data();
     uint32_t rowCount = GetLocaleKeyCount(kOtherCamSettingGroup, client);
     if (rowCount == 0) {
-        client = m_clientActivityName;
+        client = m_clientActivityName.data();
         rowCount = GetLocaleKeyCount(kOtherCamSettingGroup, client);
     }
     UI_LOGI("The keyCount of %s: %u, package name: %s, activity name: %s", kOtherCamSettingGroup,
-            rowCount, m_clientPackageName, m_clientActivityName);
+            rowCount, m_clientPackageName.data(), m_clientActivityName.data());
     UI_LOGI("width : %d, height: %d,fps :%d", m_firstStreamDimension.width,
             m_firstStreamDimension.height, m_maxFps);
     if (rowCount == 0 ||
         GetLocaleKeyValuesCount(kOtherCamSettingGroup, client, "0") != kOtherCamRowSize) {
-        return 0;
+        return kStatusOk;
     }
 
     // A row: camera type, max fps, first stream width and height, operation
@@ -211,10 +207,9 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
         static_cast<int32_t>(type), m_maxFps, static_cast<int32_t>(m_firstStreamDimension.width),
         static_cast<int32_t>(m_firstStreamDimension.height), static_cast<int32_t>(m_operationMode)};
     for (uint32_t row = 0; row < rowCount; ++row) {
-        char rowIndex[16];
-        snprintf(rowIndex, sizeof(rowIndex), "%u", row);
+        const RowIndex rowIndex(row);
         int32_t values[kOtherCamRowSize] = {};
-        if (GetLocaleIntegerListConfiguration(kOtherCamSettingGroup, client, rowIndex, values,
+        if (GetLocaleIntegerListConfiguration(kOtherCamSettingGroup, client, rowIndex.text, values,
                                               kOtherCamRowSize) != kConfigOk) {
             continue;
         }
@@ -224,10 +219,10 @@ int32_t StaticSupportCapabilities::GetSensorModeIndexByCapsForOtherCam(_CapsBits
         }
         if (matches) {
             index = static_cast<signed char>(values[kOtherCamRowSize - 1]);
-            return 0;
+            return kStatusOk;
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -11,9 +11,15 @@
 #include <cstring>
 #include <vector>
 
+#include "common/CapsConstants.h"
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/MetadataRead.h"
+#include "common/OperationModes.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/StreamPredicates.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -23,27 +29,10 @@ namespace {
 // Helpers below do part of ParseSessionParams's work; their log lines name that step.
 constexpr const char* kSessionParamsStep = "ParseSessionParams";
 
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
-constexpr uint32_t kTagAICompositionEnable = 165;
-constexpr uint32_t kTagCameraMode = 160;
-constexpr uint32_t kTagSnapshotRawFormat = 161;
-constexpr uint32_t kTagWarmStartLux = 85;
-constexpr uint32_t kTagMipiSelectMode = 169;
-constexpr uint32_t kTagCameraFromMainMenu = 109;
-constexpr uint32_t kTagIsGenericCam = 72;
-
 // The client names are compared in buffers of this size (79 characters).
 constexpr size_t kSessionNameSize = 80;
 // The snapshot raw format text is copied up to this many bytes.
 constexpr size_t kRawFormatTextSize = 128;
-
-constexpr uint32_t kOperationModeMask = 0xF0FF;
-constexpr uint32_t kOpModeTeleConverter = 0x80B4;
-constexpr uint32_t kOpModeProVideo = 0x80BE;
-constexpr uint32_t kOpModeProVideoAlt = 0x8009;
-
-constexpr int kFormatRaw12 = 38;
 
 constexpr const char* kOverrideGroup = "ThirdAppOperationModeOverride";
 constexpr const char* kAePrecaptureGroup = "DisableAePrecapture";
@@ -54,38 +43,8 @@ const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uin
     return config->streams != nullptr ? config->streams[i] : nullptr;
 }
 
-bool HasRaw12Stream(const camera3_stream_configuration* config) {
-    for (uint32_t i = 0; i < config->num_streams; ++i) {
-        const camera3_stream_t* stream = StreamAt(config, i);
-        if (stream != nullptr && stream->format == kFormatRaw12) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// A session parameter of the expected element type with at least `minCount`
-// elements. An entry of another type or a shorter one counts as absent, so no
-// read goes past an entry's data.
-bool FindEntry(const camera_metadata_t* meta, uint32_t tag, uint8_t type, size_t minCount,
-               camera_metadata_ro_entry_t* entry) {
-    return find_camera_metadata_ro_entry(meta, tag, entry) == 0 && entry->type == type &&
-           entry->count >= minCount && (entry->count == 0 || entry->data.u8 != nullptr);
-}
-
-// Copies the bytes of a text entry into `out` (`size` bytes, zeroed here) and
-// keeps the last byte for the terminator.
-void CopyEntryText(const camera_metadata_ro_entry_t& entry, char* out, size_t size) {
-    memset(out, 0, size);
-    const size_t count = entry.count < size - 1 ? entry.count : size - 1;
-    if (count > 0) {
-        memcpy(out, entry.data.u8, count);
-    }
-}
-
-bool IsProVideoMode(const char* cameraMode) {
-    return strcmp(cameraMode, "pro_video_mode") == 0 ||
-           strcmp(cameraMode, "pro_video_log_mode") == 0;
+bool IsRaw12(const camera3_stream& stream) {
+    return stream.format == HAL_PIXEL_FORMAT_RAW12;
 }
 
 // Reads a hexadecimal operation mode ("8001" or "0x8001").
@@ -138,10 +97,9 @@ void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
         return;
     }
     for (uint32_t i = 0; i < rows; ++i) {
-        char index[16];
-        snprintf(index, sizeof(index), "%u", i);
+        const RowIndex index(i);
         char* values[4] = {};
-        if (GetLocaleStringListConfiguration(kOverrideGroup, "scene", index, values, 4) !=
+        if (GetLocaleStringListConfiguration(kOverrideGroup, "scene", index.text, values, 4) !=
                 kConfigOk ||
             values[0] == nullptr || values[1] == nullptr) {
             continue;
@@ -175,15 +133,14 @@ bool IsAePrecaptureDisabled(const char* package, const char* activity) {
     const uint32_t rows = GetKeyCount(kAePrecaptureGroup);
     for (uint32_t i = 0; i < rows; ++i) {
         char key[32];
-        char index[16];
         snprintf(key, sizeof(key), "scene[%u]", i);
-        snprintf(index, sizeof(index), "%u", i);
+        const RowIndex index(i);
         const uint32_t count = GetValuesCount(kAePrecaptureGroup, key);
         if (count < 2) {
             continue;
         }
         std::vector<char*> values(count, nullptr);
-        if (GetLocaleStringListConfiguration(kAePrecaptureGroup, "scene", index, values.data(),
+        if (GetLocaleStringListConfiguration(kAePrecaptureGroup, "scene", index.text, values.data(),
                                              count) != kConfigOk ||
             values[0] == nullptr || values[1] == nullptr || values[0][0] == '\0' ||
             values[1][0] == '\0') {
@@ -221,10 +178,7 @@ void WriteGenericCamFlag(camera_metadata_t* meta, bool isGeneric) {
     }
 }
 
-bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const char* cameraMode) {
-    if (IsProVideoMode(cameraMode)) {
-        return false;
-    }
+bool MatchVideoFrameInsert(const camera3_stream_configuration* config) {
     const uint32_t rows = GetKeyCount(kFrameInsertGroup);
     const uint32_t rowLength = GetValuesCount(kFrameInsertGroup, "Mode[0]");
     if (rows == 0 || rowLength < 2) {
@@ -238,14 +192,13 @@ bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const cha
             continue;
         }
         for (uint32_t i = 0; i < rows; ++i) {
-            char index[16];
-            snprintf(index, sizeof(index), "%u", i);
+            const RowIndex index(i);
             // A row shorter than two values is malformed and matches nothing.
-            if (GetLocaleKeyValuesCount(kFrameInsertGroup, "Mode", index) < 2) {
+            if (GetLocaleKeyValuesCount(kFrameInsertGroup, "Mode", index.text) < 2) {
                 continue;
             }
-            if (GetLocaleUIntegerListConfiguration(kFrameInsertGroup, "Mode", index, row.data(),
-                                                   rowLength) == kConfigOk &&
+            if (GetLocaleUIntegerListConfiguration(kFrameInsertGroup, "Mode", index.text,
+                                                   row.data(), rowLength) == kConfigOk &&
                 row[0] == config->operation_mode && row[1] == stream->width) {
                 return true;
             }
@@ -257,31 +210,24 @@ bool MatchVideoFrameInsert(const camera3_stream_configuration* config, const cha
 }  // namespace
 
 void CopySessionMetadataString(const camera_metadata_t* meta, uint32_t tag, char* out) {
-    if (meta == nullptr || out == nullptr) {
-        return;
-    }
     camera_metadata_ro_entry_t entry = {};
-    if (!FindEntry(meta, tag, TYPE_BYTE, 0, &entry)) {
-        return;
-    }
-    const size_t count = entry.count < kSessionNameSize - 1 ? entry.count : kSessionNameSize - 1;
-    if (count > 0) {
-        memcpy(out, entry.data.u8, count);
+    if (out != nullptr && FindTypedEntry(meta, tag, TYPE_BYTE, 0, &entry)) {
+        CopyEntryText(entry, out, kSessionNameSize);
     }
 }
 
 uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_configuration* config) {
-    uint32_t result = 0;
+    uint32_t result = kStatusOk;
     m_cameraIsFromMainMenu = 0;
 
     camera_metadata_t* meta = config != nullptr ? config->session_parameters : nullptr;
     if (meta == nullptr) {
         UI_LOGE("Invalid Args");
-        result = 4;
+        result = kStatusInvalidArgument;
     } else {
         // The HAL's configuration object is mutable (IuiLayer takes it
         // non-const): a listed third-app client gets its operation mode
-        // rewritten in place, and every later step and module sees the new one.
+        // rewritten in place, and every later step and module sees the rewritten one.
         auto* mutableConfig = const_cast<camera3_stream_configuration*>(config);
         OverrideThirdAppOperationMode(mutableConfig, meta);
         ParseSessionMetadata(config, meta);
@@ -302,30 +248,14 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     }
 
     const bool mlftExcluded = IsMlftNodeExcluded(m_operationMode);
-    if (!mlftExcluded && strcmp(m_cameraMode, "pro_video_log_mode") != 0 &&
-        m_numPhysicalCameras != 1) {
+    if (!mlftExcluded && !CameraModeIs("pro_video_log_mode") && m_numPhysicalCameras != 1) {
         m_supportCaps.set(CapsVideoMLFT);
     }
 
-    switch (m_maxFps) {
-        case 60:
-            m_supportCaps.set(CapsFps60);
-            break;
-        case 120:
-            m_supportCaps.set(CapsFps120);
-            break;
-        case 240:
-            m_supportCaps.set(CapsFps240);
-            break;
-        case 480:
-            m_supportCaps.set(CapsFps480);
-            break;
-        default:
-            break;
-    }
+    SetFpsCaps(m_supportCaps, m_maxFps);
 
     m_supportCaps.reset(CapsOpMode80BE8009);
-    if (m_operationMode == kOpModeProVideo || m_operationMode == kOpModeProVideoAlt) {
+    if (IsProVideoFamilyMode(m_operationMode)) {
         m_supportCaps.set(CapsOpMode80BE8009);
         m_supportCaps.set(CapsProVideoFamily);
     }
@@ -334,18 +264,11 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     InitPackageName(const_cast<camera3_stream_configuration*>(config));
 
     m_disableAePrecapture =
-        IsAePrecaptureDisabled(m_clientPackageName, m_clientActivityName) ? 1 : 0;
+        IsAePrecaptureDisabled(m_clientPackageName.data(), m_clientActivityName.data()) ? 1 : 0;
 
-    bool hasVideoStream = false;
-    if (config != nullptr) {
-        for (uint32_t i = 0; i < config->num_streams; ++i) {
-            const camera3_stream_t* stream = StreamAt(config, i);
-            if (stream != nullptr && IsVideoStream(*stream)) {
-                UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
-                hasVideoStream = true;
-                break;
-            }
-        }
+    const bool hasVideoStream = HasStream(config, IsVideoStream);
+    if (hasVideoStream) {
+        UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
     }
     m_supportCaps.reset(CapsMultiSpectral);
     if (m_isSystemCamera != 0) {
@@ -355,22 +278,19 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
         m_supportCaps.set(CapsSystemCamera);
     }
 
-    if (IsProVideoMode(m_cameraMode) || strcmp(m_cameraMode, "video_mode") == 0 ||
-        strcmp(m_cameraMode, "telephoto_video_mode") == 0) {
+    if (IsProVideoCameraMode() || CameraModeIs("video_mode") ||
+        CameraModeIs("telephoto_video_mode")) {
         m_supportCaps.set(CapsVideoCameraMode);
     }
 
-    bool lockMaster = false;
-    if (GetBooleanConfiguration("OemCamSettings", "SupportSnaphotLockMaster", &lockMaster) ==
-            kConfigOk &&
-        lockMaster) {
+    if (ReadConfigBool("OemCamSettings", "SupportSnaphotLockMaster")) {
         m_supportCaps.set(CapsSnapshotLockMaster);
         UI_LOGI("SupportSnaphotLockMaster is enabled");
     }
 
-    if (strcmp(m_cameraMode, "pro_video_log_mode") == 0) {
+    if (CameraModeIs("pro_video_log_mode")) {
         m_supportCaps.set(CapsCameraModeProVideoLog);
-    } else if (strcmp(m_cameraMode, "pro_video_mode") == 0) {
+    } else if (CameraModeIs("pro_video_mode")) {
         m_supportCaps.set(CapsCameraModeProVideo);
     }
 
@@ -402,7 +322,8 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
         m_supportCaps.set(CapsVideoStream);
     }
 
-    const bool frameInsert = config != nullptr && MatchVideoFrameInsert(config, m_cameraMode);
+    const bool frameInsert =
+        config != nullptr && !IsProVideoCameraMode() && MatchVideoFrameInsert(config);
     if (frameInsert) {
         m_supportCaps.set(CapsVideoFrameInsert);
     }
@@ -428,18 +349,18 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
         m_supportCaps.reset(CapsViewFinderUseAsdFullFovPath);
     }
 
-    if (FindEntry(meta, VendorTagId(kTagAICompositionEnable), TYPE_BYTE, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagAICompositionEnable), TYPE_BYTE, 1, &entry)) {
         m_isAICompositionEnable = entry.data.u8[0] == 1 ? 1 : 0;
         UI_LOGI_IN(kSessionParamsStep, "isAICompositionEnable: %d", m_isAICompositionEnable);
     }
 
-    if (FindEntry(meta, ANDROID_CONTROL_AE_TARGET_FPS_RANGE, TYPE_INT32, 2, &entry)) {
+    if (FindTypedEntry(meta, ANDROID_CONTROL_AE_TARGET_FPS_RANGE, TYPE_INT32, 2, &entry)) {
         m_minFps = entry.data.i32[0];
         m_maxFps = entry.data.i32[1];
         UI_LOGI_IN(kSessionParamsStep, "fps: %d %d", m_minFps, m_maxFps);
     }
 
-    if (FindEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagCameraMode), TYPE_BYTE, 0, &entry)) {
         const bool lut3d = Is3DLutEnabled();
         // At most 128 bytes of the text; the buffer keeps room for the terminator.
         CopyEntryText(entry, m_cameraMode, sizeof(m_cameraMode));
@@ -448,8 +369,8 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
     }
 
     // RAW12 is the snapshot raw format unless the client names another one.
-    if (HasRaw12Stream(config)) {
-        if (!FindEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
+    if (HasStream(config, IsRaw12)) {
+        if (!FindTypedEntry(meta, VendorTagId(kTagSnapshotRawFormat), TYPE_BYTE, 0, &entry)) {
             m_supportCaps.set(CapsSnapshotRaw12);
             UI_LOGI_IN(kSessionParamsStep, "set RAW12 SnapshotRawFormat");
         } else {
@@ -462,29 +383,28 @@ void StaticSupportCapabilities::ParseSessionMetadata(const camera3_stream_config
         }
     }
 
-    if ((m_operationMode == 0x8001 || m_operationMode == 0x8009 || m_operationMode == 0x8019) &&
-        m_numPhysicalCameras >= 2) {
+    if (IsSatFusionMode(m_operationMode) && m_numPhysicalCameras >= 2) {
         m_supportCaps.set(CapsSatFusion);
         UI_LOGI_IN(kSessionParamsStep, "Sat fusion is supported!");
     }
 
-    if (FindEntry(meta, VendorTagId(kTagWarmStartLux), TYPE_FLOAT, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagWarmStartLux), TYPE_FLOAT, 1, &entry)) {
         m_warmStartLux = entry.data.f[0];
     }
     UI_LOGI_IN(kSessionParamsStep, "warmStartLux: %f", static_cast<double>(m_warmStartLux));
-    if (FindEntry(meta, VendorTagId(kTagMipiSelectMode), TYPE_BYTE, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagMipiSelectMode), TYPE_BYTE, 1, &entry)) {
         m_mipiSelectMode = entry.data.u8[0];
         UI_LOGI_IN(kSessionParamsStep, "engineercamera mipiSelectMode: %d",
                    static_cast<int8_t>(m_mipiSelectMode));
     }
-    if (FindEntry(meta, VendorTagId(kTagCameraFromMainMenu), TYPE_BYTE, 1, &entry)) {
+    if (FindTypedEntry(meta, VendorTagId(kTagCameraFromMainMenu), TYPE_BYTE, 1, &entry)) {
         m_cameraIsFromMainMenu = entry.data.u8[0];
     }
 }
 
 void StaticSupportCapabilities::ApplyCameraMode(bool lut3d) {
-    const bool proVideo = strcmp(m_cameraMode, "pro_video_mode") == 0;
-    const bool proVideoLog = strcmp(m_cameraMode, "pro_video_log_mode") == 0;
+    const bool proVideo = CameraModeIs("pro_video_mode");
+    const bool proVideoLog = CameraModeIs("pro_video_log_mode");
     if (proVideo || proVideoLog) {
         m_supportCaps.set(CapsProVideo);
         if (proVideoLog) {
@@ -502,17 +422,16 @@ void StaticSupportCapabilities::ApplyCameraMode(bool lut3d) {
         if (m_videoStabilizationMode == 0) {
             m_supportCaps.reset(CapsVideoEIS);
         }
-    } else if (strcmp(m_cameraMode, "super_text_mode") == 0 ||
-               strcmp(m_cameraMode, "super_text_mode_v2") == 0) {
+    } else if (CameraModeIs("super_text_mode") || CameraModeIs("super_text_mode_v2")) {
         m_supportCaps.set(CapsSuperText);
-    } else if (strcmp(m_cameraMode, "video_mode") == 0) {
+    } else if (CameraModeIs("video_mode")) {
         if (m_maxFps == 120) {
             m_supportCaps.set(CapsVideoEIS);
             m_supportCaps.set(CapsVideo120Fps);
         }
-    } else if (strcmp(m_cameraMode, "fine_food_mode") == 0) {
+    } else if (CameraModeIs("fine_food_mode")) {
         m_supportCaps.set(CapsFineFood);
-    } else if (strcmp(m_cameraMode, "gr_mode") == 0) {
+    } else if (CameraModeIs("gr_mode")) {
         m_supportCaps.set(CapsGrMode);
     }
 }

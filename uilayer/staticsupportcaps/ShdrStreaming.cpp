@@ -9,6 +9,7 @@
 
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -56,18 +57,17 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         UI_LOGE("Check CameraHWConfiguration.config");
     }
     if (keyCount == 0) {
-        return 0;
+        return kStatusOk;
     }
 
     // At least a whole entry, so that every value below can be read.
     std::vector<int32_t> values(std::max(valueCount, kShdrEntrySize), 0);
     int status = 0;
     for (uint32_t i = 0; i < keyCount; ++i) {
-        char indexText[16];
-        snprintf(indexText, sizeof(indexText), "%d", static_cast<int>(i));
+        const RowIndex indexText(i);
         std::fill(values.begin(), values.end(), 0);
-        status = GetLocaleIntegerListConfiguration(kShdrGroup, "Mode", indexText, values.data(),
-                                                   valueCount);
+        status = GetLocaleIntegerListConfiguration(kShdrGroup, "Mode", indexText.text,
+                                                   values.data(), valueCount);
         if (status != kConfigOk) {
             continue;
         }
@@ -75,7 +75,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         // entry without its camera, mode, mask, type or fps cannot be matched,
         // so it is skipped rather than guessed.
         if (valueCount < kShdrEntrySize ||
-            GetLocaleKeyValuesCount(kShdrGroup, "Mode", indexText) < kShdrEntrySize) {
+            GetLocaleKeyValuesCount(kShdrGroup, "Mode", indexText.text) < kShdrEntrySize) {
             continue;
         }
         if (UI_LOG_INFO_ON()) {
@@ -86,7 +86,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         }
         const bool applies = values[kShdrCameraId] == static_cast<int32_t>(m_frameworkId) &&
                              static_cast<uint32_t>(values[kShdrOperationMode]) == m_operationMode &&
-                             (values[kShdrMaxFps] == -1 || values[kShdrMaxFps] == m_maxFps);
+                             RowValueMatches(values[kShdrMaxFps], m_maxFps);
         if (!applies) {
             continue;
         }
@@ -132,7 +132,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
 
 uint32_t StaticSupportCapabilities::ConfigureSensorDCGVSStreamingByCaps() {
     if (m_numPhysicalCameras == 0) {
-        return 0;
+        return kStatusOk;
     }
     int status = 0;
     for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {

@@ -9,13 +9,16 @@
 #include "common/CapsConstants.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/StreamPredicates.h"
+#include "common/VendorTags.h"
 
 namespace Lumora {
 
 namespace {
 
 bool IsLogicalCameraType(QueryCapsType type) {
-    return (static_cast<uint32_t>(type) & 0xFFu) == kLogicalCameraType;
+    return QueryCameraId(type) == kLogicalCameraType;
 }
 
 // The sibling's record of one camera, or null when its characteristics carry
@@ -24,7 +27,7 @@ LumoraCameraInfo* FindCameraInfoRecord(const camera_info& info) {
     camera_metadata_ro_entry_t entry = {};
     if (info.static_camera_characteristics == nullptr ||
         find_camera_metadata_ro_entry(info.static_camera_characteristics,
-                                      VendorTagId(kVendorTagCameraInfo), &entry) != 0 ||
+                                      VendorTagId(kTagCameraInfo), &entry) != 0 ||
         entry.data.u8 == nullptr || entry.count < sizeof(LumoraCameraInfo)) {
         return nullptr;
     }
@@ -101,34 +104,20 @@ StaticSupportCapabilities::StaticSupportCapabilities(unsigned int cameraId,
         m_frameworkId = cameraId;
         m_logicalCamId = -1;
     }
-
-    m_clientPackageName = new char[kClientNameSize]();
-    m_clientActivityName = new char[kClientNameSize]();
-    m_sensorDimension = new _SensorDimension[kSensorDimensionRows]();
 }
 
-StaticSupportCapabilities::~StaticSupportCapabilities() {
-    delete[] m_clientPackageName;
-    m_clientPackageName = nullptr;
-    delete[] m_clientActivityName;
-    m_clientActivityName = nullptr;
-    delete[] m_XCFA2SwitchZoomRatio;
-    m_XCFA2SwitchZoomRatio = nullptr;
-    delete[] m_sensorDimension;
-    m_sensorDimension = nullptr;
-}
+StaticSupportCapabilities::~StaticSupportCapabilities() {}
 
 int StaticSupportCapabilities::GetFwkCameraIdByCameraIndex(unsigned int cameraIndex) const {
     if (cameraIndex >= m_numPhysicalCameras) {
-        return -1;
+        return kNoCamera;
     }
     return m_cameraInfo[cameraIndex].frameworkId;
 }
 
 int StaticSupportCapabilities::GetFwkCameraIdByStream(const camera3_stream* stream) const {
-    if (stream == nullptr || stream->physical_camera_id == nullptr ||
-        stream->physical_camera_id[0] == '\0') {
-        return -1;
+    if (stream == nullptr || !HasPhysicalCameraId(*stream)) {
+        return kNoCamera;
     }
     return atoi(stream->physical_camera_id);
 }
@@ -149,7 +138,7 @@ int StaticSupportCapabilities::FindCameraEntryByPhysicalId(uint32_t physicalCamI
             return static_cast<int>(i);
         }
     }
-    return -1;
+    return kNoCamera;
 }
 
 void StaticSupportCapabilities::ResetSessionState() {
@@ -166,7 +155,7 @@ void StaticSupportCapabilities::ResetSessionState() {
     m_warmStartLux = 0.0f;
     m_mipiSelectMode = 0;
     memset(m_cameraMode, 0, sizeof(m_cameraMode));
-    m_operationMode = 0xFFFF;
+    m_operationMode = kOperationModeUnset;
     m_warmStartLux = -1.0f;
     m_mipiSelectMode = 0xFF;
 
@@ -179,7 +168,7 @@ void StaticSupportCapabilities::ResetSessionState() {
 int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_configuration* config) {
     if (config == nullptr) {
         UI_LOGE("Invalid Args");
-        return 4;
+        return kStatusInvalidArgument;
     }
     m_debugEnable = property_get_bool("vendor.debug.camera.policy.debugEnable", false) ? 1 : 0;
     // The HAL always configures at least one stream; an empty configuration
@@ -227,13 +216,13 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
             UI_LOGI("logicalCameraId %d, m_sensorNameList %s", id, m_sensorNameList[id].c_str());
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 int StaticSupportCapabilities::ParseStreamCapabilities(const camera3_stream_configuration* config) {
     ParseStreamsInfo(config);
     SelectLowlatencyPipeline(config);
-    return 0;
+    return kStatusOk;
 }
 
 bool StaticSupportCapabilities::IsSessionSupportCaps(DesiredSupportCaps caps,
@@ -242,7 +231,7 @@ bool StaticSupportCapabilities::IsSessionSupportCaps(DesiredSupportCaps caps,
     if (IsLogicalCameraType(type)) {
         supported = m_supportCaps.test(caps);
     } else {
-        const int index = FindCameraEntryByPhysicalId(static_cast<uint32_t>(type) & 0xFFu);
+        const int index = FindCameraEntryByPhysicalId(QueryCameraId(type));
         supported = index >= 0 && m_cameraSupportCaps[index].test(caps);
     }
     UI_LOGV("IsSessionSupportCaps %d supportCaps %d cameraType %d", supported, caps, type);
@@ -263,7 +252,7 @@ int StaticSupportCapabilities::GetStaticCapsMask(QueryCapsType type, _CapsBitset
             }
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

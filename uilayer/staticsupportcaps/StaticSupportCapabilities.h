@@ -25,6 +25,8 @@
 #include <hardware/camera3.h>
 #include <hardware/camera_common.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -32,6 +34,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
+#include "common/OperationModes.h"
 
 namespace Lumora {
 
@@ -41,9 +44,14 @@ constexpr uint32_t kMaxCameraTable = 255;  // camera indices walked (8-bit count
 constexpr uint32_t kSensorDimensionRows = 8;
 constexpr uint32_t kMaxTuningPolicyEntries = 64;
 constexpr uint32_t kLogicalCameraType = TypeLogicalCamera;
+static_assert(kMaxPhysicalCameras == LUMORA_MAX_PHYSICAL_CAMERAS, "camera entries of a record");
 
-// Vendor tag index of the sibling's per-camera information record.
-constexpr uint32_t kVendorTagCameraInfo = 5;
+// Camera entries of a camera information record, at most the eight the record
+// has room for; none without a record.
+inline uint32_t RecordCameraCount(const LumoraCameraInfo* record) {
+    return record != nullptr ? std::min<uint32_t>(record->numPhysicalCameras, kMaxPhysicalCameras)
+                             : 0;
+}
 
 struct ODimension {
     uint32_t width;
@@ -87,12 +95,12 @@ public:
     int GetStaticCapsMask(QueryCapsType type, _CapsBitset& mask) const;
     _SatStaticCaps* GetSatStaticCaps() { return &m_satStaticCaps; }
     const char* GetPipelineName() const { return m_pipelineName; }
-    char* GetPackageName() { return m_clientPackageName; }
-    char* GetActivityName() { return m_clientActivityName; }
+    char* GetPackageName() { return m_clientPackageName.data(); }
+    char* GetActivityName() { return m_clientActivityName.data(); }
     bool IsDisableAePrecaptureTriggerForSnapshot() const { return m_disableAePrecapture != 0; }
     char* GetCameraMode() { return m_cameraMode; }
     unsigned int GetVideoStabMode() const { return m_videoStabilizationMode; }
-    _SensorDimension* GetSensorDimension() { return m_sensorDimension; }
+    _SensorDimension* GetSensorDimension() { return m_sensorDimension.data(); }
     StarModeAEInfo* GetStarModeAEInfo() { return &m_starModeAEInfo; }
 
     // ---- Camera table ----
@@ -127,6 +135,12 @@ private:
     void ResetSessionState();
     // Index of the first camera entry with this physical camera id, -1 if none.
     int FindCameraEntryByPhysicalId(uint32_t physicalCamId) const;
+    // The sibling's record of a logical camera id; null for an id without one.
+    const LumoraCameraInfo* CameraRecordOf(int32_t logicalCamId) const {
+        return logicalCamId >= 0 && static_cast<uint32_t>(logicalCamId) < kMaxLogicalCameraIds
+                   ? m_cameraInfoMapById[logicalCamId]
+                   : nullptr;
+    }
 
     // ---- Session parameters ----
     uint32_t ParseSessionParams(const camera3_stream_configuration* config);
@@ -135,6 +149,16 @@ private:
                               const camera_metadata_t* meta);
     // Caps of the client's camera mode (m_cameraMode).
     void ApplyCameraMode(bool lut3d);
+    // Whether the client's camera mode is `name`. The buffer is handed out
+    // writable, so the compare does not rely on its terminator.
+    bool CameraModeIs(const char* name) const {
+        const size_t length = strlen(name);
+        return strnlen(m_cameraMode, sizeof(m_cameraMode)) == length &&
+               memcmp(m_cameraMode, name, length) == 0;
+    }
+    bool IsProVideoCameraMode() const {
+        return CameraModeIs("pro_video_mode") || CameraModeIs("pro_video_log_mode");
+    }
 
     // ---- Client package policy ----
     uint32_t InitPackageName(camera3_stream_configuration* config);
@@ -189,7 +213,7 @@ private:
     uint8_t m_numPhysicalCameras = 0;
     LumoraCameraEntry m_cameraInfo[kMaxPhysicalCameras] = {};
     _CapsBitset m_cameraSupportCaps[kMaxPhysicalCameras];
-    _SensorDimension* m_sensorDimension = nullptr;
+    std::array<_SensorDimension, kSensorDimensionRows> m_sensorDimension = {};
     uint8_t m_allCameraNumbers = 0;
     camera_info* m_pCameraInfo[kMaxCameraTable] = {};
 
@@ -200,7 +224,7 @@ private:
 
     // Session parameters (the block from m_operationMode to m_cameraMode is
     // reset by every configuration).
-    uint32_t m_operationMode = 0xFFFF;
+    uint32_t m_operationMode = kOperationModeUnset;
     uint32_t m_isAICompositionEnable = 0;
     int32_t m_minFps = 0;
     int32_t m_maxFps = 0;
@@ -216,8 +240,8 @@ private:
 
     // Client package policy. The name buffers hold 80 characters and a terminator.
     static constexpr size_t kClientNameSize = 81;
-    char* m_clientPackageName = nullptr;
-    char* m_clientActivityName = nullptr;
+    std::array<char, kClientNameSize> m_clientPackageName = {};
+    std::array<char, kClientNameSize> m_clientActivityName = {};
     uint32_t m_isCameraUint = 0;
     uint32_t m_SupportOisCenterOn = 0;
     uint32_t m_SupportOisCloseOcs = 0;
@@ -243,8 +267,7 @@ private:
 
     // RAW and QCFA sizes.
     std::map<unsigned int, ODimension> m_customRawFullSizes;
-    float* m_XCFA2SwitchZoomRatio = nullptr;
-    uint32_t m_XCFA2SwitchZoomRatioCount = 0;
+    std::vector<float> m_XCFA2SwitchZoomRatio;
     float m_baseZoomRatio = 1.0f;
     uint32_t m_isNeedRemapZoomRatio = 0;
 
@@ -261,26 +284,6 @@ private:
     uint8_t m_feature2TuningPolicyNum = 0;
     StarModeAEInfo m_starModeAEInfo = {0, 0, 0};
 };
-
-// The data space of a stream as the 32-bit value the framework wrote. Its
-// enumeration names only some of the values a stream may carry, and loading
-// any other value through the enumeration type is undefined: the field is
-// read through its bytes instead.
-inline int32_t StreamDataSpace(const camera3_stream& stream) {
-    int32_t value = 0;
-    memcpy(&value, &stream.data_space, sizeof(value));
-    return value;
-}
-
-// A video stream: video-encoder or vendor video usage (0x10080) on anything but
-// a HEIF stream (depth streams count).
-inline bool IsVideoStream(const camera3_stream& stream) {
-    return (stream.usage & 0x10080u) != 0 && StreamDataSpace(stream) != 0x1004;
-}
-
-// Stream predicates shared by the session and request sides.
-bool IsShortRawStream(const camera3_stream* stream);
-bool IsMiddleRawStream(const camera3_stream* stream);
 
 // ---- Session parameters ----
 // Copies the text of a session parameter entry into `out`, a zeroed buffer of

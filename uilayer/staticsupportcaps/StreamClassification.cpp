@@ -8,8 +8,13 @@
 #include <map>
 #include <vector>
 
+#include "common/CapsConstants.h"
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
+#include "common/Status.h"
+#include "common/StreamLists.h"
+#include "common/StreamPredicates.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -18,36 +23,6 @@ namespace {
 
 // Helpers below do part of ParseStreamsInfo's work; their log lines name that step.
 constexpr const char* kStreamsInfoStep = "ParseStreamsInfo";
-
-// HAL pixel formats.
-constexpr int kFormatRaw16 = 0x20;
-constexpr int kFormatBlob = 0x21;
-constexpr int kFormatImplementationDefined = 0x22;
-constexpr int kFormatYCbCr420888 = 0x23;
-constexpr int kFormatRawOpaque = 0x24;
-constexpr int kFormatRaw10 = 0x25;
-constexpr int kFormatRaw12 = 0x26;
-constexpr int kFormatYCbCrP010 = 0x36;
-
-// Usage bits.
-constexpr uint32_t kUsagePreview = 0x100 | 0x800;  // texture or composer
-constexpr uint32_t kUsageVideoEncoder = 0x10000;
-constexpr uint32_t kUsageVendorVideo = 0x80;
-constexpr uint32_t kUsageVendorMetadata = 0x40;
-constexpr uint32_t kUsagePrivate2 = 0x40000000;
-
-// Data spaces.
-constexpr int32_t kDataSpaceDepth = 0x1000;
-constexpr int32_t kDataSpaceHeif = 0x1004;
-constexpr int32_t kDataSpaceV0Jfif = 0x8C20000;
-constexpr int32_t kDataSpaceJfif = 0x101;
-
-// Vendor stream use cases.
-constexpr int64_t kUseCaseMultiSpectral = 0x0080000000010000;
-constexpr int64_t kUseCaseMultiSpectralAux = 0x0400000000010001;
-constexpr int64_t kUseCaseRawFull = 0x0400000000010000;
-constexpr int64_t kUseCaseRawShort = 0x0800000000010000;
-constexpr int64_t kUseCaseRawMiddle = 0x0800000000080000;
 
 // Sensor mode flag of a quad-Bayer remosaic mode.
 constexpr uint16_t kSensorModeQcfa = 0x800;
@@ -79,57 +54,6 @@ constexpr int kRoleCapsBit[EStreamTypeMax] = {
     CapsStreamMetadata,            // EStreamTypeMetadata
     CapsStreamMultiSpectralRaw,    // EStreamTypeMultiSpectralRaw
 };
-
-// ---- Stream predicates ----
-
-bool IsOutputStream(const camera3_stream& s) {
-    return s.stream_type == 0;
-}
-
-bool HasPreviewUsage(const camera3_stream& s) {
-    return (s.usage & kUsagePreview) != 0 && (s.usage & kUsageVideoEncoder) == 0;
-}
-
-bool IsYuvClass(const camera3_stream& s) {
-    return s.format == kFormatImplementationDefined || s.format == kFormatYCbCr420888 ||
-           s.format == kFormatYCbCrP010;
-}
-
-int32_t DataSpaceOf(const camera3_stream& s) {
-    return StreamDataSpace(s);
-}
-
-bool IsDepthOrHeif(const camera3_stream& s) {
-    return (DataSpaceOf(s) | 4) == kDataSpaceHeif;
-}
-
-bool HasVideoUsage(const camera3_stream& s) {
-    return (s.usage & (kUsageVideoEncoder | kUsageVendorVideo)) != 0;
-}
-
-bool IsMultiSpectralUseCase(const camera3_stream& s) {
-    return s.stream_use_case == kUseCaseMultiSpectral ||
-           s.stream_use_case == kUseCaseMultiSpectralAux;
-}
-
-bool IsRaw(const camera3_stream& s) {
-    return (s.format == kFormatRaw16 && (s.usage & kUsageVendorMetadata) == 0 &&
-            !IsMultiSpectralUseCase(s)) ||
-           s.format == kFormatRaw10 || s.format == kFormatRaw12;
-}
-
-// Wider than IsRaw on purpose: opaque raw counts, RAW10/12 need the usage test.
-bool IsQcfaRawCandidate(const camera3_stream& s) {
-    return !IsMultiSpectralUseCase(s) && (s.usage & kUsageVendorMetadata) == 0 &&
-           (s.format == kFormatRaw16 || s.format == kFormatRawOpaque || s.format == kFormatRaw10 ||
-            s.format == kFormatRaw12);
-}
-
-// An output stream for the preview path: preview usage, YUV class, no depth
-// or HEIF data.
-bool IsPreviewYuv(const camera3_stream& s) {
-    return IsOutputStream(s) && HasPreviewUsage(s) && !IsDepthOrHeif(s) && IsYuvClass(s);
-}
 
 bool SizeEquals(const camera3_stream& s, const ODimension& size) {
     return s.width == size.width && s.height == size.height;
@@ -172,16 +96,6 @@ struct ClassificationFacts {
     uint32_t halfWidth = 0;
 };
 
-// Camera entries of the session's own record, bounded by the entry array.
-uint32_t RecordEntryCount(const LumoraCameraInfo* record) {
-    if (record == nullptr) {
-        return 0;
-    }
-    return record->numPhysicalCameras < LUMORA_MAX_PHYSICAL_CAMERAS
-               ? record->numPhysicalCameras
-               : static_cast<uint32_t>(LUMORA_MAX_PHYSICAL_CAMERAS);
-}
-
 // Places one stream by the rules below, in order: the first rule that places
 // it wins. The first rules only set caps bits; the later ones give the role.
 class StreamClassifier {
@@ -197,7 +111,7 @@ public:
           m_operationMode(operationMode),
           m_maxFps(maxFps),
           m_record(record),
-          m_recordEntryCount(RecordEntryCount(record)),
+          m_recordEntryCount(RecordCameraCount(record)),
           m_customRawFullSizes(customRawFullSizes),
           m_facts(facts) {}
 
@@ -207,7 +121,8 @@ public:
         // Extended preview of the vendor modes that support it.
         if (previewYuv && s.ext_stream_mode >= 2 &&
             IsOneOf(m_operationMode,
-                    {0x1, 0x800B, 0x8021, 0x8028, 0x80A9, 0x80AE, 0x80B5, 0x80B6, 0x80B7})) {
+                    {kOpModeConstrainedHighSpeed, kOpMode800B, kOpMode8021, kOpMode8028,
+                     kOpMode80A9, kOpMode80AE, kOpMode80B5, kOpMode80B6, kOpMode80B7})) {
             m_sessionCaps.set(CapsExtModePreview);
         }
         if (previewYuv && (m_facts.oisOpMode || m_facts.thirdApp)) {
@@ -251,32 +166,17 @@ public:
         }
         // The small preview of the multi-camera modes is the view finder.
         if (previewYuv && s.width == 320 && s.height == 240 &&
-            IsOneOf(m_operationMode, {0x8001, 0x8009, 0x8019, 0x80B4})) {
+            (IsSatFusionMode(m_operationMode) || m_operationMode == kOpModeTeleConverter)) {
             return EStreamTypeViewFinder;
         }
         if (previewYuv) {
-            if (m_facts.captureHdrOpMode && s.format == kFormatYCbCrP010) {
+            if (m_facts.captureHdrOpMode && s.format == HAL_PIXEL_FORMAT_YCBCR_P010) {
                 m_sessionCaps.set(CapsCaptureHdrP010Preview);
             }
             return EStreamTypePreview;
         }
         if (IsVideoStream(s)) {
-            switch (m_maxFps) {
-                case 60:
-                    m_sessionCaps.set(CapsFps60);
-                    break;
-                case 120:
-                    m_sessionCaps.set(CapsFps120);
-                    break;
-                case 240:
-                    m_sessionCaps.set(CapsFps240);
-                    break;
-                case 480:
-                    m_sessionCaps.set(CapsFps480);
-                    break;
-                default:
-                    break;
-            }
+            SetFpsCaps(m_sessionCaps, m_maxFps);
             return EStreamTypeVideo;
         }
 
@@ -307,7 +207,7 @@ public:
         if ((s.usage & kUsageVendorMetadata) != 0) {
             return EStreamTypeMetadata;
         }
-        if (s.format == kFormatRaw16 && IsMultiSpectralUseCase(s)) {
+        if (s.format == HAL_PIXEL_FORMAT_RAW16 && IsMultiSpectralUseCase(s)) {
             return EStreamTypeMultiSpectralRaw;
         }
         return EStreamTypeNone;
@@ -317,17 +217,17 @@ private:
     // Live shot (with a video stream), YUV snapshot, JPEG; None sends the
     // stream on to the raw rules.
     StreamType ClassifyOutputSnapshot(const camera3_stream& s) {
-        const int32_t dataSpace = DataSpaceOf(s);
-        const bool yuvOrPrivate = IsYuvClass(s) || (s.usage & kUsagePrivate2) != 0;
+        const int32_t dataSpace = StreamDataSpace(s);
+        const bool yuvOrPrivate = IsYuvClass(s) || (s.usage & GRALLOC_USAGE_PRIVATE_2) != 0;
         const bool previewLike =
-            dataSpace != kDataSpaceDepth && HasPreviewUsage(s) && IsYuvClass(s);
-        if (m_facts.videoExist && yuvOrPrivate && dataSpace != kDataSpaceHeif &&
+            dataSpace != HAL_DATASPACE_DEPTH && HasPreviewUsage(s) && IsYuvClass(s);
+        if (m_facts.videoExist && yuvOrPrivate && dataSpace != HAL_DATASPACE_HEIF &&
             !HasVideoUsage(s) && !previewLike) {
             return EStreamTypeVideoLiveShot;
         }
-        if (!yuvOrPrivate || dataSpace == kDataSpaceHeif || HasVideoUsage(s)) {
-            if (s.format == kFormatBlob &&
-                (dataSpace == kDataSpaceV0Jfif || dataSpace == kDataSpaceJfif)) {
+        if (!yuvOrPrivate || dataSpace == HAL_DATASPACE_HEIF || HasVideoUsage(s)) {
+            if (s.format == HAL_PIXEL_FORMAT_BLOB &&
+                (dataSpace == HAL_DATASPACE_V0_JFIF || dataSpace == HAL_DATASPACE_JFIF)) {
                 return EStreamTypeSnapshotJPEG;
             }
             return EStreamTypeNone;
@@ -335,10 +235,11 @@ private:
         if (previewLike) {
             return EStreamTypeNone;
         }
-        const bool fullSize = (s.width == 6560 || s.height == 4928) &&
-                              (s.format == kFormatYCbCr420888 || s.format == kFormatYCbCrP010 ||
-                               (s.usage & kUsagePrivate2) != 0);
-        if (m_operationMode == 0x8001) {
+        const bool fullSize =
+            (s.width == 6560 || s.height == 4928) &&
+            (s.format == HAL_PIXEL_FORMAT_YCbCr_420_888 ||
+             s.format == HAL_PIXEL_FORMAT_YCBCR_P010 || (s.usage & GRALLOC_USAGE_PRIVATE_2) != 0);
+        if (m_operationMode == kOpModeSat8001) {
             m_sessionCaps.set(CapsRawStream);
         }
         return fullSize ? EStreamTypeSnapshotRAWFullYUV : EStreamTypeSnapshotYUV;
@@ -349,7 +250,7 @@ private:
         if (!IsQcfaRawCandidate(s) || !m_facts.qcfaSensor) {
             return false;
         }
-        if (phyCameraId != -1) {
+        if (phyCameraId != kNoCamera) {
             bool qcfaCamera = false;
             for (uint32_t e = 0; e < m_recordEntryCount; ++e) {
                 const LumoraCameraEntry& entry = m_record->cameraEntry[e];
@@ -384,7 +285,7 @@ private:
         if (IsQcfaRawCandidate(s) && m_facts.qcfaSensor) {
             if (m_record != nullptr && s.width >= m_record->fullArrayWidth) {
                 fullSize = true;
-            } else if (phyCameraId != -1) {
+            } else if (phyCameraId != kNoCamera) {
                 for (uint32_t e = 0; e < m_recordEntryCount; ++e) {
                     const LumoraCameraEntry& entry = m_record->cameraEntry[e];
                     if (entry.frameworkId != phyCameraId) {
@@ -402,7 +303,7 @@ private:
                 }
             }
         }
-        if (s.stream_use_case == kUseCaseRawFull) {
+        if (s.stream_use_case == kStreamUseCaseRawFull) {
             fullSize = true;
         }
         if (fullSize) {
@@ -434,82 +335,53 @@ private:
     const ClassificationFacts& m_facts;
 };
 
-#define LOG_STREAM_LIST(lists, type, name)                                                \
+// One line per entry of the list of role `type`: the fields every list shows,
+// then the text `more` with its arguments (which may name the entry `info`).
+#define LOG_STREAM_LIST(lists, type, more, ...)                                           \
     do {                                                                                  \
         const std::vector<_UIStreamInfo>& list = (lists)[type];                           \
         for (const _UIStreamInfo& info : list) {                                          \
             UI_LOGI_IN(kStreamsInfoStep,                                                  \
-                       "[" name                                                           \
+                       "[" #type                                                          \
                        "] size %lu streamIndex %d phyCameraId %d pStream %p, format %x, " \
-                       "width %d, height %d",                                             \
+                       "width %d, height %d" more,                                        \
                        static_cast<unsigned long>(list.size()), info.streamIndex,         \
                        info.phyCameraId, static_cast<const void*>(info.pStream),          \
-                       info.pStream->format, info.pStream->width, info.pStream->height);  \
+                       info.pStream->format, info.pStream->width, info.pStream->height,   \
+                       ##__VA_ARGS__);                                                    \
         }                                                                                 \
     } while (0)
 
 // Every list with its entries, in the order the camera layer reads them.
 void LogStreamLists(const std::vector<_UIStreamInfo>* lists, const ClassificationFacts& facts) {
-    LOG_STREAM_LIST(lists, EStreamTypePreview, "EStreamTypePreview");
-    LOG_STREAM_LIST(lists, EStreamTypeVideo, "EStreamTypeVideo");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotYUV, "EStreamTypeSnapshotYUV");
-    LOG_STREAM_LIST(lists, EStreamTypeVideoLiveShot, "EStreamTypeVideoLiveShot");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFullYUV, "EStreamTypeSnapshotRAWFullYUV");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotJPEG, "EStreamTypeSnapshotJPEG");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAW, "EStreamTypeSnapshotRAW");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWShort, "EStreamTypeSnapshotRAWShort");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWMiddle, "EStreamTypeSnapshotRAWMiddle");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFull, "EStreamTypeSnapshotRAWFull");
-    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWQcfa2x2, "EStreamTypeSnapshotRAWQcfa2x2");
-    LOG_STREAM_LIST(lists, EStreamTypeMetadata, "EStreamTypeMetadata");
-    for (const _UIStreamInfo& info : lists[EStreamTypeMultiSpectralRaw]) {
-        UI_LOGI_IN(
-            kStreamsInfoStep,
-            "[EStreamTypeMultiSpectralRaw] size %lu streamIndex %d phyCameraId %d pStream %p, "
-            "format %x, width %d, height %d, stream_use_case:%llx",
-            static_cast<unsigned long>(lists[EStreamTypeMultiSpectralRaw].size()), info.streamIndex,
-            info.phyCameraId, static_cast<const void*>(info.pStream), info.pStream->format,
-            info.pStream->width, info.pStream->height,
-            static_cast<unsigned long long>(info.pStream->stream_use_case));
-    }
-    for (const _UIStreamInfo& info : lists[EStreamTypeASDPreview]) {
-        UI_LOGI_IN(
-            kStreamsInfoStep,
-            "[EStreamTypeASDPreview] size %lu streamIndex %d phyCameraId %d pStream %p, format "
-            "%x, width %d, height %d bViewFinderEnabledMode %d bVideoASDMode %d",
-            static_cast<unsigned long>(lists[EStreamTypeASDPreview].size()), info.streamIndex,
-            info.phyCameraId, static_cast<const void*>(info.pStream), info.pStream->format,
-            info.pStream->width, info.pStream->height, facts.viewFinderEnabledMode,
-            facts.videoAsdMode);
-    }
-    for (const _UIStreamInfo& info : lists[EStreamTypeViewFinder]) {
-        UI_LOGI_IN(
-            kStreamsInfoStep,
-            "[EStreamTypeViewFinder] size %lu streamIndex %d phyCameraId %d pStream %p, format "
-            "%x, width %d, height %d bViewFinderEnabledMode %d bVideoASDMode %d",
-            static_cast<unsigned long>(lists[EStreamTypeViewFinder].size()), info.streamIndex,
-            info.phyCameraId, static_cast<const void*>(info.pStream), info.pStream->format,
-            info.pStream->width, info.pStream->height, facts.viewFinderEnabledMode,
-            facts.videoAsdMode);
-    }
+    LOG_STREAM_LIST(lists, EStreamTypePreview, "");
+    LOG_STREAM_LIST(lists, EStreamTypeVideo, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotYUV, "");
+    LOG_STREAM_LIST(lists, EStreamTypeVideoLiveShot, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFullYUV, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotJPEG, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAW, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWShort, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWMiddle, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWFull, "");
+    LOG_STREAM_LIST(lists, EStreamTypeSnapshotRAWQcfa2x2, "");
+    LOG_STREAM_LIST(lists, EStreamTypeMetadata, "");
+    LOG_STREAM_LIST(lists, EStreamTypeMultiSpectralRaw, ", stream_use_case:%llx",
+                    static_cast<unsigned long long>(info.pStream->stream_use_case));
+    LOG_STREAM_LIST(lists, EStreamTypeASDPreview, " bViewFinderEnabledMode %d bVideoASDMode %d",
+                    facts.viewFinderEnabledMode, facts.videoAsdMode);
+    LOG_STREAM_LIST(lists, EStreamTypeViewFinder, " bViewFinderEnabledMode %d bVideoASDMode %d",
+                    facts.viewFinderEnabledMode, facts.videoAsdMode);
 }
 
 #undef LOG_STREAM_LIST
 
 }  // namespace
 
-bool IsShortRawStream(const camera3_stream* stream) {
-    return stream != nullptr && IsRaw(*stream) && stream->stream_use_case == kUseCaseRawShort;
-}
-
-bool IsMiddleRawStream(const camera3_stream* stream) {
-    return stream != nullptr && IsRaw(*stream) && stream->stream_use_case == kUseCaseRawMiddle;
-}
-
 int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configuration* config) {
     if (config == nullptr) {
         UI_LOGE("Invalid Args");
-        return 0;
+        return kStatusOk;
     }
     uint32_t numStreams = config->num_streams;
     if (numStreams > 0 && config->streams == nullptr) {
@@ -535,16 +407,13 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
             i, numStreams, static_cast<const void*>(stream),
             stream->physical_camera_id != nullptr ? stream->physical_camera_id : "(null)",
             stream->stream_type, stream->format, stream->width, stream->height, stream->usage,
-            DataSpaceOf(*stream));
+            StreamDataSpace(*stream));
     }
 
     ClassificationFacts facts;
-    for (uint32_t i = 0; i < numStreams; ++i) {
-        if (streams[i] != nullptr && IsVideoStream(*streams[i])) {
-            facts.videoExist = true;
-            UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
-            break;
-        }
+    facts.videoExist = HasStream(config, IsVideoStream);
+    if (facts.videoExist) {
+        UI_LOGI("Video Stream Existed, Can Not Register MultiSpectral Sensor");
     }
 
     bool overrideAsdDataSpace = false;
@@ -559,7 +428,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
         UI_LOGE("Get VideoASDOperationMode failed");
     } else {
         for (uint32_t mode : asdModes) {
-            if ((mode & 0xF0FFu) == m_operationMode) {
+            if ((mode & kOperationModeMask) == m_operationMode) {
                 facts.videoAsdMode = true;
                 UI_LOGI("videoASDMode: 0x%x bVideoASDMode: %d", mode, facts.videoAsdMode);
             }
@@ -608,11 +477,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
     // QCFA facts: some camera of the session has a remosaic sensor mode, and
     // the first camera with 2x2 QCFA support gives the full array size.
     for (uint32_t i = 0; i < m_numPhysicalCameras && !facts.qcfaSensor; ++i) {
-        const int32_t logicalCamId = m_cameraInfo[i].logicalCamId;
-        if (logicalCamId < 0 || static_cast<uint32_t>(logicalCamId) >= kMaxLogicalCameraIds) {
-            continue;
-        }
-        const LumoraCameraInfo* record = m_cameraInfoMapById[logicalCamId];
+        const LumoraCameraInfo* record = CameraRecordOf(m_cameraInfo[i].logicalCamId);
         if (record == nullptr) {
             continue;
         }
@@ -632,11 +497,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
             continue;
         }
         facts.noQcfaCamera = false;
-        const LumoraCameraInfo* record =
-            entry.logicalCamId >= 0 &&
-                    static_cast<uint32_t>(entry.logicalCamId) < kMaxLogicalCameraIds
-                ? m_cameraInfoMapById[entry.logicalCamId]
-                : nullptr;
+        const LumoraCameraInfo* record = CameraRecordOf(entry.logicalCamId);
         if (record != nullptr) {
             facts.fullWidth = record->fullArrayWidth;
             facts.fullHeight = record->fullArrayHeight;
@@ -669,16 +530,11 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
     if (UI_LOG_INFO_ON()) {
         LogStreamLists(m_streamInfo, facts);
     }
-    return 0;
+    return kStatusOk;
 }
 
 std::vector<_UIStreamInfo>* StaticSupportCapabilities::GetStreamByStreamType(StreamType type) {
-    // A type outside the lists gets a list that stays empty.
-    if (type < 0 || type >= EStreamTypeMax) {
-        m_noStreams.clear();
-        return &m_noStreams;
-    }
-    return &m_streamInfo[type];
+    return StreamListOf(m_streamInfo, m_noStreams, type);
 }
 
 StreamType StaticSupportCapabilities::GetStreamTypeByStream(const camera3_stream* stream) const {
@@ -704,7 +560,7 @@ int StaticSupportCapabilities::GetCameraIndexByStream(const camera3_stream* stre
             return static_cast<int>(static_cast<uint8_t>(i));
         }
     }
-    return -1;
+    return kNoCamera;
 }
 
 }  // namespace Lumora

@@ -3,11 +3,12 @@
 #include <CameraHWConfiguration.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 #include "common/CapsConstants.h"
+#include "common/ConfigHelpers.h"
 #include "common/Log.h"
+#include "common/OperationModes.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -18,16 +19,9 @@ constexpr const char* kAIAFGroup = "AIAFTouch2track";
 constexpr const char* kFeature1Group = "OEMFeature1ModeMatch";
 constexpr const char* kFeature2Group = "OEMFeature2ModeMatch";
 constexpr const char* kStarModeGroup = "StarMode";
-constexpr uint32_t kStarModeOperationMode = 0x80A8;
 constexpr uint32_t kAIAFRowValues = 2;
 // A tuning policy row needs at least the tuning mode and the operation mode.
 constexpr uint32_t kMinTuningRowValues = 2;
-
-// Decimal text of a row index for the indexed configuration reads.
-struct RowIndex {
-    explicit RowIndex(uint32_t row) { snprintf(text, sizeof(text), "%u", row); }
-    char text[16];
-};
 
 // Builds one tuning policy table from the rows of `group` that apply to
 // `operationMode` (or to any mode). Leaves the table and its count untouched
@@ -47,10 +41,10 @@ void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, ui
         const RowIndex index(row);
         std::fill(values.begin(), values.end(), 0);
         if (GetLocaleIntegerListConfiguration(group, "Mode", index.text, values.data(),
-                                              rowValues) != 0) {
+                                              rowValues) != kConfigOk) {
             continue;
         }
-        if (values[1] != -1 && values[1] != static_cast<int32_t>(operationMode)) {
+        if (!RowValueMatches(values[1], static_cast<int32_t>(operationMode))) {
             continue;  // an entry of another mode never applies in this session
         }
         if (appended >= kMaxTuningPolicyEntries) {
@@ -86,7 +80,7 @@ void StaticSupportCapabilities::ConfigAIAF() {
         const RowIndex index(row);
         uint32_t values[kAIAFRowValues] = {0, 0};
         if (GetLocaleUIntegerListConfiguration(kAIAFGroup, "Mode", index.text, values,
-                                               kAIAFRowValues) != 0) {
+                                               kAIAFRowValues) != kConfigOk) {
             continue;
         }
         // values[1] is a mask of physical camera ids.
@@ -108,12 +102,10 @@ void StaticSupportCapabilities::ConfigStaticTuningPolicy() {
 }
 
 void StaticSupportCapabilities::ConfigStarModeAEInfo() {
-    if (m_operationMode != kStarModeOperationMode) {
+    if (m_operationMode != kOpModeStarMode) {
         return;
     }
-    bool overrideAE = false;
-    if (GetBooleanConfiguration(kStarModeGroup, "needOverrideAE", &overrideAE) != 0 ||
-        !overrideAE) {
+    if (!ReadConfigBool(kStarModeGroup, "needOverrideAE")) {
         return;
     }
     m_supportCaps.set(CapsStarModeOverrideAE);
@@ -122,13 +114,13 @@ void StaticSupportCapabilities::ConfigStarModeAEInfo() {
     int32_t aeMode = 0;
     int32_t sensitivity = 0;
     int64_t expTime = 0;
-    if (GetIntegerConfiguration(kStarModeGroup, "AEMode", &aeMode) == 0) {
+    if (GetIntegerConfiguration(kStarModeGroup, "AEMode", &aeMode) == kConfigOk) {
         m_starModeAEInfo.aeMode = aeMode;
     }
-    if (GetIntegerConfiguration(kStarModeGroup, "sensitiviy", &sensitivity) == 0) {
+    if (GetIntegerConfiguration(kStarModeGroup, "sensitiviy", &sensitivity) == kConfigOk) {
         m_starModeAEInfo.sensitivity = sensitivity;
     }
-    if (GetInt64Configuration(kStarModeGroup, "expTime", &expTime) == 0) {
+    if (GetInt64Configuration(kStarModeGroup, "expTime", &expTime) == kConfigOk) {
         m_starModeAEInfo.expTime = expTime;
     }
 }

@@ -3,7 +3,6 @@
 #include <CameraHWConfiguration.h>
 #include <system/camera_metadata.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -11,22 +10,13 @@
 #include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/VendorTags.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
 namespace {
-
-// Vendor tag index of the application's video watermark switch.
-constexpr uint32_t kVendorTagVideoWatermark = 147;
-
-// The camera mode buffer holds at most its size in characters and need not
-// be terminated when the client's text filled it.
-template <size_t N>
-bool CameraModeIs(const char (&cameraMode)[N], const char* name) {
-    const size_t length = strlen(name);
-    return strnlen(cameraMode, N) == length && memcmp(cameraMode, name, length) == 0;
-}
 
 // First byte of a session parameter, or false when the configuration has no
 // such entry (or an empty one).
@@ -41,11 +31,6 @@ bool FindSessionByte(const camera3_stream_configuration* config, uint32_t tag, u
     }
     value = entry.data.u8[0];
     return true;
-}
-
-bool ReadConfigBool(const char* group, const char* key) {
-    bool value = false;
-    return GetBooleanConfiguration(group, key, &value) == kConfigOk && value;
 }
 
 }  // namespace
@@ -85,22 +70,21 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
         std::vector<char*> names;
         for (uint32_t i = 0; i < rowCount; ++i) {
             char key[32];
-            char indexText[16];
             if (!FormatIndexedKey(key, sizeof(key), "Mode", i)) {
                 continue;
             }
-            snprintf(indexText, sizeof(indexText), "%u", i);
+            const RowIndex indexText(i);
             const uint32_t valueCount = GetValuesCount(kGroup, key);
             if (valueCount < 2) {
                 continue;
             }
             uint32_t mode = 0;
-            if (GetLocaleUIntegerListConfiguration(kGroup, "Mode", indexText, &mode, 1) !=
+            if (GetLocaleUIntegerListConfiguration(kGroup, "Mode", indexText.text, &mode, 1) !=
                 kConfigOk) {
                 continue;
             }
             names.assign(valueCount, nullptr);
-            if (GetLocaleStringListConfiguration(kGroup, "Mode", indexText, names.data(),
+            if (GetLocaleStringListConfiguration(kGroup, "Mode", indexText.text, names.data(),
                                                  valueCount) != kConfigOk ||
                 mode != m_operationMode) {
                 continue;
@@ -118,10 +102,10 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
 
     // The professional video mode keeps stabilisation off unless the
     // application asked for it.
-    if (CameraModeIs(m_cameraMode, "pro_video_mode") && m_videoStabilizationMode == 0) {
+    if (CameraModeIs("pro_video_mode") && m_videoStabilizationMode == 0) {
         m_supportCaps.reset(CapsVideoEIS);
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsFlowControl(
@@ -130,7 +114,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsFlowControl(
         m_supportCaps.set(CapsFlowControl);
         UI_LOGI("EnableFlowControl");
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
@@ -138,7 +122,7 @@ uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
     // The application asks for the watermark; the HAL draws it only where the
     // device is configured to.
     uint8_t videoWatermarkEnable = 0;
-    FindSessionByte(config, VendorTagId(kVendorTagVideoWatermark), videoWatermarkEnable);
+    FindSessionByte(config, VendorTagId(kTagVideoWatermark), videoWatermarkEnable);
     const bool videoHalWatermarkEnable =
         ReadConfigBool("TavroVideoWaterMarkParams", "videoHalWatermarkEnable");
     UI_LOGI("videoWatermarkEnable: %d, videoHalWatermarkEnable: %d", videoWatermarkEnable,
@@ -146,7 +130,7 @@ uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
     if (videoWatermarkEnable != 0 && videoHalWatermarkEnable) {
         m_supportCaps.set(CapsVideoHalWatermark);
     }
-    return 0;
+    return kStatusOk;
 }
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
@@ -154,9 +138,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
     char cameraMode[sizeof(m_cameraMode) + 1] = {};
     memcpy(cameraMode, m_cameraMode, sizeof(m_cameraMode));
     UI_LOGI("sessionParams.cameraMode %s, numPhysicalCameras %d", cameraMode, m_numPhysicalCameras);
-    if (!CameraModeIs(m_cameraMode, "pro_video_log_mode") &&
-        !CameraModeIs(m_cameraMode, "pro_video_mode")) {
-        return 0;
+    if (!IsProVideoCameraMode()) {
+        return kStatusOk;
     }
 
     // Cameras listed in the mask keep in-sensor zoom; the others have it
@@ -173,7 +156,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
         }
         UI_LOGI("physical %d DisableProVideoIZoom %d", physicalCamId, inMask ? 0 : 1);
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -6,8 +6,10 @@
 #include <cstdio>
 #include <vector>
 
+#include "common/ConfigHelpers.h"
 #include "common/Log.h"
 #include "common/Platform.h"
+#include "common/Status.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -18,7 +20,6 @@ constexpr const char* kWarmDolGroup = "WarmDolState";
 constexpr const char* kWarmStartFile = "/data/vendor/camera/aecWarmStartCamera_%d.txt";
 // Operation mode, camera id, seven record fields and the frame rate.
 constexpr uint32_t kWarmDolRowValues = 10;
-constexpr uint32_t kAnyFps = 0xFFFFFFFFu;
 constexpr size_t kPathSize = 512;
 
 // The values of the saved exposure state that the DOL decision reads.
@@ -29,14 +30,14 @@ struct SavedAecState {
 };
 
 // Reads the saved state of one camera. Returns the number of items the file
-// line converted (9 for a good file), or -2 when the file cannot be opened.
+// line converted (9 for a good file), or kReadFileNotOpened.
 int ReadWarmStartFile(uint32_t physicalCamId, SavedAecState& state) {
     char devicePath[kPathSize];
     char mapped[kPathSize];
     snprintf(devicePath, sizeof(devicePath), kWarmStartFile, static_cast<int>(physicalCamId));
     FILE* file = fopen(DevicePath(devicePath, mapped, sizeof(mapped)), "r");
     if (file == nullptr) {
-        return -2;
+        return kReadFileNotOpened;
     }
     float unused1 = 0.0f;
     float unused2 = 0.0f;
@@ -65,17 +66,16 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
     if (valueCount >= kWarmDolRowValues) {
         std::vector<uint32_t> values;
         for (uint32_t row = 0; row < rows; ++row) {
-            char index[16];
-            snprintf(index, sizeof(index), "%u", row);
+            const RowIndex index(row);
             values.assign(valueCount, 0);
-            if (GetLocaleKeyValuesCount(kWarmDolGroup, "Mode", index) < kWarmDolRowValues ||
-                GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index, values.data(),
-                                                   valueCount) != 0 ||
+            if (GetLocaleKeyValuesCount(kWarmDolGroup, "Mode", index.text) < kWarmDolRowValues ||
+                GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index.text, values.data(),
+                                                   valueCount) != kConfigOk ||
                 values[0] != m_operationMode) {
                 continue;
             }
             const int32_t fps = static_cast<int32_t>(values[9]);
-            if (values[9] != kAnyFps && fps != m_maxFps) {
+            if (!RowValueMatches(fps, m_maxFps)) {
                 continue;
             }
             // A later matching row for the same camera overwrites an earlier one.
@@ -106,7 +106,7 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
         _WarmStartParam& param = m_warmStartParam[id];
         SavedAecState saved = {0.0f, 0.0f, 0.0f};
         const int items = ReadWarmStartFile(id, saved);
-        if (items == -2) {
+        if (items == kReadFileNotOpened) {
             param.dolState = param.aecDolType1;
             UI_LOGE("Get WarmStartFile failed");
         } else if (items != 9) {
@@ -130,14 +130,14 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
         UI_LOGI("warm start physicalCamId %d warmStartEnable %d warmStartDolState %d",
                 static_cast<int>(id), static_cast<int>(param.warmStartEnable), param.dolState);
     }
-    return 0;
+    return kStatusOk;
 }
 
 int StaticSupportCapabilities::GetWarmStartStateByCaps(unsigned int physicalCamId,
                                                        unsigned int& warmStartEnable,
                                                        int& dolState) const {
     if (physicalCamId >= kMaxLogicalCameraIds) {
-        return 0;  // no record for this id: the outputs stay as preset
+        return kStatusOk;  // no record for this id: the outputs stay as preset
     }
     for (uint32_t c = 0; c < m_numPhysicalCameras; ++c) {
         if (m_cameraInfo[c].physicalCamId == physicalCamId) {
@@ -145,7 +145,7 @@ int StaticSupportCapabilities::GetWarmStartStateByCaps(unsigned int physicalCamI
             dolState = m_warmStartParam[physicalCamId].dolState;
         }
     }
-    return 0;
+    return kStatusOk;
 }
 
 }  // namespace Lumora

@@ -1,6 +1,7 @@
 #include "uiparser/RDCMap.h"
 
 #include "common/Log.h"
+#include "common/Status.h"
 
 namespace Lumora {
 
@@ -16,13 +17,13 @@ RDCMap::~RDCMap() {}
 int RDCMap::UpdatePerRequestCaps(const camera3_capture_request* request) {
     if (request == nullptr) {
         UI_LOGE("Invalid request: null");
-        return 4;
+        return kStatusInvalidArgument;
     }
     const unsigned int frameNumber = request->frame_number;
     m_lastFrameNumber = frameNumber;
     const unsigned int slot = SlotOf(frameNumber);
     if (slot >= m_rdcList.size()) {
-        return 4;
+        return kStatusInvalidArgument;
     }
     m_slotWritten[slot] = 1;
     return m_rdcList[slot].UpdatePerRequestCaps(request, m_pStaticCaps, m_lastResult);

@@ -10,6 +10,7 @@
 
 #include "IuiLayer.h"
 #include "common/Log.h"
+#include "common/Status.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 #include "resultappliedcaps/ResultAppliedCapabilities.h"
 
@@ -67,7 +68,7 @@ public:
         const RequestDesiredCapabilities* record = GetRDC(frameNumber);
         if (record == nullptr) {
             UI_LOGE("Failed to get RDC for frame %u", frameNumber);
-            return 0xFFFFFFFFu;
+            return static_cast<unsigned int>(kNoTuningMode);
         }
         return static_cast<unsigned int>(record->GetOriginalRequestTuningMode(type));
     }

@@ -62,20 +62,16 @@ void UIParser::Init(unsigned int allCameraNumbers, camera_info* pAllCameraInfo) 
     }
 }
 
-UIParser::UIParser(unsigned int cameraId) : m_pStaticCaps(nullptr), m_pRDCMap(nullptr) {
-    m_pStaticCaps = new StaticSupportCapabilities(cameraId, m_allCameraNumbers, m_pAllCameraInfo);
-    m_pRDCMap = new RDCMap(kRequestRingCapacity, m_pStaticCaps);
-}
+UIParser::UIParser(unsigned int cameraId)
+    : m_pStaticCaps(std::make_unique<StaticSupportCapabilities>(cameraId, m_allCameraNumbers,
+                                                                m_pAllCameraInfo)),
+      m_pRDCMap(std::make_unique<RDCMap>(kRequestRingCapacity, m_pStaticCaps.get())) {}
 
+// The session object goes first, then the ring, which never reads the session
+// while it is destroyed.
 UIParser::~UIParser() {
-    if (m_pStaticCaps != nullptr) {
-        delete m_pStaticCaps;
-        m_pStaticCaps = nullptr;
-    }
-    if (m_pRDCMap != nullptr) {
-        delete m_pRDCMap;
-        m_pRDCMap = nullptr;
-    }
+    m_pStaticCaps.reset();
+    m_pRDCMap.reset();
 }
 
 bool UIParser::IsSessionSupportCaps(DesiredSupportCaps caps, QueryCapsType type) {

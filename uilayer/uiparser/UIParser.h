@@ -62,8 +62,9 @@ public:
     _SatStaticCaps* GetSatStaticCaps() override;
 
 private:
-    StaticSupportCapabilities* m_pStaticCaps;
-    RDCMap* m_pRDCMap;
+    // The session object is built first: the ring keeps a pointer to it.
+    std::unique_ptr<StaticSupportCapabilities> m_pStaticCaps;
+    std::unique_ptr<RDCMap> m_pRDCMap;
 
     static std::map<int, std::shared_ptr<IuiLayer>> m_uiParserMap;
     static std::mutex m_mapMutex;

@@ -1,6 +1,8 @@
-// Bounded reads of request settings and result metadata. An entry is read only
-// as far as its data goes: a value that does not fit in the entry's bytes is
-// treated as absent, whatever the entry's declared type.
+// Bounded reads of session parameters, request settings and result metadata.
+// An entry is read only as far as its data goes: a request or result value
+// that does not fit in the entry's bytes is treated as absent, whatever the
+// entry's declared type; a session parameter of another type than expected is
+// absent too.
 #ifndef LUMORA_METADATA_READ_H
 #define LUMORA_METADATA_READ_H
 
@@ -53,6 +55,26 @@ inline bool ReadFirst32(const camera_metadata_t* metadata, uint32_t tag, T& out)
     camera_metadata_ro_entry_t entry;
     size_t bytes = 0;
     return FindEntry(metadata, tag, entry, bytes) && ReadElement32(entry, bytes, 0, out);
+}
+
+// A session parameter of the expected element type with at least `minCount`
+// elements; false for null metadata. An entry of another type or a shorter
+// one counts as absent, so no read goes past an entry's data.
+inline bool FindTypedEntry(const camera_metadata_t* metadata, uint32_t tag, uint8_t type,
+                           size_t minCount, camera_metadata_ro_entry_t* entry) {
+    return metadata != nullptr && find_camera_metadata_ro_entry(metadata, tag, entry) == 0 &&
+           entry->type == type && entry->count >= minCount &&
+           (entry->count == 0 || entry->data.u8 != nullptr);
+}
+
+// Copies the bytes of a text entry found by FindTypedEntry into `out` (`size`
+// bytes, zeroed here), keeping the last byte for the terminator.
+inline void CopyEntryText(const camera_metadata_ro_entry_t& entry, char* out, size_t size) {
+    memset(out, 0, size);
+    const size_t count = entry.count < size - 1 ? entry.count : size - 1;
+    if (count > 0) {
+        memcpy(out, entry.data.u8, count);
+    }
 }
 
 }  // namespace Lumora
