@@ -13,6 +13,7 @@
 #include "common/Platform.h"
 #include "common/Status.h"
 #include "common/StreamPredicates.h"
+#include "common/Trace.h"
 #include "common/VendorTags.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
@@ -115,6 +116,8 @@ void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilit
         return;
     }
     const _WarmStartParam& param = session.m_warmStartParam[cam];
+    UILAYER_TRACE_CONTRIBUTION(kSourceWarmStart, static_cast<int32_t>(cam), param.dolState,
+                               static_cast<int32_t>(param.warmStartEnable), );
     if (param.warmStartEnable != 1) {
         return;
     }
@@ -154,6 +157,7 @@ void RequestDesiredCapabilities::ApplyAecFeedback(const StaticSupportCapabilitie
     if (caps == nullptr) {
         return;
     }
+    UILAYER_TRACE_CONTRIBUTION(kSourceAecFeedback, static_cast<int32_t>(cam), aec.expCount, 0, );
     switch (aec.expCount) {
         case 1:
             // One exposure: back to the plain mode whatever chose a DOL mode.
@@ -194,23 +198,26 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
                 if (stream == nullptr || configured.pStream != stream) {
                     continue;
                 }
-                m_streamList[type].push_back(configured);
-                m_primaryCaps |= bits.primary;
-
                 const int32_t fwkId = StreamPhysicalId(stream);
-                if (fwkId == kNoCamera) {
-                    continue;
-                }
                 // The framework names the camera by its framework id; the caps
                 // are kept by physical id. An id that names no camera is taken
                 // as a physical id as it stands. Either way the caps slot is
                 // the id's low 8 bits.
                 uint32_t cam = static_cast<uint32_t>(fwkId);
-                for (uint32_t c = 0; c < cameraCount; ++c) {
+                for (uint32_t c = 0; fwkId != kNoCamera && c < cameraCount; ++c) {
                     if (info->cameraEntry[c].frameworkId == fwkId) {
                         cam = info->cameraEntry[c].physicalCamId;
                         break;
                     }
+                }
+                UILAYER_TRACE_CONTRIBUTION(
+                    kSourceStreamBuffer,
+                    fwkId == kNoCamera ? kNoCamera : static_cast<int32_t>(cam & 0xFFu), type,
+                    static_cast<int32_t>(configured.streamIndex), .Stream(stream));
+                m_streamList[type].push_back(configured);
+                m_primaryCaps |= bits.primary;
+                if (fwkId == kNoCamera) {
+                    continue;
                 }
                 if (_CapsBitset* caps = CameraCaps(cam & 0xFFu)) {
                     *caps |= bits.camera;
@@ -223,6 +230,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
 int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_request* request,
                                                          const StaticSupportCapabilities* session,
                                                          ResultAppliedCapabilities lastResult) {
+    UILAYER_TRACE_REQUEST_BEGIN(request);
     m_frameNumber = request->frame_number;
     const int frame = static_cast<int>(m_frameNumber);
     m_primaryCaps.Reset();
@@ -274,6 +282,8 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
                 }
                 enabled = enabled || reachesThreshold(cam);
             }
+            UILAYER_TRACE_CONTRIBUTION(kSourceZoomRatio, static_cast<int32_t>(cam), -1, 0,
+                                       .ZoomRatio(zoomRatio));
             if (enabled) {
                 if (_CapsBitset* caps = CameraCaps(cam)) {
                     caps->set(CapsQBC4x);
@@ -294,14 +304,20 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
                 int32_t mode = 0;
                 // A list that ends before this camera's id has no mode for it.
                 if (modes.ModeOf(cam, mode)) {
-                    if (const _CapsBitset* bits = ModeBits(mode)) {
-                        if (cameraCount == 1) {
-                            m_primaryCaps |= *bits;
+                    const _CapsBitset* bits = ModeBits(mode);
+                    {
+                        UILAYER_TRACE_CONTRIBUTION(kSourceSensorModeList, static_cast<int32_t>(cam),
+                                                   mode, 0, );
+                        if (bits != nullptr) {
+                            if (cameraCount == 1) {
+                                m_primaryCaps |= *bits;
+                            }
+                            if (caps != nullptr) {
+                                *caps |= *bits;
+                            }
                         }
-                        if (caps != nullptr) {
-                            *caps |= *bits;
-                        }
-                    } else if (mode == kModeByWarmStart) {
+                    }
+                    if (bits == nullptr && mode == kModeByWarmStart) {
                         ApplyWarmStartRule(*session, cam);
                     }
                 }
@@ -309,6 +325,8 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
                 // step above set it.
                 if (caps != nullptr &&
                     !session->IsSessionSupportCaps(CapsSHDR, static_cast<QueryCapsType>(cam))) {
+                    UILAYER_TRACE_CONTRIBUTION(kSourceShdrSupport, static_cast<int32_t>(cam), 0,
+                                               0, );
                     caps->reset(CapsSHDRPath);
                 }
                 // The five list elements are logged whatever the camera count;
@@ -341,8 +359,9 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
                 param.dolState, fromMainMenu);
             if (param.warmStartEnable == 1) {
                 status = kStatusOk;
-                ApplyWarmStartRule(*session, cam);
             }
+            // The rule itself does nothing unless warm start is enabled.
+            ApplyWarmStartRule(*session, cam);
             const _CapsBitset* caps = CameraCaps(cam);
             UI_LOGI("Use Warm Start Param %d. frame_number %d phyCamId %d capsFlag 0x%04lX",
                     static_cast<int>(param.warmStartEnable), frame, static_cast<int>(cam),
@@ -377,6 +396,8 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
     ParseOriginalRequestSetting(request);
 
     if (m_pStaticCaps != nullptr && IsProVideoFamilyMode(m_pStaticCaps->m_operationMode)) {
+        UILAYER_TRACE_CONTRIBUTION(kSourceOperationMode, kNoCamera,
+                                   static_cast<int32_t>(m_pStaticCaps->m_operationMode), 0, );
         m_primaryCaps.set(CapsOpModeMarker);
     }
 
@@ -389,6 +410,7 @@ int32_t RequestDesiredCapabilities::UpdatePerRequestCaps(const camera3_capture_r
                 frame, primary.c_str(), static_cast<int>(i), m_cameraCaps[i].to_string().c_str());
         }
     }
+    UILAYER_TRACE_REQUEST_END(m_frameNumber, m_primaryCaps, m_cameraCaps, status);
     return status;
 }
 

@@ -3,6 +3,8 @@
 #include "common/Log.h"
 #include "common/MetadataRead.h"
 #include "common/Platform.h"
+#include "common/Status.h"
+#include "common/Trace.h"
 #include "common/VendorTags.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
 
@@ -44,6 +46,8 @@ void RequestDesiredCapabilities::ParseOriginalRequestSetting(
     int32_t pipSensor = 0;
     if (ReadSetting(settings, kTagPipSensor, pipSensor)) {
         UI_LOGI("PIPSensor %d", pipSensor);
+        UILAYER_TRACE_CONTRIBUTION(kSourceSetting, kNoCamera, pipSensor, m_asdSceneValue,
+                                   .Tag(kTagPipSensor));
         // The scene is the record's, which may be a value carried over from an
         // earlier request of this slot.
         if (m_asdSceneValue >= kMoonSceneFirst && m_asdSceneValue <= kMoonSceneLast &&

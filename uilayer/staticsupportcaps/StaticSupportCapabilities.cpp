@@ -11,6 +11,7 @@
 #include "common/Platform.h"
 #include "common/Status.h"
 #include "common/StreamPredicates.h"
+#include "common/Trace.h"
 #include "common/VendorTags.h"
 
 namespace Lumora {
@@ -170,6 +171,7 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
         UI_LOGE("Invalid Args");
         return kStatusInvalidArgument;
     }
+    UILAYER_TRACE_CONFIGURATION_BEGIN(config);
     m_debugEnable = property_get_bool("vendor.debug.camera.policy.debugEnable", false) ? 1 : 0;
     // The HAL always configures at least one stream; an empty configuration
     // leaves the first stream size at 0x0.
@@ -184,24 +186,24 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
     // Later steps read what earlier ones set: session parameters first, the
     // zoom record after bokeh, SHDR after the zoom record, warm start once the
     // lux and frame rate are known.
-    ParseSessionParams(config);
-    ConfigSupportCapsBokeh(config);
-    ConfigSensorNameMap();
-    ConfigRAWQCFAFullSize();
-    ConfigSupportCapsSAT(config);
-    ConfigSupportCapsSHDR();
-    ConfigSupportCaps2x2QCFA();
-    ConfigXCFA2SwitchZoomRatio();
-    ConfigureSensorDCGVSStreamingByCaps();
-    ConfigWarmStart();
-    ConfigAIAF();
-    ConfigStaticTuningPolicy();
-    ConfigStarModeAEInfo();
-    ConfigEISMode(config);
-    ConfigSupportCapsAINR(config);
-    ConfigSupportCapsFlowControl(config);
-    ConfigVideoWatermarkEnable(config);
-    ConfigSupportCapsProVideoIZoom(config);
+    UILAYER_TRACED_STEP(ParseSessionParams, (config));
+    UILAYER_TRACED_STEP(ConfigSupportCapsBokeh, (config));
+    UILAYER_TRACED_STEP(ConfigSensorNameMap, ());
+    UILAYER_TRACED_STEP(ConfigRAWQCFAFullSize, ());
+    UILAYER_TRACED_STEP(ConfigSupportCapsSAT, (config));
+    UILAYER_TRACED_STEP(ConfigSupportCapsSHDR, ());
+    UILAYER_TRACED_STEP(ConfigSupportCaps2x2QCFA, ());
+    UILAYER_TRACED_STEP(ConfigXCFA2SwitchZoomRatio, ());
+    UILAYER_TRACED_STEP(ConfigureSensorDCGVSStreamingByCaps, ());
+    UILAYER_TRACED_STEP(ConfigWarmStart, ());
+    UILAYER_TRACED_STEP(ConfigAIAF, ());
+    UILAYER_TRACED_STEP(ConfigStaticTuningPolicy, ());
+    UILAYER_TRACED_STEP(ConfigStarModeAEInfo, ());
+    UILAYER_TRACED_STEP(ConfigEISMode, (config));
+    UILAYER_TRACED_STEP(ConfigSupportCapsAINR, (config));
+    UILAYER_TRACED_STEP(ConfigSupportCapsFlowControl, (config));
+    UILAYER_TRACED_STEP(ConfigVideoWatermarkEnable, (config));
+    UILAYER_TRACED_STEP(ConfigSupportCapsProVideoIZoom, (config));
 
     for (uint32_t i = 0; i < m_numPhysicalCameras; ++i) {
         const LumoraCameraEntry& entry = m_cameraInfo[i];
@@ -220,8 +222,8 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
 }
 
 int StaticSupportCapabilities::ParseStreamCapabilities(const camera3_stream_configuration* config) {
-    ParseStreamsInfo(config);
-    SelectLowlatencyPipeline(config);
+    UILAYER_TRACED_STEP(ParseStreamsInfo, (config));
+    UILAYER_TRACED_STEP(SelectLowlatencyPipeline, (config));
     return kStatusOk;
 }
 
@@ -254,5 +256,48 @@ int StaticSupportCapabilities::GetStaticCapsMask(QueryCapsType type, _CapsBitset
     }
     return kStatusOk;
 }
+
+#if defined(UILAYER_TRACE) && UILAYER_TRACE
+void StaticSupportCapabilities::TraceStepEnd(const char* name) const {
+    Trace::Observer* observer = Trace::CurrentObserver();
+    if (observer == nullptr) {
+        return;
+    }
+    Trace::_Step step = {};
+    step.name = name;
+    step.index = Trace::ConfigurationStepIndex(name);
+    step.logical = &m_supportCaps;
+    step.cameraCaps = m_cameraSupportCaps;
+    step.cameras = m_cameraInfo;
+    step.cameraCount = m_numPhysicalCameras;
+    Trace::_SessionFacts& facts = step.facts;
+    facts.operationMode = m_operationMode;
+    facts.minFps = m_minFps;
+    facts.maxFps = m_maxFps;
+    facts.cameraMode = m_cameraMode;
+    facts.packageName = m_clientPackageName.data();
+    facts.activityName = m_clientActivityName.data();
+    facts.logicalCamId = m_logicalCamId;
+    const bool hasLogicalId =
+        m_logicalCamId >= 0 && static_cast<uint32_t>(m_logicalCamId) < kMaxLogicalCameraIds;
+    facts.tableCameraName = hasLogicalId ? m_sensorNameList[m_logicalCamId].c_str() : "";
+    facts.numPhysicalCameras = m_numPhysicalCameras;
+    facts.isSystemCamera = m_isSystemCamera;
+    facts.isCameraUnit = m_isCameraUint;
+    facts.isEngineerCamera = m_isEngineerCamera;
+    facts.isCtsCamera = m_isCtsCamera;
+    facts.isCtsVerifier = m_isCtsVerifier;
+    facts.isScanMode = m_isScanMode;
+    facts.isGSIBuild = m_isGSIBuild;
+    facts.supportOisCenterOn = m_SupportOisCenterOn;
+    facts.supportOisCloseOcs = m_SupportOisCloseOcs;
+    facts.hasExtModeStream = m_hasExtModeStream;
+    facts.isBokehMode = m_isBokehMode;
+    facts.isAICompositionEnable = m_isAICompositionEnable;
+    facts.videoStabilizationMode = m_videoStabilizationMode;
+    facts.cameraIsFromMainMenu = m_cameraIsFromMainMenu;
+    observer->OnStepEnd(step);
+}
+#endif  // UILAYER_TRACE
 
 }  // namespace Lumora

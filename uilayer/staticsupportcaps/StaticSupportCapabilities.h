@@ -131,6 +131,10 @@ private:
     friend class RequestDesiredCapabilities;
     friend class ResultAppliedCapabilities;
 
+#if defined(UILAYER_TRACE) && UILAYER_TRACE
+    // Host trace: tells the observer the session after configuration step `name`.
+    void TraceStepEnd(const char* name) const;
+#endif
     // Resets every member that a stream configuration rebuilds.
     void ResetSessionState();
     // Index of the first camera entry with this physical camera id, -1 if none.

@@ -1,0 +1,10 @@
+// capabilities-doc: prints docs/capabilities.md, generated from the capability
+// reference table.
+#include <iostream>
+
+#include "CapabilityDoc.h"
+
+int main() {
+    std::cout << Lumora::CapabilitiesMarkdown();
+    return std::cout.good() ? 0 : 1;
+}

@@ -1,0 +1,121 @@
+// Lookups over the capability reference table.
+#include "CapabilityReference.h"
+
+#include <cstring>
+
+namespace Lumora {
+
+namespace {
+
+struct InputKindName {
+    CapabilityInputKind kind;
+    const char* text;
+};
+
+constexpr InputKindName kInputKinds[] = {
+    {kInputConfig, "config"},
+    {kInputProperty, "property"},
+    {kInputSessionTag, "session-tag"},
+    {kInputSessionParam, "session-param"},
+    {kInputRequestTag, "request-tag"},
+    {kInputRequestSetting, "request-setting"},
+    {kInputResultTag, "result-tag"},
+    {kInputOperationMode, "operation-mode"},
+    {kInputCameraMode, "camera-mode"},
+    {kInputClient, "client"},
+    {kInputStream, "stream"},
+    {kInputRequest, "request"},
+    {kInputCaps, "caps"},
+    {kInputSession, "session"},
+    {kInputFile, "file"},
+};
+
+}  // namespace
+
+int FindCapability(const std::string& name) {
+    for (uint32_t bit = 0; bit < kCapabilityCount; ++bit) {
+        const _Capability& capability = Capabilities()[bit];
+        if ((capability.name != nullptr && name == capability.name) ||
+            (capability.otherName != nullptr && name == capability.otherName)) {
+            return static_cast<int>(bit);
+        }
+    }
+    return -1;
+}
+
+std::vector<const _CapabilityRule*> RulesOf(uint32_t bit) {
+    std::vector<const _CapabilityRule*> rules;
+    for (size_t i = 0; i < CapabilityRuleCount(); ++i) {
+        if (CapabilityRules()[i].bit == bit) {
+            rules.push_back(&CapabilityRules()[i]);
+        }
+    }
+    return rules;
+}
+
+uint8_t ScopesOf(uint32_t bit) {
+    uint8_t scopes = 0;
+    for (const _CapabilityRule* rule : RulesOf(bit)) {
+        scopes = static_cast<uint8_t>(scopes | rule->scope);
+    }
+    return scopes;
+}
+
+std::vector<_CapabilityInput> ParseInputs(const _CapabilityRule& rule) {
+    std::vector<_CapabilityInput> inputs;
+    const std::string text = rule.inputs != nullptr ? rule.inputs : "";
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find("; ", start);
+        if (end == std::string::npos) {
+            end = text.size();
+        }
+        const std::string item = text.substr(start, end - start);
+        start = end + 2;
+        const size_t colon = item.find(':');
+        if (colon == std::string::npos) {
+            continue;
+        }
+        const std::string kind = item.substr(0, colon);
+        for (const InputKindName& known : kInputKinds) {
+            if (kind != known.text) {
+                continue;
+            }
+            _CapabilityInput input;
+            input.kind = known.kind;
+            input.value = item.substr(colon + 1);
+            if (known.kind == kInputConfig) {
+                const size_t slash = input.value.find('/');
+                input.group = input.value.substr(0, slash);
+                input.key = slash == std::string::npos ? "" : input.value.substr(slash + 1);
+            }
+            inputs.push_back(input);
+        }
+    }
+    return inputs;
+}
+
+const char* ScopeText(CapabilityScope scope) {
+    switch (scope) {
+        case kScopeSessionLogical:
+            return "session logical";
+        case kScopeSessionPhysical:
+            return "session physical";
+        case kScopeRequestLogical:
+            return "request logical";
+        case kScopeRequestPhysical:
+            return "request physical";
+    }
+    return "";
+}
+
+const char* InputKindText(CapabilityInputKind kind) {
+    for (const InputKindName& known : kInputKinds) {
+        if (known.kind == kind) {
+            return known.text;
+        }
+    }
+    return "";
+}
+
+}  // namespace Lumora

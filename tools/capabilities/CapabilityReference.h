@@ -1,0 +1,94 @@
+// The capability reference: for every bit 0..99 its name(s), where it lives
+// (session or request, logical or physical camera), what it means, and the
+// rules that set or clear it, each with the library step that applies it and
+// the inputs it reads. Host tools explain a session's caps from it, and
+// docs/capabilities.md is generated from it (capabilities-doc).
+#ifndef LUMORA_CAPABILITY_REFERENCE_H
+#define LUMORA_CAPABILITY_REFERENCE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Lumora {
+
+constexpr uint32_t kCapabilityCount = 100;
+
+// Which caps set a rule writes (bit flags).
+enum CapabilityScope : uint8_t {
+    kScopeSessionLogical = 1,   // the session caps of the logical camera
+    kScopeSessionPhysical = 2,  // the session caps of a physical camera
+    kScopeRequestLogical = 4,   // a request's primary caps
+    kScopeRequestPhysical = 8,  // a request's caps of a physical camera
+};
+
+enum CapabilityEffect : uint8_t { kEffectSets, kEffectClears };
+
+// One way a bit is set or cleared.
+struct _CapabilityRule {
+    uint32_t bit;
+    uint8_t scope;  // CapabilityScope flags of the sets it writes
+    CapabilityEffect effect;
+    const char* step;       // the library function that applies it
+    const char* condition;  // when, in one line
+    // What it reads: items "kind:value" separated by "; " (see ParseInputs).
+    const char* inputs;
+};
+
+// One bit.
+struct _Capability {
+    uint32_t bit;
+    const char* name;       // the DesiredSupportCaps name; null for an unassigned bit
+    const char* otherName;  // a second name of the same bit, or null
+    const char* meaning;
+};
+
+// Kinds of input a rule reads.
+enum CapabilityInputKind : uint8_t {
+    kInputConfig,          // "config:Group/Key": a key of the configuration store
+    kInputProperty,        // "property:name": a system property
+    kInputSessionTag,      // "session-tag:N": vendor tag index N of the session parameters
+    kInputSessionParam,    // "session-param:NAME": a standard tag of the session parameters
+    kInputRequestTag,      // "request-tag:N": vendor tag index N of the request settings
+    kInputRequestSetting,  // "request-setting:NAME": a standard tag of the request settings
+    kInputResultTag,       // "result-tag:N": vendor tag index N of the last result
+    kInputOperationMode,   // "operation-mode:TEXT": the session's operation mode
+    kInputCameraMode,      // "camera-mode:TEXT": the client's camera mode
+    kInputClient,          // "client:TEXT": a fact about the client (system camera, ...)
+    kInputStream,          // "stream:TEXT": a fact about the configured streams
+    kInputRequest,         // "request:TEXT": a fact about the request
+    kInputCaps,            // "caps:N": another session bit
+    kInputSession,         // "session:TEXT": another session fact
+    kInputFile,            // "file:PATH": a device file
+};
+
+struct _CapabilityInput {
+    CapabilityInputKind kind;
+    std::string value;  // for kInputConfig "Group/Key"
+    std::string group;  // kInputConfig only
+    std::string key;    // kInputConfig only
+};
+
+// The 100 bits, index = bit.
+const _Capability* Capabilities();
+// Every rule, ordered by bit, then as the library applies them.
+const _CapabilityRule* CapabilityRules();
+size_t CapabilityRuleCount();
+
+// The bit of a name (either name of bit 81); -1 for an unknown name.
+int FindCapability(const std::string& name);
+// The rules of one bit, in order.
+std::vector<const _CapabilityRule*> RulesOf(uint32_t bit);
+// The scopes a bit lives in: the union of its rules' scopes.
+uint8_t ScopesOf(uint32_t bit);
+// The inputs of a rule; an item of an unknown kind is left out.
+std::vector<_CapabilityInput> ParseInputs(const _CapabilityRule& rule);
+
+// The text of one scope flag ("session logical", ...).
+const char* ScopeText(CapabilityScope scope);
+const char* InputKindText(CapabilityInputKind kind);
+
+}  // namespace Lumora
+
+#endif  // LUMORA_CAPABILITY_REFERENCE_H

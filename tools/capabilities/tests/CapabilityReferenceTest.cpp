@@ -1,0 +1,164 @@
+// The capability reference against the library: the names and numbers of
+// DesiredSupportCaps, the steps the library runs and the configuration keys,
+// properties and camera modes its sources read.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "CapabilityReference.h"
+#include "IuiLayer.h"
+#include "common/Trace.h"
+
+namespace {
+
+using namespace Lumora;
+namespace fs = std::filesystem;
+
+std::string ReadFile(const fs::path& path) {
+    std::ifstream in(path);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// Every enumerator of DesiredSupportCaps in the public header, by name.
+std::map<std::string, uint32_t> HeaderEnumerators() {
+    const std::string header = ReadFile(fs::path(UILAYER_SOURCE_DIR) / "include/IuiLayer.h");
+    const size_t begin = header.find("enum DesiredSupportCaps");
+    const size_t end = header.find("};", begin);
+    std::map<std::string, uint32_t> names;
+    const std::string body = header.substr(begin, end - begin);
+    const std::regex enumerator(R"((Caps\w+)\s*=\s*(\d+))");
+    for (auto it = std::sregex_iterator(body.begin(), body.end(), enumerator);
+         it != std::sregex_iterator(); ++it) {
+        names[(*it)[1]] = static_cast<uint32_t>(std::stoul((*it)[2]));
+    }
+    return names;
+}
+
+// The string literals of the library's sources.
+std::set<std::string> LibraryLiterals() {
+    std::set<std::string> literals;
+    const std::regex literal(R"re("([^"\\]*)")re");
+    for (const auto& entry :
+         fs::recursive_directory_iterator(fs::path(UILAYER_SOURCE_DIR) / "uilayer")) {
+        const std::string text = ReadFile(entry.path());
+        for (auto it = std::sregex_iterator(text.begin(), text.end(), literal);
+             it != std::sregex_iterator(); ++it) {
+            literals.insert((*it)[1]);
+        }
+    }
+    return literals;
+}
+
+TEST(CapabilityReferenceTest, NamesAndNumbersAreThoseOfDesiredSupportCaps) {
+    const std::map<std::string, uint32_t> enumerators = HeaderEnumerators();
+    ASSERT_GE(enumerators.size(), 99u);
+    for (const auto& [name, bit] : enumerators) {
+        EXPECT_EQ(static_cast<int>(bit), FindCapability(name)) << name;
+    }
+    for (uint32_t bit = 0; bit < kCapabilityCount; ++bit) {
+        const _Capability& capability = Capabilities()[bit];
+        EXPECT_EQ(bit, capability.bit);
+        for (const char* name : {capability.name, capability.otherName}) {
+            if (name != nullptr) {
+                EXPECT_EQ(1u, enumerators.count(name)) << bit << " " << name;
+            }
+        }
+        // A bit without a name has no enumerator either.
+        if (capability.name == nullptr) {
+            for (const auto& entry : enumerators) {
+                EXPECT_NE(bit, entry.second) << entry.first;
+            }
+        }
+    }
+    EXPECT_EQ(-1, FindCapability("CapsNoSuchThing"));
+}
+
+TEST(CapabilityReferenceTest, EveryNamedBitButTheReservedOnesHasARuleInOrder) {
+    uint32_t previous = 0;
+    for (size_t i = 0; i < CapabilityRuleCount(); ++i) {
+        const _CapabilityRule& rule = CapabilityRules()[i];
+        ASSERT_LT(rule.bit, kCapabilityCount);
+        EXPECT_GE(rule.bit, previous) << "rules are ordered by bit";
+        previous = rule.bit;
+        EXPECT_NE(0u, rule.scope) << rule.bit;
+        EXPECT_NE(nullptr, Capabilities()[rule.bit].name) << rule.bit;
+    }
+    for (uint32_t bit = 0; bit < kCapabilityCount; ++bit) {
+        const bool reserved = bit == CapsReserved24 || bit == CapsReserved33;
+        if (Capabilities()[bit].name != nullptr && !reserved) {
+            EXPECT_FALSE(RulesOf(bit).empty()) << bit;
+        } else {
+            EXPECT_TRUE(RulesOf(bit).empty()) << bit;
+        }
+    }
+    // Scopes are the union of the rules': the stream roles live on both sides.
+    EXPECT_EQ(kScopeSessionLogical | kScopeRequestLogical | kScopeRequestPhysical,
+              ScopesOf(CapsStreamPreview));
+    EXPECT_EQ(kScopeSessionPhysical | kScopeRequestLogical | kScopeRequestPhysical,
+              ScopesOf(Caps4x4Izoom));
+}
+
+TEST(CapabilityReferenceTest, RulesNameTheLibrarysStepsAndWhatItReads) {
+    std::set<std::string> steps(std::begin(Trace::kConfigurationSteps),
+                                std::end(Trace::kConfigurationSteps));
+    steps.insert({"InitPackageName", "UpdatePerRequestCaps", "ParseOriginalRequestSetting"});
+    const std::set<std::string> literals = LibraryLiterals();
+    const std::regex indexed(R"(\[[^\]]*\]$)");
+    for (size_t i = 0; i < CapabilityRuleCount(); ++i) {
+        const _CapabilityRule& rule = CapabilityRules()[i];
+        EXPECT_EQ(1u, steps.count(rule.step)) << rule.bit << " " << rule.step;
+        for (const _CapabilityInput& input : ParseInputs(rule)) {
+            switch (input.kind) {
+                case kInputConfig: {
+                    EXPECT_EQ(1u, literals.count(input.group)) << rule.bit << " " << input.value;
+                    // Keys named by a sensor or package are the configuration's own.
+                    const std::string key = std::regex_replace(input.key, indexed, "");
+                    if (key.find('<') == std::string::npos) {
+                        EXPECT_TRUE(literals.count(key) + literals.count(key + "[0]") > 0)
+                            << rule.bit << " " << input.value;
+                    }
+                    break;
+                }
+                case kInputProperty:
+                    EXPECT_EQ(1u, literals.count(input.value)) << rule.bit << " " << input.value;
+                    break;
+                case kInputCameraMode: {
+                    std::stringstream modes(input.value);
+                    std::string mode;
+                    while (std::getline(modes >> std::ws, mode, ',')) {
+                        EXPECT_EQ(1u, literals.count(mode)) << rule.bit << " " << mode;
+                    }
+                    break;
+                }
+                default:
+                    break;
+            }
+        }
+    }
+}
+
+TEST(CapabilityReferenceTest, InputsSplitIntoKindsAndConfigurationKeys) {
+    _CapabilityRule rule = {};
+    rule.inputs =
+        "config:PackageName Group/SystemCamera; property:ro.build.product; nonsense; "
+        "bogus:1; caps:15";
+    const std::vector<_CapabilityInput> inputs = ParseInputs(rule);
+    ASSERT_EQ(3u, inputs.size());
+    EXPECT_EQ(kInputConfig, inputs[0].kind);
+    EXPECT_EQ("PackageName Group", inputs[0].group);
+    EXPECT_EQ("SystemCamera", inputs[0].key);
+    EXPECT_EQ(kInputProperty, inputs[1].kind);
+    EXPECT_EQ("ro.build.product", inputs[1].value);
+    EXPECT_EQ(kInputCaps, inputs[2].kind);
+    EXPECT_EQ("15", inputs[2].value);
+}
+
+}  // namespace
