@@ -8,17 +8,17 @@
 #include <fstream>
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
-class MultiCameraZoomTest : public FeatureTest {
+class MultiCameraZoomTest : public SessionTest {
 protected:
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device.AddCamera(TestDevice::MultiCamera(3, 1, 1));
+        SessionTest::SetUp();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(MultiCamera(3, 1, 1));
         m_device.Init();
     }
     const Lumora::_SatStaticCaps& ConfigureWith(const StreamSetup& stream, unsigned int id = 0) {
@@ -35,7 +35,7 @@ TEST_F(MultiCameraZoomTest, ThirdPartyClientDefaults) {
         "[BokehSATConfig]\nsupportBokehIzoomSeamless = 0x8010\n"
         "[SatSmoothZoom]\nUseAIDLInput = true\n");
     const Lumora::_SatStaticCaps& sat = ConfigureWith(PreviewStream());
-    EXPECT_TRUE(Logical(Lumora::CapsBokehOrSingleCamera));
+    EXPECT_TRUE(Has(Lumora::CapsBokehOrSingleCamera));
     EXPECT_EQ(8u, sat.fallbackUsecase);
     EXPECT_EQ(1u, sat.forceFallback);
     EXPECT_EQ(0u, sat.supportZoomDivision);
@@ -45,7 +45,7 @@ TEST_F(MultiCameraZoomTest, ThirdPartyClientDefaults) {
     EXPECT_TRUE(LoggedContaining("I fallbackUsecase is 8 operationMode is 0x"));
 
     ConfigureWith(PreviewStream(), 1);
-    EXPECT_FALSE(Logical(Lumora::CapsBokehOrSingleCamera));
+    EXPECT_FALSE(Has(Lumora::CapsBokehOrSingleCamera));
 }
 
 TEST_F(MultiCameraZoomTest, FallbackProperties) {

@@ -13,9 +13,6 @@ namespace {
 using namespace Lumora;
 namespace fs = std::filesystem;
 
-constexpr uint32_t kTagWarmStartLux = 85;
-constexpr uint32_t kTagFromMainMenu = 109;
-
 class RequestPathIntegrationTest : public UiLayerTest {
 protected:
     void SetUp() override {
@@ -24,7 +21,7 @@ protected:
         ASSERT_NE(nullptr, mkdtemp(root));
         m_root = root;
         fs::create_directories(m_root / "data/vendor/camera");
-        m_device.AddCamera(TestDevice::SingleCamera("wide"));
+        m_device.Add(SingleCamera("wide"));
         m_device.Init();  // loads the sibling layer from the default root
         setenv("UILAYER_DEVICE_ROOT", root, 1);
         m_parser = IuiLayer::Get(0);
@@ -40,14 +37,14 @@ protected:
         m_config.SessionParams()
             .Int32(ANDROID_CONTROL_AE_TARGET_FPS_RANGE, {30, 60})
             .VendorFloat(kTagWarmStartLux, 105.0f)
-            .VendorByte(kTagFromMainMenu, 1);
+            .VendorByte(kTagCameraFromMainMenu, 1);
         camera3_stream_t* preview = m_config.Add(PreviewStream());
         EXPECT_EQ(0, m_parser->ParseStaticCapabilities(m_config.Get()));
         EXPECT_EQ(0, m_parser->ParseStreamCapabilities(m_config.Get()));
         return preview;
     }
     fs::path m_root;
-    TestDevice m_device;
+    CameraTable m_device;
     std::shared_ptr<IuiLayer> m_parser;
     StreamConfig m_config;
 };

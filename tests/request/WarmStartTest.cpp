@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "request/RequestPathTestPeer.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -20,15 +20,15 @@ constexpr const char* kRows =
     "Mode[2] = 0x8001, 9, 0, 10, 500, 50, 5, 6, 7, 60\n"
     "Mode[3] = 0x8002, 0, 1, 10, 500, 50, 5, 8, 9, -1\n";
 
-class WarmStartTest : public SessionFixture {
+class WarmStartTest : public SessionTest {
 protected:
     void SetUp() override {
-        SessionFixture::SetUp();
+        SessionTest::SetUp();
         char root[] = "/tmp/uilayer-warmstart-XXXXXX";
         ASSERT_NE(nullptr, mkdtemp(root));
         m_root = root;
         fs::create_directories(m_root / "data/vendor/camera");
-        Build(TestDevice::MultiCamera(2, 0, 0));  // loads the sibling layer from the default root
+        Build(MultiCamera(2, 0, 0));  // loads the sibling layer from the default root
         setenv("UILAYER_DEVICE_ROOT", root, 1);
         m_peer->SetOperationMode(0x8001);
         m_peer->SetMaxFps(60);
@@ -36,7 +36,7 @@ protected:
     void TearDown() override {
         unsetenv("UILAYER_DEVICE_ROOT");
         fs::remove_all(m_root);
-        SessionFixture::TearDown();
+        SessionTest::TearDown();
     }
     void SaveState(uint32_t cam, const std::string& line) {
         std::ofstream(m_root /

@@ -25,8 +25,8 @@ protected:
 };
 
 TEST_F(RegistryTest, SameParserForTheSameCameraUntilInit) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     std::shared_ptr<IuiLayer> first = IuiLayer::Get(0);
     std::shared_ptr<IuiLayer> second = IuiLayer::Get(0);
@@ -42,8 +42,8 @@ TEST_F(RegistryTest, SameParserForTheSameCameraUntilInit) {
 }
 
 TEST_F(RegistryTest, ConcurrentGetHandsOutOneParser) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     constexpr int kThreads = 8;
     std::vector<IuiLayer*> seen(kThreads, nullptr);
@@ -66,15 +66,15 @@ TEST_F(RegistryTest, ConcurrentGetHandsOutOneParser) {
 }
 
 TEST_F(RegistryTest, FailedReloadOfTheSiblingKeepsTheLookupSilently) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     auto* lookup = GetVendorTagId;
     ASSERT_NE(nullptr, lookup);
     CameraLog();
 
     setenv("UILAYER_DEVICE_ROOT", "/nonexistent-device-root", 1);
-    IuiLayer::Init(device.CameraCount(), device.Table());
+    IuiLayer::Init(device.Count(), device.Table());
     EXPECT_EQ(lookup, GetVendorTagId);
     EXPECT_TRUE(CameraLog().empty());
     EXPECT_TRUE(HostPlatform::TakeAndroidLog().empty());
@@ -103,8 +103,8 @@ TEST_F(RegistryTest, SiblingWithoutTheSymbolClearsTheLookup) {
 }
 
 TEST_F(RegistryTest, UnknownFrameGivesNoStreamListAndLogsTheRingError) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     auto parser = IuiLayer::Get(0);
     CameraLog();
@@ -116,8 +116,8 @@ TEST_F(RegistryTest, UnknownFrameGivesNoStreamListAndLogsTheRingError) {
 }
 
 TEST_F(RegistryTest, CameraWithoutRecordSupportsNothing) {
-    TestDevice device;
-    device.AddCameraWithoutRecord();
+    CameraTable device;
+    device.AddWithoutRecord();
     device.Init();
     auto parser = IuiLayer::Get(0);
     EXPECT_TRUE(LoggedExactly("E pCamInfoMap is null"));
