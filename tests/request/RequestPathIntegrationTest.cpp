@@ -1,35 +1,21 @@
 // The request path on sessions configured through the real configuration path:
 // operation mode, frame rate, lux and main-menu flag from the session
 // parameters, streams classified by role.
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include "support/TestDevice.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
-namespace fs = std::filesystem;
 
 class RequestPathIntegrationTest : public UiLayerTest {
 protected:
     void SetUp() override {
         UiLayerTest::SetUp();
-        char root[] = "/tmp/uilayer-request-XXXXXX";
-        ASSERT_NE(nullptr, mkdtemp(root));
-        m_root = root;
-        fs::create_directories(m_root / "data/vendor/camera");
         m_device.Add(SingleCamera("wide"));
-        m_device.Init();  // loads the sibling layer from the default root
-        setenv("UILAYER_DEVICE_ROOT", root, 1);
+        m_device.Init();
+        m_root.Activate();
         m_parser = IuiLayer::Get(0);
-    }
-    void TearDown() override {
-        unsetenv("UILAYER_DEVICE_ROOT");
-        fs::remove_all(m_root);
-        UiLayerTest::TearDown();
     }
     // A 60 fps session at lux 105 opened from the main menu, with one preview.
     camera3_stream_t* Configure(uint32_t operationMode) {
@@ -43,7 +29,7 @@ protected:
         EXPECT_EQ(0, m_parser->ParseStreamCapabilities(m_config.Get()));
         return preview;
     }
-    fs::path m_root;
+    DeviceRoot m_root;
     CameraTable m_device;
     std::shared_ptr<IuiLayer> m_parser;
     StreamConfig m_config;
@@ -51,8 +37,7 @@ protected:
 
 TEST_F(RequestPathIntegrationTest, WarmStartOfTheSessionDecidesRequestsWithoutSettings) {
     LoadConfig("[WarmDolState]\nMode[0] = 0x8001, 0, 1, 10, 2000, 50, 5, 3, 4, 60\n");
-    std::ofstream(m_root / "data/vendor/camera/aecWarmStartCamera_0.txt")
-        << "0 0 0 5 50 0 0 100 0\n";
+    m_root.WriteFile("/data/vendor/camera/aecWarmStartCamera_0.txt", "0 0 0 5 50 0 0 100 0\n");
     camera3_stream_t* preview = Configure(0x8001);
     unsigned int enable = 0;
     int dolState = 0;
