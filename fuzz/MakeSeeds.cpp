@@ -222,12 +222,10 @@ SessionInput SessionOf(const UilayerSim::Scenario& scenario,
         CameraInput camera;
         camera.hasRecord = setup.hasRecord;
         camera.frameworkId = setup.frameworkId;
-        camera.logicalCamId = setup.logicalId;
-        camera.numPhysicalCameras = static_cast<uint32_t>(setup.physical.size());
-        for (const UilayerSim::PhysicalCameraSetup& p : setup.physical) {
-            camera.entries.push_back({p.logicalId, p.frameworkId, p.physicalId, p.primary ? 1 : 0});
-        }
-        camera.sensorName = setup.sensor.substr(0, 64);
+        camera.logicalCamId = setup.logicalCamId;
+        camera.numPhysicalCameras = static_cast<uint32_t>(setup.physicalCameras.size());
+        camera.entries = setup.physicalCameras;
+        camera.sensorName = setup.sensorName.substr(0, 64);
         camera.type = setup.type;
         camera.fullArrayWidth = setup.fullArrayWidth;
         camera.fullArrayHeight = setup.fullArrayHeight;

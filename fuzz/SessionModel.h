@@ -4,6 +4,8 @@
 #ifndef UILAYER_FUZZ_SESSION_MODEL_H
 #define UILAYER_FUZZ_SESSION_MODEL_H
 
+#include <HostKit/CameraTable.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -33,12 +35,8 @@ struct FileInput {
     std::string text;
 };
 
-struct CameraEntryInput {
-    int32_t logicalCamId = 0;
-    int32_t frameworkId = 0;
-    uint32_t physicalCamId = 0;
-    int32_t isPrimary = 0;
-};
+// One physical camera entry of a record, as the kit writes it.
+using CameraEntryInput = HostKit::PhysicalCamera;
 
 // One camera of the HAL's table and the sibling's record in its
 // characteristics.
