@@ -107,7 +107,8 @@ Step ResultStep(const UilayerSim::ResultSetup& r, uint32_t frame) {
     step.hasAec = r.hasAec;
     for (const UilayerSim::AecSetup& aec : r.aec) {
         if (step.aec.size() < kMaxAecRecords) {
-            step.aec.push_back({aec.camera, aec.value1, aec.value2, aec.expCount, aec.extra});
+            step.aec.push_back(
+                {aec.cameraId, aec.aecValue1, aec.aecValue2, aec.expCount, aec.extra});
         }
     }
     step.hasMlft = r.hasMlft;

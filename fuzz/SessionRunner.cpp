@@ -208,19 +208,9 @@ Configuration::Configuration(const SessionInput& in) : m_config(in.operationMode
             m_config.AddNull();
             continue;
         }
-        HostKit::StreamSetup stream;
-        stream.streamType = s.streamType;
-        stream.width = s.width;
-        stream.height = s.height;
-        stream.format = s.format;
-        stream.usage = s.usage;
-        stream.dataSpace = s.dataSpace;
+        HostKit::StreamSetup stream = s;
         stream.hasPhysicalId = s.physicalIdKind != kIdNull;
         stream.physicalId = s.physicalIdKind == kIdText ? s.physicalId : "";
-        stream.useCase = s.useCase;
-        stream.extMode = s.extMode;
-        stream.extFlags = s.extFlags;
-        stream.dynamicRangeProfile = s.dynamicRangeProfile;
         m_config.Add(stream);
     }
     for (const TagEntry& tag : in.sessionParams) {
@@ -336,11 +326,11 @@ void RunResult(Lumora::IuiLayer& parser, const Step& step) {
     if (step.hasMetadata) {
         if (step.hasAec) {
             // The records as given, not padded to eight, and maybe cut short.
-            std::vector<HostKit::_AecRecord> records;
+            std::vector<HostKit::AecRecord> records;
             for (const AecRecordInput& r : step.aec) {
                 records.push_back({r.cameraId, r.value1, r.value2, r.expCount, r.extra});
             }
-            size_t bytes = records.size() * sizeof(HostKit::_AecRecord);
+            size_t bytes = records.size() * sizeof(HostKit::AecRecord);
             if (step.aecBytes > 0 && step.aecBytes < bytes) {
                 bytes = step.aecBytes;
             }

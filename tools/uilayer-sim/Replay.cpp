@@ -179,11 +179,7 @@ std::unique_ptr<HostKit::Request> Replayer::PrepareRequest(const RequestSetup& s
 std::unique_ptr<HostKit::Result> Replayer::PrepareResult(const ResultSetup& setup) const {
     auto result = std::make_unique<HostKit::Result>(setup.frame, setup.hasMetadata);
     if (setup.hasMetadata && setup.hasAec) {
-        std::vector<HostKit::_AecRecord> records;
-        for (const AecSetup& aec : setup.aec) {
-            records.push_back({aec.camera, aec.value1, aec.value2, aec.expCount, aec.extra});
-        }
-        result->AecList(records);
+        result->AecList(setup.aec);
     }
     if (setup.hasMetadata && setup.hasMlft) {
         result->Mlft(setup.mlft);

@@ -5,6 +5,7 @@
 #define UILAYER_SIM_SCENARIO_H
 
 #include <HostKit/CameraTable.h>
+#include <HostKit/Capture.h>
 #include <HostKit/StreamConfig.h>
 
 #include <cstddef>
@@ -55,13 +56,7 @@ struct RequestSetup {
     std::vector<TagValue> settings;
 };
 
-struct AecSetup {
-    int32_t camera = 0;
-    int32_t expCount = 0;
-    float value1 = 0.0f;
-    float value2 = 0.0f;
-    uint32_t extra = 0;
-};
+using AecSetup = HostKit::AecRecord;
 
 struct ResultSetup {
     uint32_t frame = 0;

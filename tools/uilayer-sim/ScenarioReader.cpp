@@ -876,8 +876,9 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
             const std::string entryName = Index(name, i);
             const YAML::Node entry = list[i];
             CheckFields(entry, entryName, {"camera", "exp_count", "values", "extra"});
-            AecSetup aec;
-            aec.camera = Signed32(Required(entry, "camera", entryName), Path(entryName, "camera"));
+            AecSetup aec = {};
+            aec.cameraId =
+                Signed32(Required(entry, "camera", entryName), Path(entryName, "camera"));
             aec.expCount =
                 Signed32(Required(entry, "exp_count", entryName), Path(entryName, "exp_count"));
             if (entry["values"].IsDefined()) {
@@ -886,8 +887,8 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
                 if (values.size() != 2) {
                     Fail(values, valuesName, "expected two AEC values");
                 }
-                aec.value1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
-                aec.value2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
+                aec.aecValue1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
+                aec.aecValue2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
             }
             if (entry["extra"].IsDefined()) {
                 aec.extra = Unsigned32(entry["extra"], Path(entryName, "extra"));

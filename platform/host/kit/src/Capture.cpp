@@ -64,14 +64,14 @@ Result& Result::Aec(int32_t cameraId, int32_t expCount, float value1, float valu
     return AecList(m_aec);
 }
 
-Result& Result::AecList(const std::vector<_AecRecord>& records) {
+Result& Result::AecList(const std::vector<AecRecord>& records) {
     if (!m_metadata) {
         return *this;
     }
-    std::vector<_AecRecord> list(kAecRecordCount, _AecRecord{-1, 0.0f, 0.0f, 0, 0});
+    std::vector<AecRecord> list(kAecRecordCount, AecRecord{-1, 0.0f, 0.0f, 0, 0});
     std::copy_n(records.begin(), std::min(records.size(), kAecRecordCount), list.begin());
     m_metadata->VendorBytes(Lumora::kTagExposureCountList, list.data(),
-                            list.size() * sizeof(_AecRecord));
+                            list.size() * sizeof(AecRecord));
     return *this;
 }
 

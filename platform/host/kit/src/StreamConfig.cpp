@@ -1,17 +1,11 @@
 #include "HostKit/StreamConfig.h"
 
+#include <hardware/gralloc.h>
+#include <system/graphics.h>
+
 namespace HostKit {
 
 namespace {
-
-// Pixel formats and usage bits of the common streams.
-constexpr int kFormatBlob = 0x21;
-constexpr int kFormatImplementationDefined = 0x22;
-constexpr int kFormatYuv420 = 0x23;
-constexpr uint32_t kUsageCpu = 0x3;
-constexpr uint32_t kUsageTexture = 0x100;
-constexpr uint32_t kUsageVideoEncoder = 0x10000;
-constexpr int32_t kDataSpaceJfif = 0x8C20000;
 
 StreamSetup Sized(uint32_t width, uint32_t height, int format, uint32_t usage,
                   const std::string& physicalId) {
@@ -27,26 +21,30 @@ StreamSetup Sized(uint32_t width, uint32_t height, int format, uint32_t usage,
 }  // namespace
 
 StreamSetup PreviewStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    return Sized(width, height, kFormatImplementationDefined, kUsageTexture, physicalId);
+    return Sized(width, height, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, GRALLOC_USAGE_HW_TEXTURE,
+                 physicalId);
 }
 
 StreamSetup VideoStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    return Sized(width, height, kFormatImplementationDefined, kUsageVideoEncoder, physicalId);
+    return Sized(width, height, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED,
+                 GRALLOC_USAGE_HW_VIDEO_ENCODER, physicalId);
 }
 
 StreamSetup JpegStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    StreamSetup setup = Sized(width, height, kFormatBlob, kUsageCpu, physicalId);
-    setup.dataSpace = kDataSpaceJfif;
+    StreamSetup setup =
+        Sized(width, height, HAL_PIXEL_FORMAT_BLOB, GRALLOC_USAGE_SW_READ_OFTEN, physicalId);
+    setup.dataSpace = HAL_DATASPACE_V0_JFIF;
     return setup;
 }
 
 StreamSetup YuvSnapshotStream(uint32_t width, uint32_t height, const std::string& physicalId) {
-    return Sized(width, height, kFormatYuv420, kUsageCpu, physicalId);
+    return Sized(width, height, HAL_PIXEL_FORMAT_YCbCr_420_888, GRALLOC_USAGE_SW_READ_OFTEN,
+                 physicalId);
 }
 
 StreamSetup RawStream(int format, uint32_t width, uint32_t height, const std::string& physicalId,
                       int64_t useCase) {
-    StreamSetup setup = Sized(width, height, format, kUsageCpu, physicalId);
+    StreamSetup setup = Sized(width, height, format, GRALLOC_USAGE_SW_READ_OFTEN, physicalId);
     setup.useCase = useCase;
     return setup;
 }

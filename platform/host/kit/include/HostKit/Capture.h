@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "HostKit/Metadata.h"
+#include "resultappliedcaps/ResultAppliedCapabilities.h"
 
 namespace HostKit {
 
@@ -41,14 +42,7 @@ private:
 };
 
 // One record of the exposure count list, as the AEC stage writes it.
-struct _AecRecord {
-    int32_t cameraId;
-    float aecValue1;
-    float aecValue2;
-    int32_t expCount;
-    uint32_t extra;
-};
-static_assert(sizeof(_AecRecord) == 20, "AEC records are 20 bytes");
+using AecRecord = Lumora::AecInfo;
 
 // The MLFT parameter block and the place of its enable switch.
 constexpr size_t kMlftBlockSize = 1804;
@@ -66,7 +60,7 @@ public:
     Result& Aec(int32_t cameraId, int32_t expCount, float value1 = 1.0f, float value2 = 2.0f,
                 uint32_t extra = 0);
     // The whole list at once (an empty one is eight unused records).
-    Result& AecList(const std::vector<_AecRecord>& records);
+    Result& AecList(const std::vector<AecRecord>& records);
     // The MLFT block of `size` zero bytes with `enable` at the switch (when
     // the block is long enough to hold it).
     Result& Mlft(uint32_t enable, size_t size = kMlftBlockSize);
@@ -77,7 +71,7 @@ public:
 private:
     camera3_capture_result_t m_result = {};
     std::unique_ptr<Metadata> m_metadata;
-    std::vector<_AecRecord> m_aec;
+    std::vector<AecRecord> m_aec;
 };
 
 }  // namespace HostKit
