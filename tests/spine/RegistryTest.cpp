@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -135,24 +134,21 @@ TEST_F(RegistryTest, CameraWithoutRecordSupportsNothing) {
 class ReadFileTest : public UiLayerTest {};
 
 TEST_F(ReadFileTest, ReportsOpenAndReadFailures) {
-    char root[] = "/tmp/uilayer-read-XXXXXX";
-    ASSERT_NE(nullptr, mkdtemp(root));
-    setenv("UILAYER_DEVICE_ROOT", root, 1);
+    DeviceRoot root;
+    root.Activate();
     char buffer[8] = {};
     EXPECT_EQ(-2, Lumora::readFile("/missing", buffer, 4));
     EXPECT_TRUE(
         LoggedExactly("E Unable to open /missing for read error=No such file or directory"));
 
-    std::ofstream(std::string(root) + "/empty").close();
+    root.WriteFile("/empty", "");
     EXPECT_EQ(-1, Lumora::readFile("/empty", buffer, 4));
     EXPECT_TRUE(LoggedContaining("E Unable to read all data from /empty error="));
 
-    std::ofstream(std::string(root) + "/value") << "123456";
+    root.WriteFile("/value", "123456");
     EXPECT_EQ(0, Lumora::readFile("/value", buffer, 4));
     EXPECT_EQ(std::string("1234"), std::string(buffer, 4));
     EXPECT_EQ('\0', buffer[4]);
-    unsetenv("UILAYER_DEVICE_ROOT");
-    ASSERT_EQ(0, system(("rm -rf " + std::string(root)).c_str()));
 }
 
 }  // namespace
