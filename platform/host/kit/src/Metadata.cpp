@@ -142,11 +142,6 @@ Metadata& Metadata::Float(uint32_t tag, float value) {
     return Set(tag, &value, 1);
 }
 
-bool Metadata::Has(uint32_t tag) const {
-    camera_metadata_ro_entry_t entry = {};
-    return find_camera_metadata_ro_entry(m_metadata, tag, &entry) == 0;
-}
-
 int32_t Metadata::FirstInt32(uint32_t tag) const {
     camera_metadata_ro_entry_t entry = {};
     if (find_camera_metadata_ro_entry(m_metadata, tag, &entry) != 0 || entry.count == 0) {

@@ -29,7 +29,6 @@ public:
     Request& ZoomRatio(float ratio);
     // A buffer count without the array it counts.
     Request& WithoutBufferArray();
-    void SetFrameNumber(uint32_t frameNumber) { m_request.frame_number = frameNumber; }
 
     // The request as the HAL passes it (valid while this object lives).
     camera3_capture_request_t* Get();

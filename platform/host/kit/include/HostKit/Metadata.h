@@ -50,7 +50,6 @@ public:
     Metadata& Int32(uint32_t tag, const std::vector<int32_t>& values);
     Metadata& Float(uint32_t tag, float value);
 
-    bool Has(uint32_t tag) const;
     // First element of an entry, or -1 when absent or empty.
     int32_t FirstInt32(uint32_t tag) const;
     int32_t FirstByte(uint32_t tag) const;
