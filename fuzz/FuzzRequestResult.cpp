@@ -24,7 +24,7 @@ using UilayerFuzz::TagEntry;
 
 struct FixedSession {
     SessionInput input;
-    UilayerFuzz::Device* device = nullptr;
+    HostKit::CameraTable* device = nullptr;
     UilayerFuzz::Configuration* config = nullptr;
     std::shared_ptr<Lumora::IuiLayer> parser;
 };
@@ -120,8 +120,8 @@ void ConfigureOnce() {
     in.streams[3].dataSpace = 0x8C20000;
 
     UilayerFuzz::PreparePlatform(in);
-    UilayerFuzz::DeviceRoot::Instance().WriteFiles(in);
-    g_session->device = new UilayerFuzz::Device(in.cameras);
+    UilayerFuzz::WriteFiles(in);
+    g_session->device = new HostKit::CameraTable(UilayerFuzz::CamerasOf(in.cameras));
     g_session->device->Init();
     g_session->config = new UilayerFuzz::Configuration(in);
     g_session->parser = Lumora::IuiLayer::Get(in.cameraId);
@@ -133,7 +133,7 @@ void ConfigureOnce() {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    UilayerFuzz::DeviceRoot::Instance();
+    UilayerFuzz::Root();
     ConfigureOnce();
     return 0;
 }

@@ -9,7 +9,7 @@
 #include "SessionRunner.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    UilayerFuzz::DeviceRoot::Instance();
+    UilayerFuzz::Root();
     // Decoding needs the vendor tag lookup (element sizes of vendor tags).
     Lumora::IuiLayer::Init(0, nullptr);
     return 0;

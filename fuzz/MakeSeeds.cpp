@@ -107,7 +107,8 @@ Step ResultStep(const UilayerSim::ResultSetup& r, uint32_t frame) {
     step.hasAec = r.hasAec;
     for (const UilayerSim::AecSetup& aec : r.aec) {
         if (step.aec.size() < kMaxAecRecords) {
-            step.aec.push_back({aec.camera, aec.value1, aec.value2, aec.expCount, aec.extra});
+            step.aec.push_back(
+                {aec.cameraId, aec.aecValue1, aec.aecValue2, aec.expCount, aec.extra});
         }
     }
     step.hasMlft = r.hasMlft;
@@ -222,12 +223,10 @@ SessionInput SessionOf(const UilayerSim::Scenario& scenario,
         CameraInput camera;
         camera.hasRecord = setup.hasRecord;
         camera.frameworkId = setup.frameworkId;
-        camera.logicalCamId = setup.logicalId;
-        camera.numPhysicalCameras = static_cast<uint32_t>(setup.physical.size());
-        for (const UilayerSim::PhysicalCameraSetup& p : setup.physical) {
-            camera.entries.push_back({p.logicalId, p.frameworkId, p.physicalId, p.primary ? 1 : 0});
-        }
-        camera.sensorName = setup.sensor.substr(0, 64);
+        camera.logicalCamId = setup.logicalCamId;
+        camera.numPhysicalCameras = static_cast<uint32_t>(setup.physicalCameras.size());
+        camera.entries = setup.physicalCameras;
+        camera.sensorName = setup.sensorName.substr(0, 64);
         camera.type = setup.type;
         camera.fullArrayWidth = setup.fullArrayWidth;
         camera.fullArrayHeight = setup.fullArrayHeight;

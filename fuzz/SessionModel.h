@@ -4,6 +4,9 @@
 #ifndef UILAYER_FUZZ_SESSION_MODEL_H
 #define UILAYER_FUZZ_SESSION_MODEL_H
 
+#include <HostKit/CameraTable.h>
+#include <HostKit/StreamConfig.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -33,12 +36,8 @@ struct FileInput {
     std::string text;
 };
 
-struct CameraEntryInput {
-    int32_t logicalCamId = 0;
-    int32_t frameworkId = 0;
-    uint32_t physicalCamId = 0;
-    int32_t isPrimary = 0;
-};
+// One physical camera entry of a record, as the kit writes it.
+using CameraEntryInput = HostKit::PhysicalCamera;
 
 // One camera of the HAL's table and the sibling's record in its
 // characteristics.
@@ -60,20 +59,11 @@ struct CameraInput {
 
 enum PhysicalIdKind : uint8_t { kIdNull = 0, kIdEmpty = 1, kIdText = 2 };
 
-struct StreamInput {
+// A stream as the kit describes it; the physical camera id is null, empty
+// or the text, by `physicalIdKind`.
+struct StreamInput : HostKit::StreamSetup {
     bool null = false;
-    int32_t streamType = 0;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    int32_t format = 0;
-    uint32_t usage = 0;
-    int32_t dataSpace = 0;
     uint8_t physicalIdKind = kIdEmpty;
-    std::string physicalId;
-    int64_t useCase = 0;
-    uint32_t extMode = 0;
-    uint32_t extFlags = 0;
-    int64_t dynamicRangeProfile = 1;
 };
 
 struct AecRecordInput {

@@ -1,12 +1,10 @@
 #include "SessionRunner.h"
 
 #include <CameraHWConfiguration.h>
+#include <HostKit/Capture.h>
 #include <HostPlatform.h>
 #include <HostPlatformExtras.h>
-#include <LumoraCameraInfo.h>
 #include <cutils/properties.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -15,6 +13,7 @@
 #include <set>
 
 #include "common/StreamPredicates.h"
+#include "common/VendorTags.h"
 
 namespace UilayerFuzz {
 
@@ -32,11 +31,6 @@ const char* const kPropertyNames[] = {
 const uint8_t kPropertyCount = sizeof(kPropertyNames) / sizeof(kPropertyNames[0]);
 
 namespace {
-
-constexpr uint32_t kTagCameraInfo = 5;
-constexpr uint32_t kTagExposureCountList = 156;
-constexpr uint32_t kTagMlftParameters = 175;
-constexpr size_t kMlftSwitchOffset = 1800;
 
 // Results of the queries end here, so that nothing is optimised away.
 volatile uint64_t g_sink = 0;
@@ -137,199 +131,122 @@ size_t ElementSize(bool vendor, uint32_t tag) {
     }
 }
 
-// ---------------- Metadata ----------------
+namespace {
 
-Metadata::Metadata() : m_metadata(allocate_camera_metadata(64, 32768)) {}
-
-Metadata::~Metadata() {
-    free_camera_metadata(m_metadata);
-}
-
-void Metadata::Add(uint32_t tagId, const void* data, size_t count) {
-    add_camera_metadata_entry(m_metadata, tagId, count > 0 ? data : nullptr, count);
-}
-
-void Metadata::Add(const TagEntry& entry) {
-    // A short byte run (the input ended) holds fewer elements than asked for.
+// Adds an entry as the platform does; a short byte run (the input ended) holds
+// fewer elements than asked for, and an entry the store refuses is left out.
+void Append(HostKit::Metadata& metadata, const TagEntry& entry) {
     const size_t size = ElementSize(entry.vendor, entry.tag);
     const size_t count = std::min<size_t>(entry.count, entry.data.size() / size);
-    Add(TagId(entry.vendor, entry.tag), entry.data.data(), count);
+    metadata.Append(TagId(entry.vendor, entry.tag), count > 0 ? entry.data.data() : nullptr, count);
 }
+
+std::vector<std::string>& WrittenFiles() {
+    static std::vector<std::string> written;
+    return written;
+}
+
+void Write(const std::string& devicePath, const std::string& text) {
+    Root().WriteFile(devicePath, text);
+    WrittenFiles().push_back(devicePath);
+}
+
+}  // namespace
 
 // ---------------- Device root ----------------
 
-DeviceRoot& DeviceRoot::Instance() {
-    static DeviceRoot* root = new DeviceRoot();
-    return *root;
+HostKit::DeviceRoot& Root() {
+    static HostKit::DeviceRoot root(HostKit::DefaultSiblingRoot(), "uilayer-fuzz");
+    root.Activate();
+    return root;
 }
 
-DeviceRoot::DeviceRoot() {
-    char pattern[] = "/tmp/uilayer-fuzz-XXXXXX";
-    const char* made = mkdtemp(pattern);
-    if (made == nullptr) {
-        perror("mkdtemp");
-        abort();
+void WriteFiles(const SessionInput& in) {
+    for (const std::string& path : WrittenFiles()) {
+        Root().RemoveFile(path);
     }
-    m_path = made;
-    for (const char* dir :
-         {"/odm", "/odm/lib64", "/odm/lib64/hw", "/data", "/data/vendor", "/data/vendor/camera",
-          "/sys", "/sys/class", "/sys/class/power_supply", "/sys/class/power_supply/wireless"}) {
-        mkdir((m_path + dir).c_str(), 0700);
-    }
-    const std::string sibling =
-        std::string(UILAYER_FUZZ_SIBLING_ROOT) + "/odm/lib64/hw/camera.lumora.v2.so";
-    if (symlink(sibling.c_str(), (m_path + "/odm/lib64/hw/camera.lumora.v2.so").c_str()) != 0) {
-        perror("symlink");
-        abort();
-    }
-    setenv("UILAYER_DEVICE_ROOT", m_path.c_str(), 1);
-    // The directory goes with the process (a crash leaves it for inspection).
-    atexit([] {
-        const std::string path = DeviceRoot::Instance().m_path;
-        const std::string command = "rm -rf '" + path + "'";
-        if (system(command.c_str()) != 0) {
-            fprintf(stderr, "could not remove %s\n", path.c_str());
-        }
-    });
-}
-
-void DeviceRoot::Write(const std::string& relative, const std::string& text) {
-    const std::string path = m_path + relative;
-    FILE* file = fopen(path.c_str(), "w");
-    if (file == nullptr) {
-        return;
-    }
-    fwrite(text.data(), 1, text.size(), file);
-    fclose(file);
-    m_written.push_back(path);
-}
-
-void DeviceRoot::WriteFiles(const SessionInput& in) {
-    for (const std::string& path : m_written) {
-        unlink(path.c_str());
-    }
-    m_written.clear();
+    WrittenFiles().clear();
     if (in.hasWireless) {
         Write("/sys/class/power_supply/wireless/online", in.wireless);
     }
     for (const FileInput& file : in.warmStartFiles) {
-        char name[96];
-        snprintf(name, sizeof(name), "/data/vendor/camera/aecWarmStartCamera_%d.txt",
-                 static_cast<int>(file.physicalId));
-        Write(name, file.text);
+        Write("/data/vendor/camera/aecWarmStartCamera_" +
+                  std::to_string(static_cast<int>(file.physicalId)) + ".txt",
+              file.text);
     }
 }
 
 // ---------------- Device ----------------
 
-Device::Device(const std::vector<CameraInput>& cameras) {
-    // The vendor tag lookup is resolved by Init; the records need it.
-    Lumora::IuiLayer::Init(0, nullptr);
-    m_table.assign(cameras.size(), camera_info{});
-    for (size_t i = 0; i < cameras.size(); ++i) {
-        const CameraInput& in = cameras[i];
-        m_characteristics.push_back(std::make_unique<Metadata>());
-        m_table[i].static_camera_characteristics = m_characteristics.back()->Get();
-        if (!in.hasRecord) {
-            continue;
-        }
-        LumoraCameraInfo record = {};
-        record.logicalCamId = in.logicalCamId;
-        record.frameworkId = in.frameworkId;
-        record.numPhysicalCameras = in.numPhysicalCameras;
-        for (size_t k = 0; k < in.entries.size() && k < LUMORA_MAX_PHYSICAL_CAMERAS; ++k) {
-            record.cameraEntry[k].logicalCamId = in.entries[k].logicalCamId;
-            record.cameraEntry[k].frameworkId = in.entries[k].frameworkId;
-            record.cameraEntry[k].physicalCamId = in.entries[k].physicalCamId;
-            record.cameraEntry[k].isPrimary = in.entries[k].isPrimary;
-        }
-        record.type = in.type;
-        record.fullArrayWidth = in.fullArrayWidth;
-        record.fullArrayHeight = in.fullArrayHeight;
-        record.numSensorModes = in.numSensorModes;
-        for (size_t m = 0; m < in.sensorModeFlags.size() && m < LUMORA_MAX_SENSOR_MODES; ++m) {
-            record.sensorModes[m].flags = in.sensorModeFlags[m];
-        }
-        if (in.hasSensorName) {
-            m_sensorNames.push_back(in.sensorName);
-            record.sensorName = m_sensorNames.back().c_str();
-        }
-        const size_t size = in.shortRecord ? sizeof(record) / 2 : sizeof(record);
-        m_characteristics.back()->Add(TagId(true, kTagCameraInfo), &record, size);
+std::vector<HostKit::CameraSetup> CamerasOf(const std::vector<CameraInput>& cameras) {
+    std::vector<HostKit::CameraSetup> setups;
+    for (const CameraInput& in : cameras) {
+        HostKit::CameraSetup setup;
+        setup.hasRecord = in.hasRecord;
+        setup.shortRecord = in.shortRecord;
+        setup.frameworkId = in.frameworkId;
+        setup.logicalCamId = in.logicalCamId;
+        setup.physicalCameras = in.entries;
+        setup.numPhysicalCameras = in.numPhysicalCameras;
+        setup.hasSensorName = in.hasSensorName;
+        setup.sensorName = in.sensorName;
+        setup.type = in.type;
+        setup.fullArrayWidth = in.fullArrayWidth;
+        setup.fullArrayHeight = in.fullArrayHeight;
+        setup.numSensorModes = in.numSensorModes;
+        setup.sensorModeFlags = in.sensorModeFlags;
+        setups.push_back(setup);
     }
-}
-
-Device::~Device() {
-    // No parser may outlive the table it reads.
-    Lumora::IuiLayer::Init(0, nullptr);
-}
-
-void Device::Init() {
-    Lumora::IuiLayer::Init(static_cast<unsigned int>(m_table.size()),
-                           m_table.empty() ? nullptr : m_table.data());
+    return setups;
 }
 
 // ---------------- Configuration ----------------
 
-Configuration::Configuration(const SessionInput& in)
-    : m_nullSessionParams(in.nullSessionParams),
-      m_nullStreamArray(in.nullStreamArray),
-      m_operationMode(in.operationMode) {
+Configuration::Configuration(const SessionInput& in) : m_config(in.operationMode) {
     for (const StreamInput& s : in.streams) {
         if (s.null) {
-            m_pointers.push_back(nullptr);
+            m_config.AddNull();
             continue;
         }
-        camera3_stream_t stream = {};
-        stream.stream_type = s.streamType;
-        stream.width = s.width;
-        stream.height = s.height;
-        stream.format = s.format;
-        stream.usage = s.usage;
-        stream.data_space = static_cast<android_dataspace_t>(s.dataSpace);
-        if (s.physicalIdKind != kIdNull) {
-            m_physicalIds.push_back(s.physicalIdKind == kIdText ? s.physicalId : "");
-            stream.physical_camera_id = m_physicalIds.back().c_str();
-        }
-        stream.stream_use_case = s.useCase;
-        stream.ext_stream_mode = s.extMode;
-        stream.ext_stream_flags = s.extFlags;
-        stream.dynamic_range_profile = s.dynamicRangeProfile;
-        m_streams.push_back(stream);
-        m_pointers.push_back(&m_streams.back());
+        HostKit::StreamSetup stream = s;
+        stream.hasPhysicalId = s.physicalIdKind != kIdNull;
+        stream.physicalId = s.physicalIdKind == kIdText ? s.physicalId : "";
+        m_config.Add(stream);
     }
     for (const TagEntry& tag : in.sessionParams) {
-        m_sessionParams.Add(tag);
+        Append(m_config.SessionParams(), tag);
     }
-    // A reconfiguration sees the mode that an override may have written.
-    m_config.operation_mode = m_operationMode;
+    if (in.nullSessionParams) {
+        m_config.WithoutSessionParams();
+    }
     m_stranger.width = 4000;
     m_stranger.height = 3000;
     m_stranger.format = 0x21;
     m_stranger.physical_camera_id = "99999999999999999999";
-    KeepBokehSessionsRunnable(in);
+    if (!KeepBokehSessionsRunnable(in) && in.nullStreamArray) {
+        m_config.WithoutStreamArray();
+    }
 }
 
 // A bokeh session with other than two or three physical preview cameras stops
 // the process on purpose. Whenever the session may end up in a bokeh mode,
 // the streams are made to give two such cameras (or kept at three).
-void Configuration::KeepBokehSessionsRunnable(const SessionInput& in) {
+bool Configuration::KeepBokehSessionsRunnable(const SessionInput& in) {
     if (in.nullSessionParams || (!IsBokehMode(in.operationMode) && !OverrideMayGiveBokeh())) {
-        return;
+        return false;
     }
-    m_nullStreamArray = false;
     std::set<int> distinct;
-    for (camera3_stream_t* stream : m_pointers) {
+    for (camera3_stream_t* stream : m_config.Streams()) {
         if (stream != nullptr && IsPhysicalPreview(*stream)) {
             distinct.insert(atoi(stream->physical_camera_id));
         }
     }
     if (distinct.size() == 2 || distinct.size() == 3) {
-        return;
+        return true;
     }
     // More than three: the cameras after the first two lose their physical id.
     std::set<int> keep;
-    for (camera3_stream_t* stream : m_pointers) {
+    for (camera3_stream_t* stream : m_config.Streams()) {
         if (stream == nullptr || !IsPhysicalPreview(*stream)) {
             continue;
         }
@@ -347,26 +264,12 @@ void Configuration::KeepBokehSessionsRunnable(const SessionInput& in) {
             continue;
         }
         keep.insert(id);
-        camera3_stream_t stream = {};
-        stream.width = 1920;
-        stream.height = 1080;
+        HostKit::StreamSetup stream = HostKit::PreviewStream(1920, 1080, std::to_string(id));
         stream.format = 35;
-        stream.usage = 0x100;
-        m_physicalIds.push_back(std::to_string(id));
-        stream.physical_camera_id = m_physicalIds.back().c_str();
-        m_streams.push_back(stream);
-        m_pointers.push_back(&m_streams.back());
+        stream.dynamicRangeProfile = 0;
+        m_config.Add(stream);
     }
-}
-
-camera3_stream_configuration_t* Configuration::Get() {
-    m_config.num_streams = static_cast<uint32_t>(m_pointers.size());
-    m_config.streams = m_nullStreamArray || m_pointers.empty() ? nullptr : m_pointers.data();
-    if (m_nullStreamArray && m_config.num_streams == 0) {
-        m_config.num_streams = 1;  // a count without the array it counts
-    }
-    m_config.session_parameters = m_nullSessionParams ? nullptr : m_sessionParams.Get();
-    return &m_config;
+    return true;
 }
 
 // ---------------- Platform ----------------
@@ -402,62 +305,46 @@ camera3_stream_t* StreamRef(Configuration& config, uint8_t ref) {
 }
 
 void RunRequest(Lumora::IuiLayer& parser, Configuration& config, const Step& step) {
-    std::unique_ptr<Metadata> settings;
+    HostKit::Request request(step.frame);
     if (step.hasMetadata) {
-        settings = std::make_unique<Metadata>();
+        HostKit::Metadata& settings = request.Settings();
         for (const TagEntry& tag : step.tags) {
-            settings->Add(tag);
+            Append(settings, tag);
         }
     }
-    std::vector<camera3_stream_buffer_t> buffers;
     for (const BufferInput& buffer : step.buffers) {
-        camera3_stream_buffer_t b = {};
-        b.stream = StreamRef(config, buffer.stream);
-        buffers.push_back(b);
+        request.Buffer(StreamRef(config, buffer.stream));
     }
-    camera3_capture_request_t request = {};
-    request.frame_number = step.frame;
-    request.settings = settings ? settings->Get() : nullptr;
-    request.num_output_buffers = static_cast<uint32_t>(buffers.size());
-    request.output_buffers = step.nullBufferArray || buffers.empty() ? nullptr : buffers.data();
-    Sink(static_cast<uint32_t>(parser.UpdatePerRequestCaps(&request)));
+    if (step.nullBufferArray) {
+        request.WithoutBufferArray();
+    }
+    Sink(static_cast<uint32_t>(parser.UpdatePerRequestCaps(request.Get())));
 }
 
 void RunResult(Lumora::IuiLayer& parser, const Step& step) {
-    std::unique_ptr<Metadata> metadata;
+    HostKit::Result result(step.frame, step.hasMetadata);
     if (step.hasMetadata) {
-        metadata = std::make_unique<Metadata>();
         if (step.hasAec) {
-            std::vector<uint8_t> payload;
+            // The records as given, not padded to eight, and maybe cut short.
+            std::vector<HostKit::AecRecord> records;
             for (const AecRecordInput& r : step.aec) {
-                uint8_t record[20];
-                memcpy(record, &r.cameraId, 4);
-                memcpy(record + 4, &r.value1, 4);
-                memcpy(record + 8, &r.value2, 4);
-                memcpy(record + 12, &r.expCount, 4);
-                memcpy(record + 16, &r.extra, 4);
-                payload.insert(payload.end(), record, record + sizeof(record));
+                records.push_back({r.cameraId, r.value1, r.value2, r.expCount, r.extra});
             }
-            if (step.aecBytes > 0 && step.aecBytes < payload.size()) {
-                payload.resize(step.aecBytes);
+            size_t bytes = records.size() * sizeof(HostKit::AecRecord);
+            if (step.aecBytes > 0 && step.aecBytes < bytes) {
+                bytes = step.aecBytes;
             }
-            metadata->Add(TagId(true, kTagExposureCountList), payload.data(), payload.size());
+            result.Meta().Append(TagId(true, Lumora::kTagExposureCountList),
+                                 bytes > 0 ? records.data() : nullptr, bytes);
         }
         if (step.hasMlft) {
-            std::vector<uint8_t> block(step.mlftBytes, 0);
-            if (block.size() >= kMlftSwitchOffset + sizeof(step.mlft)) {
-                memcpy(block.data() + kMlftSwitchOffset, &step.mlft, sizeof(step.mlft));
-            }
-            metadata->Add(TagId(true, kTagMlftParameters), block.data(), block.size());
+            result.Mlft(step.mlft, step.mlftBytes);
         }
         for (const TagEntry& tag : step.tags) {
-            metadata->Add(tag);
+            Append(result.Meta(), tag);
         }
     }
-    camera3_capture_result_t result = {};
-    result.frame_number = step.frame;
-    result.result = metadata ? metadata->Get() : nullptr;
-    Sink(static_cast<uint32_t>(parser.UpdateResultAppliedCaps(&result)));
+    Sink(static_cast<uint32_t>(parser.UpdateResultAppliedCaps(result.Get())));
 }
 
 void RunAccessors(Lumora::IuiLayer& parser) {
@@ -580,9 +467,9 @@ void RunSteps(Lumora::IuiLayer& parser, Configuration& config, const std::vector
 
 void RunSession(const SessionInput& in) {
     PreparePlatform(in);
-    DeviceRoot::Instance().WriteFiles(in);
+    WriteFiles(in);
     {
-        Device device(in.cameras);
+        HostKit::CameraTable device(CamerasOf(in.cameras));
         device.Init();
         Configuration config(in);
         std::shared_ptr<Lumora::IuiLayer> parser = Lumora::IuiLayer::Get(in.cameraId);

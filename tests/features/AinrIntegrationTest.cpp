@@ -2,7 +2,7 @@
 // camera's own rule, camera unit clients and the per-package precedence.
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -16,12 +16,12 @@ const std::string kActivityRows =
     "[3rdAppEnableVIULLMapLumora]\ncom.third.app[0] = 0x1, com.third.app.Night\n"
     "com.third.app[1] = 2, com.third.app.Video\n";
 
-class AinrIntegrationTest : public FeatureTest {
+class AinrIntegrationTest : public SessionTest {
 protected:
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device.AddCamera(TestDevice::SingleCamera("ov50", 1, 1));
+        SessionTest::SetUp();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(SingleCamera("ov50", 1, 1));
         m_device.Init();
     }
 
@@ -35,8 +35,8 @@ protected:
         SetClient(config, package, activity, cameraUnit);
         ConfigureFresh(config, cameraId);
         const int32_t type =
-            config.SessionParams().FirstInt32(GetVendorTagId(kTagSupportedAINRType));
-        EXPECT_EQ(type == 2, Logical(Lumora::CapsVIULL));
+            config.SessionParams().FirstInt32(GetVendorTagId(Lumora::kTagSupportedAINRType));
+        EXPECT_EQ(type == 2, Has(Lumora::CapsVIULL));
         return type;
     }
 };

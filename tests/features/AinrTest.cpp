@@ -2,21 +2,21 @@
 // enable, the HDR exclusion and the SupportedAINRType session parameter.
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 constexpr const char* kEnableCamera0 = "[3rdAppEnableVIULL]\nisEnable3rdAppVIULL[0] = 1, 0x1\n";
 
-class AinrTest : public FeatureTest {
+class AinrTest : public SessionTest {
 protected:
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device.AddCamera(TestDevice::SingleCamera("ov50", 1, 1));
-        m_device.AddCamera(TestDevice::SingleCamera("s5k", 2, 15));
-        m_device.AddCameraWithoutRecord();
+        SessionTest::SetUp();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(SingleCamera("ov50", 1, 1));
+        m_device.Add(SingleCamera("s5k", 2, 15));
+        m_device.AddWithoutRecord();
         m_device.Init();
     }
 
@@ -27,12 +27,13 @@ protected:
         video.dynamicRangeProfile = profile;
         config.Add(video);
         if (presetTag >= 0) {
-            config.SessionParams().VendorInt32(kTagSupportedAINRType, {presetTag, presetTag});
+            config.SessionParams().VendorInt32(Lumora::kTagSupportedAINRType,
+                                               {presetTag, presetTag});
         }
         Configure(config, cameraId);
         const int32_t type =
-            config.SessionParams().FirstInt32(GetVendorTagId(kTagSupportedAINRType));
-        EXPECT_EQ(type == 2, Logical(Lumora::CapsVIULL));
+            config.SessionParams().FirstInt32(GetVendorTagId(Lumora::kTagSupportedAINRType));
+        EXPECT_EQ(type == 2, Has(Lumora::CapsVIULL));
         return type;
     }
 };
@@ -94,7 +95,7 @@ TEST_F(AinrTest, TagIsUpdatedWhenPresentAndSkippedWithoutSessionParameters) {
     config.Add(VideoStream());
     config.WithoutSessionParams();
     Configure(config);
-    EXPECT_TRUE(Logical(Lumora::CapsVIULL));
+    EXPECT_TRUE(Has(Lumora::CapsVIULL));
     EXPECT_TRUE(LoggedExactly("E sessionParams Invalid Args"));
 }
 

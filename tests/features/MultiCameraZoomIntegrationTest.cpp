@@ -2,7 +2,7 @@
 // mode and bokeh session provided by the session parameters and client policy.
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -21,11 +21,11 @@ struct Session {
     bool aiComposition = false;
 };
 
-class MultiCameraZoomIntegrationTest : public FeatureTest {
+class MultiCameraZoomIntegrationTest : public SessionTest {
 protected:
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::MultiCamera(3, 0, 0));
+        SessionTest::SetUp();
+        m_device.Add(MultiCamera(3, 0, 0));
         m_device.Init();
     }
     // Two physical preview streams, so that a bokeh mode makes a bokeh session.
@@ -35,10 +35,10 @@ protected:
         config.Add(PreviewStream(1920, 1080, "1"));
         SetClient(config, s.package, s.activity, s.cameraUnit);
         if (!s.cameraMode.empty()) {
-            config.SessionParams().VendorString(kTagCameraMode, s.cameraMode);
+            config.SessionParams().VendorString(Lumora::kTagCameraMode, s.cameraMode);
         }
         if (s.aiComposition) {
-            config.SessionParams().VendorByte(kTagAICompositionEnable, 1);
+            config.SessionParams().VendorByte(Lumora::kTagAICompositionEnable, 1);
         }
         ConfigureFresh(config);
         return *m_parser->GetSatStaticCaps();

@@ -1,24 +1,20 @@
 // Multi-camera zoom record for an ordinary (third-party) client, which is what
 // a session without any package configuration sees.
 #include <cutils/properties.h>
-#include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
-class MultiCameraZoomTest : public FeatureTest {
+class MultiCameraZoomTest : public SessionTest {
 protected:
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device.AddCamera(TestDevice::MultiCamera(3, 1, 1));
+        SessionTest::SetUp();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(MultiCamera(3, 1, 1));
         m_device.Init();
     }
     const Lumora::_SatStaticCaps& ConfigureWith(const StreamSetup& stream, unsigned int id = 0) {
@@ -35,7 +31,7 @@ TEST_F(MultiCameraZoomTest, ThirdPartyClientDefaults) {
         "[BokehSATConfig]\nsupportBokehIzoomSeamless = 0x8010\n"
         "[SatSmoothZoom]\nUseAIDLInput = true\n");
     const Lumora::_SatStaticCaps& sat = ConfigureWith(PreviewStream());
-    EXPECT_TRUE(Logical(Lumora::CapsBokehOrSingleCamera));
+    EXPECT_TRUE(Has(Lumora::CapsBokehOrSingleCamera));
     EXPECT_EQ(8u, sat.fallbackUsecase);
     EXPECT_EQ(1u, sat.forceFallback);
     EXPECT_EQ(0u, sat.supportZoomDivision);
@@ -45,7 +41,7 @@ TEST_F(MultiCameraZoomTest, ThirdPartyClientDefaults) {
     EXPECT_TRUE(LoggedContaining("I fallbackUsecase is 8 operationMode is 0x"));
 
     ConfigureWith(PreviewStream(), 1);
-    EXPECT_FALSE(Logical(Lumora::CapsBokehOrSingleCamera));
+    EXPECT_FALSE(Has(Lumora::CapsBokehOrSingleCamera));
 }
 
 TEST_F(MultiCameraZoomTest, FallbackProperties) {
@@ -71,6 +67,7 @@ TEST_F(MultiCameraZoomTest, FallbackProperties) {
 }
 
 TEST_F(MultiCameraZoomTest, WirelessChargingTurnsFallbackDetectionOff) {
+    constexpr const char* kWirelessState = "/sys/class/power_supply/wireless/online";
     const struct {
         const char* content;  // null: no node
         bool switchOn;
@@ -86,23 +83,19 @@ TEST_F(MultiCameraZoomTest, WirelessChargingTurnsFallbackDetectionOff) {
         {"on\n", true, "read wireless_stat is 0 result 0 isEnablewireless 1", 8},
         {"10000000001\n", true, "read wireless_stat is 1000 result 0 isEnablewireless 1", 8},
     };
-    // Set after Init: the sibling layer is loaded from the device root too.
-    namespace fs = std::filesystem;
-    const fs::path root = fs::temp_directory_path() / ("uilayer_wl_" + std::to_string(getpid()));
-    setenv("UILAYER_DEVICE_ROOT", root.c_str(), 1);
+    DeviceRoot root;
+    root.Activate();
     for (const auto& c : cases) {
         SCOPED_TRACE(c.line);
-        fs::remove_all(root);
-        fs::create_directories(root / "sys/class/power_supply/wireless");
+        root.RemoveFile(kWirelessState);
         if (c.content != nullptr) {
-            std::ofstream(root / "sys/class/power_supply/wireless/online") << c.content;
+            root.WriteFile(kWirelessState, c.content);
         }
         LoadConfig(std::string("[SatFallback]\nisEnablewireless = ") +
                    (c.switchOn ? "1\n" : "0\n"));
         EXPECT_EQ(c.fallbackUsecase, ConfigureWith(PreviewStream()).fallbackUsecase);
         EXPECT_TRUE(LoggedExactly(std::string("I ") + c.line));
     }
-    fs::remove_all(root);
 }
 
 TEST_F(MultiCameraZoomTest, VideoSessionSettings) {

@@ -2,7 +2,7 @@
 // rate and RAW12 snapshot decision of the session parameters.
 #include <vector>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -11,21 +11,21 @@ using BitList = std::vector<uint32_t>;
 
 constexpr uint32_t kLogical = Lumora::TypeLogicalCamera;
 
-class ShdrStreamingIntegrationTest : public FeatureTest {
+class ShdrStreamingIntegrationTest : public SessionTest {
 protected:
     // Logical camera 3 of physical ids 0, 1, 33 and 16; single cameras 0 and 1
     // give the sensor names of physical ids 0 and 1.
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device.AddCamera(TestDevice::SingleCamera("ov50", 1, 1));
+        SessionTest::SetUp();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(SingleCamera("ov50", 1, 1));
         CameraSetup setup;
         setup.logicalCamId = 3;
         setup.frameworkId = 3;
         for (uint32_t id : {0u, 1u, 33u, 16u}) {
             setup.physicalCameras.push_back({3, static_cast<int32_t>(id), id, id == 0});
         }
-        m_device.AddCamera(setup);
+        m_device.Add(setup);
         m_device.Init();
     }
 
@@ -45,7 +45,7 @@ protected:
     BitList CameraBits(uint32_t type) {
         BitList bits;
         for (uint32_t bit : {15, 16, 17, 18, 22, 23, 30}) {
-            if (Physical(static_cast<Lumora::DesiredSupportCaps>(bit), type)) {
+            if (Has(static_cast<Lumora::DesiredSupportCaps>(bit), type)) {
                 bits.push_back(bit);
             }
         }

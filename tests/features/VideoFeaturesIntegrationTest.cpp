@@ -2,18 +2,18 @@
 // mode of the session parameters.
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
-class VideoFeaturesIntegrationTest : public FeatureTest {
+class VideoFeaturesIntegrationTest : public SessionTest {
 protected:
     void ConfigureMode(unsigned int cameraId, uint32_t operationMode, const std::string& cameraMode,
                        int stabilization = -1) {
         StreamConfig config(operationMode);
         config.Add(VideoStream());
-        config.SessionParams().VendorString(kTagCameraMode, cameraMode);
+        config.SessionParams().VendorString(Lumora::kTagCameraMode, cameraMode);
         if (stabilization >= 0) {
             config.SessionParams().Byte(ANDROID_CONTROL_VIDEO_STABILIZATION_MODE,
                                         static_cast<uint8_t>(stabilization));
@@ -26,9 +26,9 @@ TEST_F(VideoFeaturesIntegrationTest, EisBySensorNameThenClearedInProVideo) {
     LoadConfig(
         "[EISTypeMatching]\nMode[0] = 0x8002, imx766\nMode[1] = 0x8001, ov50, imx76\n"
         "Mode[2] = 0x8001, ov50, imx766\nMode[3] = 0x8001\nMode[4] = 0x8005, 3SatR\n");
-    m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-    m_device.AddCamera(TestDevice::SingleCamera("imx76", 1, 1));
-    m_device.AddCamera(TestDevice::MultiCamera(3, 2, 2));
+    m_device.Add(SingleCamera("imx766", 0, 0));
+    m_device.Add(SingleCamera("imx76", 1, 1));
+    m_device.Add(MultiCamera(3, 2, 2));
     m_device.Init();
     const struct {
         unsigned int cameraId;
@@ -52,15 +52,15 @@ TEST_F(VideoFeaturesIntegrationTest, EisBySensorNameThenClearedInProVideo) {
         SCOPED_TRACE(testing::Message()
                      << c.cameraId << " " << std::hex << c.operationMode << " " << c.cameraMode);
         ConfigureMode(c.cameraId, c.operationMode, c.cameraMode, c.stabilization);
-        EXPECT_EQ(c.videoEis, Logical(Lumora::CapsVideoEIS));
+        EXPECT_EQ(c.videoEis, Has(Lumora::CapsVideoEIS));
     }
     EXPECT_TRUE(LoggedExactly("I [OP_EXT] : operationmode:0x8005, cameraName:3SatR, VideoEisMode"));
 }
 
 TEST_F(VideoFeaturesIntegrationTest, ProVideoInSensorZoomByCameraMask) {
-    CameraSetup setup = TestDevice::MultiCamera(3, 0, 0);
+    CameraSetup setup = MultiCamera(3, 0, 0);
     setup.physicalCameras[2].physicalCamId = 34;  // mask bit 2
-    m_device.AddCamera(setup);
+    m_device.Add(setup);
     m_device.Init();
     const struct {
         const char* config;
@@ -81,7 +81,7 @@ TEST_F(VideoFeaturesIntegrationTest, ProVideoInSensorZoomByCameraMask) {
         LoadConfig(c.config);
         ConfigureMode(0, 0x8001, c.cameraMode);
         for (int k = 0; k < 3; ++k) {
-            EXPECT_EQ(c.disabled[k], Physical(Lumora::CapsDisableProVideoIZoom, ids[k])) << ids[k];
+            EXPECT_EQ(c.disabled[k], Has(Lumora::CapsDisableProVideoIZoom, ids[k])) << ids[k];
         }
     }
     EXPECT_TRUE(LoggedExactly("I physical 34 DisableProVideoIZoom 0"));

@@ -2,7 +2,7 @@
 // and the hardware configuration alone.
 #include <string>
 
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -13,12 +13,12 @@ using Lumora::CapsPhotoRealtimeEIS;
 using Lumora::CapsVideoEIS;
 using Lumora::CapsVideoHalWatermark;
 
-class VideoFeaturesTest : public FeatureTest {
+class VideoFeaturesTest : public SessionTest {
 protected:
     void SetUp() override {
-        FeatureTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device.AddCamera(TestDevice::MultiCamera(2, 1, 1));
+        SessionTest::SetUp();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(MultiCamera(2, 1, 1));
         m_device.Init();
     }
 };
@@ -45,8 +45,8 @@ TEST_F(VideoFeaturesTest, StabilizationModeAndPhotoRealtimeEis) {
                                         static_cast<uint8_t>(c.stabilization));
         }
         Configure(config, c.cameraId);
-        EXPECT_EQ(c.videoEis, Logical(CapsVideoEIS));
-        EXPECT_EQ(c.photoEis, Logical(CapsPhotoRealtimeEIS));
+        EXPECT_EQ(c.videoEis, Has(CapsVideoEIS));
+        EXPECT_EQ(c.photoEis, Has(CapsPhotoRealtimeEIS));
         if (c.stabilization >= 0) {
             EXPECT_EQ(static_cast<unsigned int>(c.stabilization), m_parser->GetVideoStabMode());
         }
@@ -72,12 +72,12 @@ TEST_F(VideoFeaturesTest, FlowControlAndWatermark) {
         StreamConfig config;
         config.Add(VideoStream());
         if (c.watermarkTag >= 0) {
-            config.SessionParams().VendorByte(kTagVideoWatermark,
+            config.SessionParams().VendorByte(Lumora::kTagVideoWatermark,
                                               static_cast<uint8_t>(c.watermarkTag));
         }
         Configure(config);
-        EXPECT_EQ(c.flowControl, Logical(CapsFlowControl));
-        EXPECT_EQ(c.watermark, Logical(CapsVideoHalWatermark));
+        EXPECT_EQ(c.flowControl, Has(CapsFlowControl));
+        EXPECT_EQ(c.watermark, Has(CapsVideoHalWatermark));
     }
     EXPECT_TRUE(LoggedExactly("I videoWatermarkEnable: 1, videoHalWatermarkEnable: 0"));
     EXPECT_TRUE(LoggedExactly("I EnableFlowControl"));
@@ -87,7 +87,7 @@ TEST_F(VideoFeaturesTest, InSensorZoomUntouchedOutsideProVideo) {
     StreamConfig config;
     config.Add(VideoStream());
     Configure(config, 1);
-    EXPECT_FALSE(Physical(CapsDisableProVideoIZoom, 0) || Physical(CapsDisableProVideoIZoom, 1));
+    EXPECT_FALSE(Has(CapsDisableProVideoIZoom, 0) || Has(CapsDisableProVideoIZoom, 1));
     EXPECT_TRUE(LoggedExactly("I sessionParams.cameraMode , numPhysicalCameras 2"));
 }
 

@@ -2,7 +2,7 @@
 // must answer them without undefined behaviour (these cases are meant to run
 // under the sanitizers, where a fault stops the test) and treat them as the
 // nearest well-formed input.
-#include "streams/SessionTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -15,7 +15,7 @@ class MalformedInputTest : public SessionTest {};
 // are plain values to compare: neither depth nor HEIF.
 TEST_F(MalformedInputTest, DataSpacesOutsideTheEnumerationAreOrdinaryValues) {
     constexpr int32_t kVendorDataSpace = static_cast<int32_t>(0x8A000002u);
-    device.AddCamera(TestDevice::MultiCamera(3, 6, 6));
+    m_device.Add(MultiCamera(3, 6, 6));
     Start(6);
 
     StreamConfig config(0x8010);  // bokeh: the preview streams of two cameras are counted
@@ -30,11 +30,12 @@ TEST_F(MalformedInputTest, DataSpacesOutsideTheEnumerationAreOrdinaryValues) {
     camera3_stream_t* videoStream = config.Add(video);
     Configure(config);
 
-    EXPECT_EQ(EStreamTypePreview, layer->GetStreamTypeByStream(previewStream));
-    EXPECT_EQ(EStreamTypeVideo, layer->GetStreamTypeByStream(videoStream));
+    EXPECT_EQ(EStreamTypePreview, m_parser->GetStreamTypeByStream(previewStream));
+    EXPECT_EQ(EStreamTypeVideo, m_parser->GetStreamTypeByStream(videoStream));
     EXPECT_TRUE(Has(CapsBokeh));
     EXPECT_TRUE(Has(CapsVideoStream));
-    EXPECT_EQ("ZoomDivisionCurveCfg_Video_", layer->GetSatStaticCaps()->zoomDivisionCurveCfgPrefix);
+    EXPECT_EQ("ZoomDivisionCurveCfg_Video_",
+              m_parser->GetSatStaticCaps()->zoomDivisionCurveCfgPrefix);
 }
 
 }  // namespace

@@ -2,14 +2,14 @@
 #include <map>
 #include <stdexcept>
 
-#include "request/RequestPathTestPeer.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-class RequestCapsUpdateTest : public SessionFixture {};
+class RequestCapsUpdateTest : public SessionTest {};
 
 // Sensor mode list value -> bits, for the logical camera of a single-camera
 // session and for each physical camera.
@@ -19,7 +19,7 @@ const std::map<int32_t, _CapsBitset> kModeTable = {
     {10, BitsOf({30})},    {11, BitsOf({19, 20, 81})}, {12, BitsOf({23})}};
 
 TEST_F(RequestCapsUpdateTest, ModeValuesOfASingleCameraGoToBothSets) {
-    Build(TestDevice::SingleCamera("wide"));
+    Build(SingleCamera("wide"));
     m_peer->SetCameraCaps(0, CapsSHDR);
     for (int32_t mode = -3; mode <= 14; ++mode) {
         Request request(100 + mode);
@@ -33,7 +33,7 @@ TEST_F(RequestCapsUpdateTest, ModeValuesOfASingleCameraGoToBothSets) {
 }
 
 TEST_F(RequestCapsUpdateTest, ModeValuesOfSeveralCamerasStayPerCameraAndNeedShdrForBit18) {
-    Build(TestDevice::MultiCamera(2, 0, 0));
+    Build(MultiCamera(2, 0, 0));
     m_peer->SetCameraCaps(1, CapsSHDR);  // only camera 1 supports SHDR
     Request request(1);
     request.SensorModes({4, 7});
@@ -67,7 +67,7 @@ TEST_F(RequestCapsUpdateTest, WarmStartRuleDecidesWhenNoModeWasChosen) {
         {1, 7, 0, false, false, 0x8001, _CapsBitset()},
         {1, 3, 0, true, true, 0x8031, _CapsBitset()},
     };
-    Build(TestDevice::SingleCamera("wide"));
+    Build(SingleCamera("wide"));
     m_peer->SetCameraCaps(0, CapsSHDR);
     uint32_t frame = 0;
     for (const Case& c : cases) {
@@ -85,7 +85,7 @@ TEST_F(RequestCapsUpdateTest, WarmStartRuleDecidesWhenNoModeWasChosen) {
 }
 
 TEST_F(RequestCapsUpdateTest, ReturnValueAndExposurePlanFollowTheWarmStartFallback) {
-    Build(TestDevice::MultiCamera(2, 0, 0));
+    Build(MultiCamera(2, 0, 0));
     m_peer->SetSessionCaps(CapsVideoStream);
     m_peer->SetFromMainMenu(1);
     m_lastResult.m_lastReqCameraAECInfo[0].expCount = 4;
@@ -120,7 +120,7 @@ TEST_F(RequestCapsUpdateTest, ReturnValueAndExposurePlanFollowTheWarmStartFallba
 }
 
 TEST_F(RequestCapsUpdateTest, QbcThresholdsPerCamera) {
-    Build(TestDevice::MultiCamera(3, 0, 0));
+    Build(MultiCamera(3, 0, 0));
     Request none(1);
     none.SensorModes({0, 0, 0}).ZoomRatio(8.0f);
     Update(none);
@@ -143,7 +143,7 @@ TEST_F(RequestCapsUpdateTest, QbcThresholdsPerCamera) {
 }
 
 TEST_F(RequestCapsUpdateTest, QbcOfASingleCameraTriesThePositionAfterTheOtherCamerasFirst) {
-    Build(TestDevice::SingleCamera("wide"), 1);  // two cameras: position 0 + 2 - 1
+    Build(SingleCamera("wide"), 1);  // two cameras: position 0 + 2 - 1
     const struct {
         std::vector<float> thresholds;
         bool enabled;

@@ -1,38 +1,21 @@
 // The request path on sessions configured through the real configuration path:
 // operation mode, frame rate, lux and main-menu flag from the session
 // parameters, streams classified by role.
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include "support/TestDevice.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
-namespace fs = std::filesystem;
-
-constexpr uint32_t kTagWarmStartLux = 85;
-constexpr uint32_t kTagFromMainMenu = 109;
 
 class RequestPathIntegrationTest : public UiLayerTest {
 protected:
     void SetUp() override {
         UiLayerTest::SetUp();
-        char root[] = "/tmp/uilayer-request-XXXXXX";
-        ASSERT_NE(nullptr, mkdtemp(root));
-        m_root = root;
-        fs::create_directories(m_root / "data/vendor/camera");
-        m_device.AddCamera(TestDevice::SingleCamera("wide"));
-        m_device.Init();  // loads the sibling layer from the default root
-        setenv("UILAYER_DEVICE_ROOT", root, 1);
+        m_device.Add(SingleCamera("wide"));
+        m_device.Init();
+        m_root.Activate();
         m_parser = IuiLayer::Get(0);
-    }
-    void TearDown() override {
-        unsetenv("UILAYER_DEVICE_ROOT");
-        fs::remove_all(m_root);
-        UiLayerTest::TearDown();
     }
     // A 60 fps session at lux 105 opened from the main menu, with one preview.
     camera3_stream_t* Configure(uint32_t operationMode) {
@@ -40,22 +23,21 @@ protected:
         m_config.SessionParams()
             .Int32(ANDROID_CONTROL_AE_TARGET_FPS_RANGE, {30, 60})
             .VendorFloat(kTagWarmStartLux, 105.0f)
-            .VendorByte(kTagFromMainMenu, 1);
+            .VendorByte(kTagCameraFromMainMenu, 1);
         camera3_stream_t* preview = m_config.Add(PreviewStream());
         EXPECT_EQ(0, m_parser->ParseStaticCapabilities(m_config.Get()));
         EXPECT_EQ(0, m_parser->ParseStreamCapabilities(m_config.Get()));
         return preview;
     }
-    fs::path m_root;
-    TestDevice m_device;
+    DeviceRoot m_root;
+    CameraTable m_device;
     std::shared_ptr<IuiLayer> m_parser;
     StreamConfig m_config;
 };
 
 TEST_F(RequestPathIntegrationTest, WarmStartOfTheSessionDecidesRequestsWithoutSettings) {
     LoadConfig("[WarmDolState]\nMode[0] = 0x8001, 0, 1, 10, 2000, 50, 5, 3, 4, 60\n");
-    std::ofstream(m_root / "data/vendor/camera/aecWarmStartCamera_0.txt")
-        << "0 0 0 5 50 0 0 100 0\n";
+    m_root.WriteFile("/data/vendor/camera/aecWarmStartCamera_0.txt", "0 0 0 5 50 0 0 100 0\n");
     camera3_stream_t* preview = Configure(0x8001);
     unsigned int enable = 0;
     int dolState = 0;

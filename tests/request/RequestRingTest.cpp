@@ -8,15 +8,11 @@ namespace {
 
 using namespace Lumora;
 
-constexpr uint32_t kTagBracketMode = 35;
-constexpr uint32_t kTagAsdScene = 38;
-constexpr uint32_t kTagPipSensor = 159;
-
 class RequestRingTest : public UiLayerTest {
 protected:
     void SetUp() override {
         UiLayerTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("wide"));
+        m_device.Add(SingleCamera("wide"));
         m_device.Init();
         m_parser = IuiLayer::Get(0);
     }
@@ -25,7 +21,7 @@ protected:
         ASSERT_EQ(0, m_parser->ParseStreamCapabilities(m_config.Get()));
         CameraLog();
     }
-    TestDevice m_device;
+    CameraTable m_device;
     std::shared_ptr<IuiLayer> m_parser;
     StreamConfig m_config;
 };
@@ -84,7 +80,7 @@ TEST_F(RequestRingTest, SettingsCarryOverInTheSlotAndDriveTheMoonLayout) {
     LoadConfig("[OEMFeature2ModeMatch]\nMode[0] = 7, -1, -1, 3, -1, -1, -1\n");
     Configure();
     Request first(1);
-    first.Settings().VendorInt32(kTagBracketMode, {3}).VendorInt32(kTagAsdScene, {29});
+    first.Settings().VendorInt32(kTagBracketMode, {3}).VendorInt32(kTagAsdSceneValue, {29});
     m_parser->UpdatePerRequestCaps(first.Get());
     EXPECT_EQ(7u, m_parser->GetOriginalRequestTuningMode(1, TypeFeature2Snapshot));
 
@@ -105,14 +101,16 @@ TEST_F(RequestRingTest, SettingsCarryOverInTheSlotAndDriveTheMoonLayout) {
     } cases[] = {{30, 1, true}, {29, 0, false}, {31, 1, false}, {28, 1, false}};
     for (const auto& c : cases) {
         Request request(2);
-        request.Settings().VendorInt32(kTagAsdScene, {c.scene}).VendorInt32(kTagPipSensor, {c.pip});
+        request.Settings()
+            .VendorInt32(kTagAsdSceneValue, {c.scene})
+            .VendorInt32(kTagPipSensor, {c.pip});
         m_parser->UpdatePerRequestCaps(request.Get());
         EXPECT_EQ(c.moon, m_parser->IsRequestSupportCaps(2, CapsMoonLayout, TypeLogicalCamera));
         EXPECT_TRUE(
             LoggedExactly(c.moon ? "I moon layout condition met" : "I moon layout NOT trigger"));
     }
     Request noFlag(2);
-    noFlag.Settings().VendorInt32(kTagAsdScene, {29});
+    noFlag.Settings().VendorInt32(kTagAsdSceneValue, {29});
     CameraLog();
     m_parser->UpdatePerRequestCaps(noFlag.Get());
     EXPECT_FALSE(LoggedContaining("moon layout"));

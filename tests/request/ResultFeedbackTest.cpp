@@ -1,21 +1,18 @@
 // Applied AEC records and the MLFT switch of capture results.
 #include <cstring>
 
-#include "request/RequestPathTestPeer.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-constexpr uint32_t kTagExposureCountList = 156;
-constexpr uint32_t kTagMlftParameters = 175;
-
-class ResultFeedbackTest : public SessionFixture {
+class ResultFeedbackTest : public SessionTest {
 protected:
     void SetUp() override {
-        SessionFixture::SetUp();
-        Build(TestDevice::MultiCamera(3, 0, 0));
+        SessionTest::SetUp();
+        Build(MultiCamera(3, 0, 0));
     }
     int Apply(Result& result) {
         return m_lastResult.UpdateResultAppliedCaps(result.Get(), m_session.get());

@@ -1,18 +1,14 @@
 // Tuning policy tables, the tuning mode query and star-mode AE.
 #include <string>
 
-#include "request/RequestPathTestPeer.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-constexpr uint32_t kTagApsFeatureType = 0;
-constexpr uint32_t kTagBracketMode = 35;
-constexpr uint32_t kTagFaceBeautyLevel = 36;
-
-class TuningPolicyTest : public SessionFixture {
+class TuningPolicyTest : public SessionTest {
 protected:
     void Configure(uint32_t operationMode, const std::string& config) {
         LoadConfig(config);
@@ -33,7 +29,7 @@ protected:
 };
 
 TEST_F(TuningPolicyTest, TablesKeepTheEntriesOfTheSessionModeUpTo64) {
-    Build(TestDevice::SingleCamera("wide"));
+    Build(SingleCamera("wide"));
     std::string config =
         "[OEMFeature2ModeMatch]\nMode[0] = 1, -1, 2, 3, 4, -1, -1\n"
         "Mode[1] = 2, 0x8002, 2, 3, 4, -1, -1\nMode[2] = 3, 0x8001, 9\n";
@@ -58,7 +54,7 @@ TEST_F(TuningPolicyTest, TablesKeepTheEntriesOfTheSessionModeUpTo64) {
 }
 
 TEST_F(TuningPolicyTest, TuningModeQueryMatchesTheRequestValues) {
-    Build(TestDevice::SingleCamera("wide"));
+    Build(SingleCamera("wide"));
     Configure(0x8001,
               "[OEMFeature1ModeMatch]\n"
               "Mode[0] = 10, 0x8001, 1, -1, 0, 1, -1, -1\n"  // face beauty on
@@ -87,7 +83,7 @@ TEST_F(TuningPolicyTest, TuningModeQueryMatchesTheRequestValues) {
 }
 
 TEST_F(TuningPolicyTest, StarModeOverrideOnlyInItsMode) {
-    Build(TestDevice::SingleCamera("wide"));
+    Build(SingleCamera("wide"));
     const std::string config = "[StarMode]\nneedOverrideAE = true\nAEMode = 2\nsensitiviy = 800\n";
     Configure(0x8001, config);
     EXPECT_FALSE(m_session->IsSessionSupportCaps(CapsStarModeOverrideAE, TypeLogicalCamera));

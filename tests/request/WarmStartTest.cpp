@@ -1,15 +1,10 @@
 // AEC warm start records from the configuration and the saved exposure files.
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
-#include "request/RequestPathTestPeer.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
-namespace fs = std::filesystem;
 
 // Rows: operation mode, camera, enable, lux threshold 10, maxLux, max B 50,
 // min A 5, DOL types 2 and 3, fps.
@@ -20,35 +15,25 @@ constexpr const char* kRows =
     "Mode[2] = 0x8001, 9, 0, 10, 500, 50, 5, 6, 7, 60\n"
     "Mode[3] = 0x8002, 0, 1, 10, 500, 50, 5, 8, 9, -1\n";
 
-class WarmStartTest : public SessionFixture {
+class WarmStartTest : public SessionTest {
 protected:
     void SetUp() override {
-        SessionFixture::SetUp();
-        char root[] = "/tmp/uilayer-warmstart-XXXXXX";
-        ASSERT_NE(nullptr, mkdtemp(root));
-        m_root = root;
-        fs::create_directories(m_root / "data/vendor/camera");
-        Build(TestDevice::MultiCamera(2, 0, 0));  // loads the sibling layer from the default root
-        setenv("UILAYER_DEVICE_ROOT", root, 1);
+        SessionTest::SetUp();
+        Build(MultiCamera(2, 0, 0));
+        m_root.Activate();
         m_peer->SetOperationMode(0x8001);
         m_peer->SetMaxFps(60);
     }
-    void TearDown() override {
-        unsetenv("UILAYER_DEVICE_ROOT");
-        fs::remove_all(m_root);
-        SessionFixture::TearDown();
-    }
     void SaveState(uint32_t cam, const std::string& line) {
-        std::ofstream(m_root /
-                      ("data/vendor/camera/aecWarmStartCamera_" + std::to_string(cam) + ".txt"))
-            << line;
+        m_root.WriteFile("/data/vendor/camera/aecWarmStartCamera_" + std::to_string(cam) + ".txt",
+                         line);
     }
     // Saved values A, B and lux in the file's fourth, fifth and eighth places.
     void Save(uint32_t cam, float a, float b, float lux) {
         SaveState(cam, "1 2 3 " + std::to_string(a) + " " + std::to_string(b) + " 6 7 " +
                            std::to_string(lux) + " 9\n");
     }
-    fs::path m_root;
+    DeviceRoot m_root;
 };
 
 TEST_F(WarmStartTest, RowsApplyByModeAndFrameRate) {

@@ -1,17 +1,17 @@
 // Bokeh sessions and the sensor name table.
 #include <csignal>
 
-#include "session/SessionFixture.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-class BokehTest : public SessionCoreTest {
+class BokehTest : public SessionTest {
 protected:
     void SetUp() override {
-        SessionCoreTest::SetUp();
+        SessionTest::SetUp();
         OpenMulti(4);
     }
 
@@ -97,7 +97,7 @@ TEST_F(BokehDeathTest, UnsupportedPreviewCameraCountAborts) {
     EXPECT_EQ("10000", BokehBits());
 }
 
-class SensorNameMapTest : public SessionCoreTest {
+class SensorNameMapTest : public SessionTest {
 protected:
     std::vector<std::string> SensorNameLines() {
         OpenSingle();

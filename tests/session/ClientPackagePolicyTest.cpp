@@ -2,17 +2,17 @@
 #include <HostPlatformExtras.h>
 #include <cutils/properties.h>
 
-#include "session/SessionFixture.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-class ClientPackagePolicyTest : public SessionCoreTest {
+class ClientPackagePolicyTest : public SessionTest {
 protected:
     void SetUp() override {
-        SessionCoreTest::SetUp();
+        SessionTest::SetUp();
         OpenSingle();
         HostPlatform::TakeSwitchLogEnableCalls();
     }
@@ -23,7 +23,7 @@ protected:
         StreamConfig config;
         SetClient(config, package);
         if (cameraUnit) {
-            config.SessionParams().VendorByte(kTagCameraUnit, 1);
+            config.SessionParams().VendorByte(kTagCameraUnitPackage, 1);
         }
         CameraLog();
         Configure(config);
@@ -129,6 +129,7 @@ TEST_F(ClientPackagePolicyTest, GenericSystemImageFromProperties) {
         const std::string line = "I get is.sdk.camera.package successfully, m_isGSIBuild ";
         return LoggedExactly(line + "1") ? 1 : LoggedExactly(line + "0") ? 0 : -1;
     };
+    HostPlatform::ResetProperties();
     EXPECT_EQ(1, gsiFlag());  // unset properties read as the platform's own brand
     property_set("ro.product.brand", "Lumo");
     property_set("ro.build.product", "lumo_phone");

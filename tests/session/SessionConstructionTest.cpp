@@ -1,12 +1,12 @@
 // Session object construction, the camera table and the session queries.
-#include "session/SessionFixture.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-class SessionConstructionTest : public SessionCoreTest {
+class SessionConstructionTest : public SessionTest {
 protected:
     void ConfigurePreview(uint32_t mode = 0) {
         StreamConfig config(mode);
@@ -17,10 +17,9 @@ protected:
 };
 
 TEST_F(SessionConstructionTest, WithoutItsRecordNoCameraIsSupported) {
-    m_device = std::make_unique<TestDevice>();
-    m_device->AddCameraWithoutRecord();
-    m_device->AddCamera(TestDevice::SingleCamera("imx766", 1, 16));  // logical id out of range
-    m_device->Init();
+    m_device.AddWithoutRecord();
+    m_device.Add(SingleCamera("imx766", 1, 16));  // logical id out of range
+    m_device.Init();
     for (unsigned int id : {0u, 1u}) {
         m_parser = IuiLayer::Get(id);
         EXPECT_TRUE(LoggedContaining("E m_pCameraInfoMap is NULL for fwkCameraId " +
@@ -39,16 +38,15 @@ TEST_F(SessionConstructionTest, WithoutItsRecordNoCameraIsSupported) {
 }
 
 TEST_F(SessionConstructionTest, CameraTableAndSensorNames) {
-    m_device = std::make_unique<TestDevice>();
-    m_device->AddCamera(TestDevice::SingleCamera("s5k3p9", 0, 0));
-    CameraSetup four = TestDevice::MultiCamera(4, 2, 1);
+    m_device.Add(SingleCamera("s5k3p9", 0, 0));
+    CameraSetup four = MultiCamera(4, 2, 1);
     for (uint32_t k = 0; k < 4; ++k) {
         four.physicalCameras[k].frameworkId = static_cast<int32_t>(10 + k);
     }
-    m_device->AddCamera(four);
-    m_device->AddCamera(TestDevice::MultiCamera(3, 5, 2));
-    m_device->AddCamera(TestDevice::MultiCamera(2, 6, 3));
-    m_device->Init();
+    m_device.Add(four);
+    m_device.Add(MultiCamera(3, 5, 2));
+    m_device.Add(MultiCamera(2, 6, 3));
+    m_device.Init();
     m_parser = IuiLayer::Get(2);
     EXPECT_EQ(10, m_parser->GetFwkCameraIdByCameraIndex(0));
     EXPECT_EQ(13, m_parser->GetFwkCameraIdByCameraIndex(3));
@@ -66,15 +64,15 @@ TEST_F(SessionConstructionTest, CameraTableAndSensorNames) {
 TEST_F(SessionConstructionTest, CameraCountIsKeptInEightBits) {
     // 257 cameras are walked as one, 256 as none.
     for (uint32_t withoutRecord : {255u, 254u}) {
-        m_device = std::make_unique<TestDevice>();
-        m_device->AddCamera(TestDevice::SingleCamera("imx766", 0, 0));
-        m_device->AddCamera(TestDevice::SingleCamera("imx586", 1, 1));
+        m_device.Clear();
+        m_device.Add(SingleCamera("imx766", 0, 0));
+        m_device.Add(SingleCamera("imx586", 1, 1));
         for (uint32_t k = 0; k < withoutRecord; ++k) {
-            m_device->AddCameraWithoutRecord();
+            m_device.AddWithoutRecord();
         }
-        m_device->Init();
+        m_device.Init();
         CameraLog();
-        const bool oneWalked = m_device->CameraCount() == 257;
+        const bool oneWalked = m_device.Count() == 257;
         m_parser = IuiLayer::Get(0);
         EXPECT_EQ(oneWalked ? 0 : -1, m_parser->GetFwkCameraIdByCameraIndex(0));
         m_parser = IuiLayer::Get(1);
@@ -86,24 +84,24 @@ TEST_F(SessionConstructionTest, CameraCountIsKeptInEightBits) {
 }
 
 TEST_F(SessionConstructionTest, PhysicalCameraCountIsClampedToEight) {
-    Open(TestDevice::MultiCamera(9, 0, 0));
+    Open(MultiCamera(9, 0, 0));
     EXPECT_EQ(7, m_parser->GetFwkCameraIdByCameraIndex(7));
     EXPECT_EQ(-1, m_parser->GetFwkCameraIdByCameraIndex(8));
 }
 
 TEST_F(SessionConstructionTest, FlagWordFollowsTheRecordType) {
     for (uint32_t type : {0u, 2u, 3u, 4u}) {
-        CameraSetup camera = TestDevice::SingleCamera("imx766");
+        m_device.Clear();
+        CameraSetup camera = SingleCamera("imx766");
         camera.type = type;
-        m_device = std::make_unique<TestDevice>();
-        m_device->AddCamera(camera);
-        m_device->AddCamera(TestDevice::SingleCamera("imx586", 1, 1));
-        m_device->Init();
-        m_device->Record(0)->supportFlag = 7;
-        m_device->Record(1)->supportFlag = 7;
+        m_device.Add(camera);
+        m_device.Add(SingleCamera("imx586", 1, 1));
+        m_device.Init();
+        m_device.Record(0)->supportFlag = 7;
+        m_device.Record(1)->supportFlag = 7;
         m_parser = IuiLayer::Get(0);
-        EXPECT_EQ(type == 2 || type == 4 ? 1u : 0u, m_device->Record(0)->supportFlag) << type;
-        EXPECT_EQ(7u, m_device->Record(1)->supportFlag);  // only the own camera's record
+        EXPECT_EQ(type == 2 || type == 4 ? 1u : 0u, m_device.Record(0)->supportFlag) << type;
+        EXPECT_EQ(7u, m_device.Record(1)->supportFlag);  // only the own camera's record
     }
 }
 

@@ -2,14 +2,14 @@
 // client, the bokeh decision and the sensor name table.
 #include <cutils/properties.h>
 
-#include "session/SessionFixture.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-class SessionIntegrationTest : public SessionCoreTest {};
+class SessionIntegrationTest : public SessionTest {};
 
 TEST_F(SessionIntegrationTest, ClientKindReachesTheStreamCaps) {
     LoadConfig(

@@ -2,17 +2,17 @@
 // session caps, the operation mode and the values the session answers with.
 #include <cutils/properties.h>
 
-#include "session/SessionFixture.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-class SessionParamsTest : public SessionCoreTest {
+class SessionParamsTest : public SessionTest {
 protected:
     void SetUp() override {
-        SessionCoreTest::SetUp();
+        SessionTest::SetUp();
         OpenMulti(3);
     }
 
@@ -187,7 +187,7 @@ TEST_F(SessionParamsTest, OperationModeListsUseTheRawMode) {
         "EnableReturnPrivateChiPhyMetaEarly = 0x8101\n");
     for (uint32_t mode : {0x8101u, 0x8001u}) {
         StreamConfig fromMenu(mode);
-        fromMenu.SessionParams().VendorByte(kTagFromMainMenu, 1);
+        fromMenu.SessionParams().VendorByte(kTagCameraFromMainMenu, 1);
         Configure(fromMenu);
         const std::string expected = mode == 0x8101 ? "11" : "00";
         EXPECT_EQ(expected, Bits({CapsSkipRawStream, CapsReturnPrivateChiPhyMetaEarly}));
@@ -250,7 +250,7 @@ TEST_F(SessionParamsTest, GenericCamFlagWrittenToSessionParameters) {
             config.SessionParams().VendorByte(kTagIsGenericCam, 7);
         }
         if (cameraUnit) {
-            config.SessionParams().VendorByte(kTagCameraUnit, 1);
+            config.SessionParams().VendorByte(kTagCameraUnitPackage, 1);
         }
         CameraLog();
         Configure(config);
@@ -328,7 +328,7 @@ TEST_F(SessionParamsTest, NothingOfTheFirstSessionSurvives) {
     first.SessionParams()
         .VendorString(kTagCameraMode, "pro_video_mode")
         .Int32(ANDROID_CONTROL_AE_TARGET_FPS_RANGE, {30, 120})
-        .VendorByte(kTagFromMainMenu, 1)
+        .VendorByte(kTagCameraFromMainMenu, 1)
         .VendorFloat(kTagWarmStartLux, 250.0f);
     StreamSetup extended = VideoStream();
     extended.extMode = 2;

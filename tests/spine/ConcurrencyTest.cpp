@@ -65,8 +65,8 @@ protected:
             "mode[0] = 0x8001, 255, 1, \"Preview\"\n"
             "[OEMFeature1ModeMatch]\n"
             "Mode[0] = 11, -1, -1, -1, -1, -1, -1, -1\n");
-        m_device.AddCamera(TestDevice::SingleCamera("sensorA", 0, 0));
-        m_device.AddCamera(TestDevice::SingleCamera("sensorB", 1, 1));
+        m_device.Add(SingleCamera("sensorA", 0, 0));
+        m_device.Add(SingleCamera("sensorB", 1, 1));
         m_device.Init();
     }
 
@@ -129,8 +129,7 @@ protected:
             threads.emplace_back([&] {
                 start.Wait();
                 for (uint32_t round = 0; round < kRounds * kFramesPerRound; ++round) {
-                    IuiLayer::Init(static_cast<unsigned int>(m_device.CameraCount()),
-                                   m_device.Table());
+                    IuiLayer::Init(static_cast<unsigned int>(m_device.Count()), m_device.Table());
                     EXPECT_NE(nullptr, IuiLayer::Get(0));
                 }
             });
@@ -144,7 +143,7 @@ protected:
     // orders the threads for ThreadSanitizer: the quiet run hides less.
     static void SetLogging(bool on) { HostPlatform::SetLogSwitches(on, on, on, on, on); }
 
-    TestDevice m_device;
+    CameraTable m_device;
 };
 
 TEST_F(ConcurrencyTest, GetAndInitFromSeveralThreads) {
@@ -156,8 +155,7 @@ TEST_F(ConcurrencyTest, GetAndInitFromSeveralThreads) {
             start.Wait();
             for (int i = 0; i < 50; ++i) {
                 if (t == 0 && i % 10 == 0) {
-                    IuiLayer::Init(static_cast<unsigned int>(m_device.CameraCount()),
-                                   m_device.Table());
+                    IuiLayer::Init(static_cast<unsigned int>(m_device.Count()), m_device.Table());
                 }
                 const unsigned int camera = static_cast<unsigned int>(i % kCameras);
                 std::shared_ptr<IuiLayer> parser = IuiLayer::Get(camera);

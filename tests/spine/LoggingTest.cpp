@@ -8,7 +8,7 @@
 #include <string>
 
 #include "common/Log.h"
-#include "features/FeatureTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace {
 
@@ -95,7 +95,7 @@ TEST_F(LoggingTest, AndroidTextIsCutAt511Characters) {
     EXPECT_EQ("E " + longText, camera[0]);
 }
 
-class StepLogTest : public LumoraTest::FeatureTest {
+class StepLogTest : public LumoraTest::SessionTest {
 protected:
     // Whether an Android info line of the session's source file matches
     // "<function>() <message>" given as a regular expression.
@@ -116,7 +116,7 @@ TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
         "[3rdAppEnableVIULL]\nisEnable3rdAppVIULL[0] = 1, 0x1\n"
         "[OEMFeature1ModeMatch]\nMode[0] = 3, -1, 0, 0, 0, 0, 0, 0\n"
         "[OEMFeature2ModeMatch]\nMode[0] = 4, -1, 0, 0, 0, -1, -1\n");
-    m_device.AddCamera(LumoraTest::TestDevice::SingleCamera("wide"));
+    m_device.Add(LumoraTest::SingleCamera("wide"));
     m_device.Init();
     LumoraTest::StreamConfig config;
     LumoraTest::SetClient(config, "com.xyz");
@@ -134,7 +134,7 @@ TEST_F(StepLogTest, AndroidLinesNameTheConfigurationStep) {
 }
 
 TEST_F(StepLogTest, SessionParameterAndClassificationLinesNameTheirStep) {
-    m_device.AddCamera(LumoraTest::TestDevice::MultiCamera(2, 0, 0));
+    m_device.Add(LumoraTest::MultiCamera(2, 0, 0));
     m_device.Init();
     LumoraTest::StreamConfig config(0x8001);
     config.Add(LumoraTest::PreviewStream());

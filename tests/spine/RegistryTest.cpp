@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -25,8 +24,8 @@ protected:
 };
 
 TEST_F(RegistryTest, SameParserForTheSameCameraUntilInit) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     std::shared_ptr<IuiLayer> first = IuiLayer::Get(0);
     std::shared_ptr<IuiLayer> second = IuiLayer::Get(0);
@@ -42,8 +41,8 @@ TEST_F(RegistryTest, SameParserForTheSameCameraUntilInit) {
 }
 
 TEST_F(RegistryTest, ConcurrentGetHandsOutOneParser) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     constexpr int kThreads = 8;
     std::vector<IuiLayer*> seen(kThreads, nullptr);
@@ -66,15 +65,15 @@ TEST_F(RegistryTest, ConcurrentGetHandsOutOneParser) {
 }
 
 TEST_F(RegistryTest, FailedReloadOfTheSiblingKeepsTheLookupSilently) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     auto* lookup = GetVendorTagId;
     ASSERT_NE(nullptr, lookup);
     CameraLog();
 
     setenv("UILAYER_DEVICE_ROOT", "/nonexistent-device-root", 1);
-    IuiLayer::Init(device.CameraCount(), device.Table());
+    IuiLayer::Init(device.Count(), device.Table());
     EXPECT_EQ(lookup, GetVendorTagId);
     EXPECT_TRUE(CameraLog().empty());
     EXPECT_TRUE(HostPlatform::TakeAndroidLog().empty());
@@ -103,8 +102,8 @@ TEST_F(RegistryTest, SiblingWithoutTheSymbolClearsTheLookup) {
 }
 
 TEST_F(RegistryTest, UnknownFrameGivesNoStreamListAndLogsTheRingError) {
-    TestDevice device;
-    device.AddCamera(TestDevice::SingleCamera("imx766"));
+    CameraTable device;
+    device.Add(SingleCamera("imx766"));
     device.Init();
     auto parser = IuiLayer::Get(0);
     CameraLog();
@@ -116,8 +115,8 @@ TEST_F(RegistryTest, UnknownFrameGivesNoStreamListAndLogsTheRingError) {
 }
 
 TEST_F(RegistryTest, CameraWithoutRecordSupportsNothing) {
-    TestDevice device;
-    device.AddCameraWithoutRecord();
+    CameraTable device;
+    device.AddWithoutRecord();
     device.Init();
     auto parser = IuiLayer::Get(0);
     EXPECT_TRUE(LoggedExactly("E pCamInfoMap is null"));
@@ -135,24 +134,21 @@ TEST_F(RegistryTest, CameraWithoutRecordSupportsNothing) {
 class ReadFileTest : public UiLayerTest {};
 
 TEST_F(ReadFileTest, ReportsOpenAndReadFailures) {
-    char root[] = "/tmp/uilayer-read-XXXXXX";
-    ASSERT_NE(nullptr, mkdtemp(root));
-    setenv("UILAYER_DEVICE_ROOT", root, 1);
+    DeviceRoot root;
+    root.Activate();
     char buffer[8] = {};
     EXPECT_EQ(-2, Lumora::readFile("/missing", buffer, 4));
     EXPECT_TRUE(
         LoggedExactly("E Unable to open /missing for read error=No such file or directory"));
 
-    std::ofstream(std::string(root) + "/empty").close();
+    root.WriteFile("/empty", "");
     EXPECT_EQ(-1, Lumora::readFile("/empty", buffer, 4));
     EXPECT_TRUE(LoggedContaining("E Unable to read all data from /empty error="));
 
-    std::ofstream(std::string(root) + "/value") << "123456";
+    root.WriteFile("/value", "123456");
     EXPECT_EQ(0, Lumora::readFile("/value", buffer, 4));
     EXPECT_EQ(std::string("1234"), std::string(buffer, 4));
     EXPECT_EQ('\0', buffer[4]);
-    unsetenv("UILAYER_DEVICE_ROOT");
-    ASSERT_EQ(0, system(("rm -rf " + std::string(root)).c_str()));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Preview pipeline defaults and the mip-map preview switch.
-#include "streams/SessionTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -9,7 +9,7 @@ using namespace Lumora;
 class PreviewPipelineTest : public SessionTest {};
 
 TEST_F(PreviewPipelineTest, DefaultNameWhenNoRowMatches) {
-    StartSingle();
+    OpenSingle();
     // A row of an operation mode this session does not run.
     LoadConfig(
         "[OemDecouplePipelines]\nisSupportLowLatency = true\n"
@@ -17,13 +17,13 @@ TEST_F(PreviewPipelineTest, DefaultNameWhenNoRowMatches) {
     StreamConfig config;
     config.Add(PreviewStream());
     Configure(config);
-    EXPECT_STREQ("TavroSingleDefault", layer->GetPipelineName());
+    EXPECT_STREQ("TavroSingleDefault", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
     EXPECT_TRUE(LoggedExactly("I select pipeline name TavroSingleDefault"));
 }
 
 TEST_F(PreviewPipelineTest, MipmapPreviewNeedsBothSwitchesAndNoVideo) {
-    StartSingle();
+    OpenSingle();
     const std::string both =
         "[OemDecouplePipelines]\nisSupportLowLatency = true\nisEnableMIPMAP = true\n";
     LoadConfig(both);

@@ -1,5 +1,5 @@
 // Remosaic capabilities of the physical cameras, by sensor name.
-#include "streams/SessionTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -11,10 +11,10 @@ protected:
     // Physical cameras 0..2 with their own sensors, and logical camera 3 made
     // of them.
     void StartTripleCamera() {
-        device.AddCamera(TestDevice::SingleCamera("wide", 0, 0));
-        device.AddCamera(TestDevice::SingleCamera("ultra", 1, 1));
-        device.AddCamera(TestDevice::SingleCamera("tele", 2, 2));
-        device.AddCamera(TestDevice::MultiCamera(3, 3, 3));
+        m_device.Add(SingleCamera("wide", 0, 0));
+        m_device.Add(SingleCamera("ultra", 1, 1));
+        m_device.Add(SingleCamera("tele", 2, 2));
+        m_device.Add(MultiCamera(3, 3, 3));
         Start(3);
     }
     void ConfigurePreview() {
@@ -54,10 +54,10 @@ TEST_F(RawQcfaSizesTest, XcfaCapsFollowEachPhysicalCamerasSensor) {
 }
 
 TEST_F(RawQcfaSizesTest, PhysicalIdsWithoutANameSlotMatchNoSensor) {
-    CameraSetup setup = TestDevice::MultiCamera(2, 3, 3);
+    CameraSetup setup = MultiCamera(2, 3, 3);
     setup.physicalCameras[1].physicalCamId = 200;
-    device.AddCamera(TestDevice::SingleCamera("wide", 0, 0));
-    device.AddCamera(setup);
+    m_device.Add(SingleCamera("wide", 0, 0));
+    m_device.Add(setup);
     Start(3);
     LoadConfig("[OemRemosaicConfig]\nEnable2x2XCFA = true\n2x2XCFASensorNameList = wide, \n");
     ConfigurePreview();

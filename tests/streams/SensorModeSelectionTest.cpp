@@ -1,6 +1,8 @@
 // Sensor mode index: the forced index of the debug property and the table of
 // clients other than the system camera.
-#include "streams/SessionTestSupport.h"
+#include <cutils/properties.h>
+
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -12,7 +14,7 @@ protected:
     void StartWithForcedIndices(const char* list, const char* debugEnable = "1") {
         property_set("vendor.debug.camera.policy.debugEnable", debugEnable);
         property_set("vendor.debug.camera.policy.sensormode", list);
-        StartSingle();
+        OpenSingle();
         StreamConfig config;
         config.Add(PreviewStream());
         Configure(config);
@@ -21,7 +23,7 @@ protected:
     int Forced(uint32_t type) {
         CameraLog();
         signed char index = 0;
-        EXPECT_EQ(0, layer->GetSensorModeIndexByCaps(_CapsBitset(), QueryCapsType(type), index));
+        EXPECT_EQ(0, m_parser->GetSensorModeIndexByCaps(_CapsBitset(), QueryCapsType(type), index));
         return LoggedContaining("E Force Sensor Mode Index") ? index : 99;
     }
 };
@@ -62,13 +64,13 @@ TEST_F(SensorModeSelectionTest, PropertyIgnoredWithoutDebug) {
 }
 
 TEST_F(SensorModeSelectionTest, OrdinaryClientWithoutRowsGetsNoMode) {
-    StartSingle();
+    OpenSingle();
     StreamConfig config;
     config.Add(PreviewStream(1920, 1080));
     Configure(config);
     CameraLog();
     signed char index = 5;
-    EXPECT_EQ(0, layer->GetSensorModeIndexByCaps(_CapsBitset(), TypeLogicalCamera, index));
+    EXPECT_EQ(0, m_parser->GetSensorModeIndexByCaps(_CapsBitset(), TypeLogicalCamera, index));
     EXPECT_EQ(-1, index);
     EXPECT_TRUE(LoggedExactly(
         "I The keyCount of OtherCamSensorSettingMap: 0, package name: , activity name: "));

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "streams/SessionTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
@@ -20,7 +20,7 @@ constexpr int64_t kUseCaseRawMiddle = 0x0800000000080000;
 class StreamClassificationTest : public SessionTest {};
 
 TEST_F(StreamClassificationTest, ResolutionClassesAtTheirBoundaries) {
-    StartSingle();
+    OpenSingle();
     const auto classes = [this] {
         return std::string() + (Has(CapsResolution4K) ? "4K " : "") +
                (Has(CapsResolution1080P) ? "1080 " : "") + (Has(CapsResolution720P) ? "720 " : "") +
@@ -39,7 +39,7 @@ TEST_F(StreamClassificationTest, ResolutionClassesAtTheirBoundaries) {
 }
 
 TEST_F(StreamClassificationTest, DepthPassesTheVideoRulesButNotThePreviewRules) {
-    StartSingle();
+    OpenSingle();
     StreamSetup preview = PreviewStream();
     preview.dataSpace = 0x1000;
     // Depth data is no preview; the YUV stream falls to the snapshot rule.
@@ -63,7 +63,7 @@ TEST_F(StreamClassificationTest, DepthPassesTheVideoRulesButNotThePreviewRules) 
 }
 
 TEST_F(StreamClassificationTest, SmallPreviewOutsideTheMultiCameraModesIsPreview) {
-    StartSingle();
+    OpenSingle();
     EXPECT_EQ(EStreamTypePreview, ClassifyAlone(PreviewStream(320, 240)));
     // An ordinary client's YUV preview wants preview OIS.
     EXPECT_TRUE(Has(CapsPreviewOis));
@@ -72,7 +72,7 @@ TEST_F(StreamClassificationTest, SmallPreviewOutsideTheMultiCameraModesIsPreview
 }
 
 TEST_F(StreamClassificationTest, JpegAndHeifSnapshots) {
-    StartSingle();
+    OpenSingle();
     StreamSetup blob = JpegStream();
     EXPECT_EQ(EStreamTypeSnapshotJPEG, ClassifyAlone(blob));
     EXPECT_TRUE(Has(CapsStreamSnapshotJPEG));
@@ -87,7 +87,7 @@ TEST_F(StreamClassificationTest, JpegAndHeifSnapshots) {
 }
 
 TEST_F(StreamClassificationTest, YuvSnapshotIsLiveShotWheneverAVideoStreamIsConfigured) {
-    StartSingle();
+    OpenSingle();
     EXPECT_EQ(EStreamTypeSnapshotYUV, ClassifyAlone(YuvSnapshotStream()));
     EXPECT_TRUE(Has(CapsStreamSnapshotYUV));
     EXPECT_FALSE(Has(CapsRawStream));
@@ -105,14 +105,14 @@ TEST_F(StreamClassificationTest, YuvSnapshotIsLiveShotWheneverAVideoStreamIsConf
     camera3_stream_t* snapshot = config.Add(YuvSnapshotStream());
     camera3_stream_t* video = config.Add(VideoStream());
     Configure(config);
-    EXPECT_EQ(EStreamTypeVideoLiveShot, layer->GetStreamTypeByStream(snapshot));
-    EXPECT_EQ(EStreamTypeVideo, layer->GetStreamTypeByStream(video));
+    EXPECT_EQ(EStreamTypeVideoLiveShot, m_parser->GetStreamTypeByStream(snapshot));
+    EXPECT_EQ(EStreamTypeVideo, m_parser->GetStreamTypeByStream(video));
     EXPECT_TRUE(Has(CapsStreamVideoLiveShot));
     EXPECT_FALSE(Has(CapsStreamSnapshotYUV));
 }
 
 TEST_F(StreamClassificationTest, RawKinds) {
-    StartSingle();
+    OpenSingle();
     struct Case {
         StreamSetup setup;
         StreamType type;
@@ -152,7 +152,7 @@ TEST_F(StreamClassificationTest, RawKinds) {
 }
 
 TEST_F(StreamClassificationTest, FullRawUseCaseMarksItsPhysicalCamera) {
-    device.AddCamera(TestDevice::MultiCamera(3, 5, 3));
+    m_device.Add(MultiCamera(3, 5, 3));
     Start(5);
     EXPECT_EQ(EStreamTypeSnapshotRAWFull,
               ClassifyAlone(RawStream(0x20, 4000, 3000, "2", kUseCaseRawFull)));
@@ -164,11 +164,11 @@ TEST_F(StreamClassificationTest, FullRawUseCaseMarksItsPhysicalCamera) {
 class QcfaClassificationTest : public SessionTest {
 protected:
     void StartQcfa(uint16_t modeFlag) {
-        CameraSetup setup = TestDevice::SingleCamera("qcfa50");
+        CameraSetup setup = SingleCamera("qcfa50");
         setup.fullArrayWidth = 8000;
         setup.fullArrayHeight = 6000;
         setup.sensorModeFlags = {0x1, modeFlag};
-        device.AddCamera(setup);
+        m_device.Add(setup);
         Start();
         LoadConfig("[OemRemosaicConfig]\nEnable2x2XCFA = true\n2x2XCFASensorNameList = qcfa50\n");
     }
@@ -211,75 +211,76 @@ TEST_F(QcfaClassificationTest, NoQcfaRolesWithoutTheRemosaicSensorMode) {
 class StreamQueryTest : public SessionTest {};
 
 TEST_F(StreamQueryTest, ListsFollowTheCurrentConfigurationOnly) {
-    device.AddCamera(TestDevice::MultiCamera(3, 5, 3));
+    m_device.Add(MultiCamera(3, 5, 3));
     Start(5);
     StreamConfig config;
     camera3_stream_t* preview = config.Add(PreviewStream(1920, 1080, "1"));
     camera3_stream_t* jpeg = config.Add(JpegStream(4000, 3000, "2"));
     Configure(config);
-    const std::vector<_UIStreamInfo>* list = layer->GetStreamByStreamType(EStreamTypeSnapshotJPEG);
+    const std::vector<_UIStreamInfo>* list =
+        m_parser->GetStreamByStreamType(EStreamTypeSnapshotJPEG);
     ASSERT_EQ(1u, list->size());
     EXPECT_EQ(1u, (*list)[0].streamIndex);
     EXPECT_EQ(2, (*list)[0].phyCameraId);
     EXPECT_EQ(jpeg, (*list)[0].pStream);
-    EXPECT_EQ(1, layer->GetCameraIndexByStream(preview));
+    EXPECT_EQ(1, m_parser->GetCameraIndexByStream(preview));
     // The survey records each stream's size for its physical camera.
-    EXPECT_EQ(1920u, layer->GetSensorDimension()[1].width);
-    EXPECT_EQ(3000u, layer->GetSensorDimension()[2].height);
+    EXPECT_EQ(1920u, m_parser->GetSensorDimension()[1].width);
+    EXPECT_EQ(3000u, m_parser->GetSensorDimension()[2].height);
 
     StreamConfig next;
     next.Add(VideoStream());
     Configure(next);
-    EXPECT_TRUE(layer->GetStreamByStreamType(EStreamTypeSnapshotJPEG)->empty());
-    EXPECT_EQ(EStreamTypeNone, layer->GetStreamTypeByStream(jpeg));
+    EXPECT_TRUE(m_parser->GetStreamByStreamType(EStreamTypeSnapshotJPEG)->empty());
+    EXPECT_EQ(EStreamTypeNone, m_parser->GetStreamTypeByStream(jpeg));
 }
 
 TEST_F(StreamQueryTest, OddInputGetsNoAnswerOutsideTheLists) {
-    device.AddCamera(TestDevice::MultiCamera(3, 5, 3));
+    m_device.Add(MultiCamera(3, 5, 3));
     Start(5);
     StreamConfig config;
     StreamSetup nullId = PreviewStream();
-    nullId.nullPhysicalId = true;
+    nullId.hasPhysicalId = false;
     camera3_stream_t* streams[] = {config.Add(PreviewStream(1920, 1080, "")), nullptr,
                                    config.Add(nullId), config.Add(PreviewStream(64, 64, "8")),
                                    config.Add(VideoStream())};
-    ASSERT_EQ(0, layer->ParseStaticCapabilities(config.Get()));
+    ASSERT_EQ(0, m_parser->ParseStaticCapabilities(config.Get()));
     // A null entry in the stream array gets no role; the others are classified.
     camera3_stream_configuration_t withNull = *config.Get();
     withNull.streams = streams;
     withNull.num_streams = 5;
-    ASSERT_EQ(0, layer->ParseStreamCapabilities(&withNull));
+    ASSERT_EQ(0, m_parser->ParseStreamCapabilities(&withNull));
     EXPECT_TRUE(LoggedContaining("E num_streams 1/5 pStream is null"));
-    EXPECT_EQ(3u, layer->GetStreamByStreamType(EStreamTypePreview)->size());
-    EXPECT_EQ(4u, layer->GetStreamByStreamType(EStreamTypeVideo)->front().streamIndex);
+    EXPECT_EQ(3u, m_parser->GetStreamByStreamType(EStreamTypePreview)->size());
+    EXPECT_EQ(4u, m_parser->GetStreamByStreamType(EStreamTypeVideo)->front().streamIndex);
 
     for (camera3_stream_t* stream : {streams[0], streams[2], streams[3], streams[1]}) {
-        EXPECT_EQ(-1, layer->GetCameraIndexByStream(stream));
+        EXPECT_EQ(-1, m_parser->GetCameraIndexByStream(stream));
     }
-    EXPECT_EQ(EStreamTypeNone, layer->GetStreamTypeByStream(nullptr));
+    EXPECT_EQ(EStreamTypeNone, m_parser->GetStreamTypeByStream(nullptr));
     for (int type : {-1, 16, 1000}) {
-        EXPECT_TRUE(layer->GetStreamByStreamType(StreamType(type))->empty());
+        EXPECT_TRUE(m_parser->GetStreamByStreamType(StreamType(type))->empty());
     }
 }
 
 TEST_F(StreamQueryTest, StreamWithoutPhysicalIdBelongsToAnEntryOfFrameworkIdMinusOne) {
-    CameraSetup camera = TestDevice::MultiCamera(3, 5, 3);
+    CameraSetup camera = MultiCamera(3, 5, 3);
     camera.physicalCameras[2].frameworkId = -1;
-    device.AddCamera(camera);
+    m_device.Add(camera);
     Start(5);
     StreamConfig config;
     camera3_stream_t* plain = config.Add(PreviewStream(1280, 720));
     camera3_stream_t* physical = config.Add(PreviewStream(640, 480, "1"));
     Configure(config);
-    EXPECT_EQ(2, layer->GetCameraIndexByStream(plain));
-    EXPECT_EQ(1, layer->GetCameraIndexByStream(physical));
-    EXPECT_EQ(1280u, layer->GetSensorDimension()[2].width);
-    EXPECT_EQ(720u, layer->GetSensorDimension()[2].height);
-    EXPECT_EQ(480u, layer->GetSensorDimension()[1].height);
+    EXPECT_EQ(2, m_parser->GetCameraIndexByStream(plain));
+    EXPECT_EQ(1, m_parser->GetCameraIndexByStream(physical));
+    EXPECT_EQ(1280u, m_parser->GetSensorDimension()[2].width);
+    EXPECT_EQ(720u, m_parser->GetSensorDimension()[2].height);
+    EXPECT_EQ(480u, m_parser->GetSensorDimension()[1].height);
 }
 
 TEST_F(StreamQueryTest, ListsAreLoggedInTheCameraLayersOrder) {
-    StartSingle();
+    OpenSingle();
     StreamConfig config;
     camera3_stream_t* video = config.Add(VideoStream(3840, 2160));
     config.Add(PreviewStream(1280, 720));

@@ -3,14 +3,13 @@
 // table of the configuration.
 #include <string>
 
-#include "streams/SessionTestSupport.h"
+#include "support/SessionTest.h"
 
 namespace LumoraTest {
 namespace {
 
 using namespace Lumora;
 
-constexpr uint32_t kTagMipiSelectMode = 169;
 const std::string kSystemCamera = "[PackageName Group]\nSystemCamera = com.sys\n";
 
 class StreamsIntegrationTest : public SessionTest {
@@ -24,7 +23,7 @@ protected:
     }
     int Query(_CapsBitset caps, uint32_t type, signed char& index) {
         CameraLog();
-        return layer->GetSensorModeIndexByCaps(caps, QueryCapsType(type), index);
+        return m_parser->GetSensorModeIndexByCaps(caps, QueryCapsType(type), index);
     }
     std::string QueryFailure(_CapsBitset caps, uint32_t type) {
         signed char index = 0;
@@ -39,7 +38,7 @@ protected:
 };
 
 TEST_F(StreamsIntegrationTest, SeamlessKeysCarryNameReducedMaskAndMode) {
-    StartSingle("imx766");
+    OpenSingle("imx766");
     LoadConfig(kSystemCamera);
     ConfigureFor(0x8001);
     EXPECT_EQ(
@@ -64,7 +63,7 @@ TEST_F(StreamsIntegrationTest, SeamlessKeysCarryNameReducedMaskAndMode) {
 }
 
 TEST_F(StreamsIntegrationTest, OnlyAMissingKeyFallsBackToEveryMode) {
-    StartSingle("imx766");
+    OpenSingle("imx766");
     LoadConfig(kSystemCamera +
                "[OemCamSeamlessSettingMap]\nimx766[0x0002][0x8001] = 4\n"
                "imx766[0x0002][-1] = 9\nimx766[0x0008][0x8001] = x\nimx766[0x0008][-1] = 3\n");
@@ -85,9 +84,9 @@ TEST_F(StreamsIntegrationTest, OnlyAMissingKeyFallsBackToEveryMode) {
 }
 
 TEST_F(StreamsIntegrationTest, SensorNameComesFromTheQueriedCamerasLogicalId) {
-    device.AddCamera(TestDevice::SingleCamera("wide", 0, 0));
-    device.AddCamera(TestDevice::SingleCamera("tele", 1, 1));
-    device.AddCamera(TestDevice::MultiCamera(2, 2, 2));
+    m_device.Add(SingleCamera("wide", 0, 0));
+    m_device.Add(SingleCamera("tele", 1, 1));
+    m_device.Add(MultiCamera(2, 2, 2));
     Start(2);
     LoadConfig(kSystemCamera);
     ConfigureFor(0x8001);
@@ -102,7 +101,7 @@ TEST_F(StreamsIntegrationTest, SensorNameComesFromTheQueriedCamerasLogicalId) {
 
 TEST_F(StreamsIntegrationTest, KeysAreCutToSixtyThreeCharacters) {
     const std::string longName(70, 'n');
-    StartSingle(longName);
+    OpenSingle(longName);
     LoadConfig(kSystemCamera);
     ConfigureFor(0x8001);
     const std::string cut = longName.substr(0, 63);
@@ -111,7 +110,7 @@ TEST_F(StreamsIntegrationTest, KeysAreCutToSixtyThreeCharacters) {
 }
 
 TEST_F(StreamsIntegrationTest, OtherClientsUseTheirOwnRows) {
-    StartSingle();
+    OpenSingle();
     LoadConfig(kSystemCamera +
                "[OtherCamSensorSettingMap]\ncom.app[0] = 3, -1, -1, -1, -1, 5\n"
                "com.app[1] = -1, 0, 1920, 1080, 0x8001, 6\ncom.app[2] = -1, -1, -1, -1, -1, 7\n"
@@ -144,23 +143,23 @@ TEST_F(StreamsIntegrationTest, OtherClientsUseTheirOwnRows) {
 }
 
 TEST_F(StreamsIntegrationTest, SystemCameraRemapsListedSensors) {
-    StartSingle();
+    OpenSingle();
     LoadConfig(kSystemCamera +
                "[EquivalentFocalLengthMapping]\nneedOverrideCameraList = s1, imx766\n"
                "baseZoomRatio = 1.5, 2.5\n");
     ConfigureFor(0x8001);
     char name[] = "imx766";
-    EXPECT_FLOAT_EQ(2.5f, layer->ProcessRemapZoomRatio(name, 0));
+    EXPECT_FLOAT_EQ(2.5f, m_parser->ProcessRemapZoomRatio(name, 0));
     EXPECT_TRUE(
         LoggedExactly("I sensorname is imx766, isNeedRemapZoomRatio is 1, basezoomratio is "
                       "2.500000"));
-    EXPECT_FLOAT_EQ(1.0f, layer->ProcessRemapZoomRatio(name, 1));
+    EXPECT_FLOAT_EQ(1.0f, m_parser->ProcessRemapZoomRatio(name, 1));
     char other[] = "s2";
-    EXPECT_FLOAT_EQ(1.0f, layer->ProcessRemapZoomRatio(other, 0));
+    EXPECT_FLOAT_EQ(1.0f, m_parser->ProcessRemapZoomRatio(other, 0));
 }
 
 TEST_F(StreamsIntegrationTest, OperationModeRules) {
-    StartSingle();
+    OpenSingle();
     // Small preview: view finder of the multi-camera modes only.
     EXPECT_EQ(EStreamTypeViewFinder, ClassifyAlone(PreviewStream(320, 240), 0x8001));
     EXPECT_TRUE(Has(CapsStreamViewFinder));
@@ -185,7 +184,7 @@ TEST_F(StreamsIntegrationTest, OperationModeRules) {
 }
 
 TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
-    StartSingle();
+    OpenSingle();
     LoadConfig(
         "[ASDFeatureConfig]\nVideoASDOperationMode = 0x8105\nViewASDFullFovStreamInfo = 640, 480\n"
         "[PIPFeatureConfig]\nViewFinderOperationMode = 0x8006\nViewFinderStreamInfo = 1280, 720\n"
@@ -197,9 +196,9 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
     asd.Add(VideoStream());
     camera3_stream_t* afterVideo = asd.Add(JpegStream(640, 480));
     Configure(asd);
-    EXPECT_EQ(EStreamTypeViewFinder, layer->GetStreamTypeByStream(small));
-    EXPECT_EQ(EStreamTypeSnapshotJPEG, layer->GetStreamTypeByStream(beforeVideo));
-    EXPECT_EQ(EStreamTypeASDPreview, layer->GetStreamTypeByStream(afterVideo));
+    EXPECT_EQ(EStreamTypeViewFinder, m_parser->GetStreamTypeByStream(small));
+    EXPECT_EQ(EStreamTypeSnapshotJPEG, m_parser->GetStreamTypeByStream(beforeVideo));
+    EXPECT_EQ(EStreamTypeASDPreview, m_parser->GetStreamTypeByStream(afterVideo));
     EXPECT_TRUE(Has(CapsStreamASDPreview));
 
     LoadConfig(kSystemCamera +
@@ -213,8 +212,8 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
     camera3_stream_t* preview = pip.Add(p010);
     pip.SessionParams().VendorString(kTagPackageName, "com.sys");
     Configure(pip);
-    EXPECT_EQ(EStreamTypeViewFinder, layer->GetStreamTypeByStream(finder));
-    EXPECT_EQ(EStreamTypePreview, layer->GetStreamTypeByStream(preview));
+    EXPECT_EQ(EStreamTypeViewFinder, m_parser->GetStreamTypeByStream(finder));
+    EXPECT_EQ(EStreamTypePreview, m_parser->GetStreamTypeByStream(preview));
     EXPECT_TRUE(Has(CapsCaptureHdrP010Preview));
     // The system camera wants preview OIS only in the OIS operation modes.
     EXPECT_TRUE(Has(CapsPreviewOis));
@@ -224,19 +223,19 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
 }
 
 TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
-    StartSingle();
+    OpenSingle();
     LoadConfig(
         "[OemDecouplePipelines]\nisSupportLowLatency = true\n[OPreviewPipelines]\n"
         "mode[0] = 0x8001, 255, 1, \"LowLatencyA\"\nmode[1] = 0x8001, 0, 0, \"PlainB\"\n"
         "mode[2] = 0x8001, 1, 0, \"OtherCamera\"\nmode[3] = 0x8002, 0, 1, \"OtherMode\"\n");
     ConfigureFor(0x8001);
-    EXPECT_STREQ("PlainB", layer->GetPipelineName());
+    EXPECT_STREQ("PlainB", m_parser->GetPipelineName());
     EXPECT_TRUE(Has(CapsLowLatencyPipeline));
     EXPECT_TRUE(LoggedExactly("I select pipeline name LowLatencyA"));
     ConfigureFor(0x8002);
-    EXPECT_STREQ("OtherMode", layer->GetPipelineName());
+    EXPECT_STREQ("OtherMode", m_parser->GetPipelineName());
     ConfigureFor(0x8003);
-    EXPECT_STREQ("TavroSingleDefault", layer->GetPipelineName());
+    EXPECT_STREQ("TavroSingleDefault", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
 
     // A row of a mode and a name serves every camera and is never low latency.
@@ -244,17 +243,17 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
         "[OemDecouplePipelines]\nisSupportLowLatency = true\n[OPreviewPipelines]\n"
         "mode[0] = 0x8001, \"Short\"\n");
     ConfigureFor(0x8001);
-    EXPECT_STREQ("Short", layer->GetPipelineName());
+    EXPECT_STREQ("Short", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
 }
 
 TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {
     const std::string fits(43, 'f');
     const std::string tooLong(46, 'l');
-    CameraSetup setup = TestDevice::SingleCamera("qcfa50");
+    CameraSetup setup = SingleCamera("qcfa50");
     setup.fullArrayWidth = 8000;
     setup.sensorModeFlags = {0x800};
-    device.AddCamera(setup);
+    m_device.Add(setup);
     Start();
     LoadConfig("[SensorNameList]\nmode[0] = 0, qcfa50\nmode[1] = 1, " + fits + "\nmode[2] = 2, " +
                tooLong + "\n[OemSupportedCustomRAWFullSizes]\nSize[qcfa50] = 7000, 5000\nSize[" +

@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "IuiLayer.h"
+#include "common/VendorTags.h"
 
 namespace UilayerSim {
 
@@ -361,8 +362,10 @@ std::string StandardTagName(uint32_t tag) {
     return text;
 }
 
-ElementType StandardTagType(uint32_t tag) {
-    switch (get_camera_metadata_tag_type(tag)) {
+namespace {
+
+ElementType ElementTypeOf(int type) {
+    switch (type) {
         case TYPE_BYTE:
             return ElementType::Byte;
         case TYPE_INT32:
@@ -376,25 +379,14 @@ ElementType StandardTagType(uint32_t tag) {
     }
 }
 
+}  // namespace
+
+ElementType StandardTagType(uint32_t tag) {
+    return ElementTypeOf(get_camera_metadata_tag_type(tag));
+}
+
 ElementType VendorTagType(uint32_t index) {
-    switch (index) {
-        case 0:
-        case 19:
-        case 35:
-        case 36:
-        case 37:
-        case 38:
-        case 49:
-        case 159:
-        case 212:
-        case 535:
-            return ElementType::Int32;
-        case 85:
-        case 544:
-            return ElementType::Float;
-        default:
-            return ElementType::Byte;
-    }
+    return ElementTypeOf(Lumora::VendorTagType(index));
 }
 
 const char* ElementTypeName(ElementType type) {

@@ -1,5 +1,10 @@
 #include "Replay.h"
 
+#include <HostKit/CameraTable.h>
+#include <HostKit/Capture.h>
+#include <HostKit/DeviceRoot.h>
+#include <HostKit/Metadata.h>
+#include <HostKit/StreamConfig.h>
 #include <HostPlatform.h>
 #include <cutils/properties.h>
 #include <hardware/camera3.h>
@@ -12,9 +17,9 @@
 #include <utility>
 #include <vector>
 
-#include "Device.h"
-#include "DeviceRoot.h"
+#include "AbortHandler.h"
 #include "IuiLayer.h"
+#include "common/VendorTags.h"
 
 namespace UilayerSim {
 
@@ -23,31 +28,11 @@ namespace {
 using Lumora::_CapsBitset;
 using Lumora::IuiLayer;
 
-constexpr uint32_t kPackageTag = 34;
-constexpr uint32_t kActivityTag = 105;
-constexpr uint32_t kSensorModeListTag = 49;
-constexpr uint32_t kIsGenericCamTag = 72;
-constexpr uint32_t kSupportedAinrTypeTag = 212;
-constexpr uint32_t kExposureCountListTag = 156;
-constexpr uint32_t kMlftParametersTag = 175;
-constexpr size_t kMlftBlockSize = 1804;
-constexpr size_t kMlftSwitchOffset = 1800;
-constexpr size_t kAecRecordCount = 8;
 constexpr uint32_t kCapabilityCount = 100;
 constexpr int32_t kFirstRole = 1;
 constexpr int32_t kLastRole = 15;
 // Physical ids a request keeps caps for.
 constexpr uint32_t kRequestCameraCount = 8;
-
-// The exposure count record of a result, as the AEC stage writes it.
-struct AecRecord {
-    int32_t cameraId;
-    float aecValue1;
-    float aecValue2;
-    int32_t expCount;
-    uint32_t extra;
-};
-static_assert(sizeof(AecRecord) == 20, "AEC records are 20 bytes");
 
 ReportNode CapsNode(const _CapsBitset& caps) {
     ReportNode list = ReportNode::InlineList();
@@ -67,32 +52,29 @@ ReportNode TextOrNone(const char* text) {
     return text != nullptr ? ReportNode::Text(text) : ReportNode();
 }
 
-struct PreparedRequest {
-    MetadataBuffer settings;
-    std::vector<camera3_stream_buffer_t> buffers;
-    camera3_capture_request_t request = {};
-};
-
-struct PreparedResult {
-    MetadataBuffer metadata;
-    camera3_capture_result_t result = {};
-};
-
 struct PreparedStep {
     const Step* step = nullptr;
-    std::unique_ptr<PreparedRequest> request;
-    std::unique_ptr<PreparedResult> result;
+    std::unique_ptr<HostKit::Request> request;
+    std::unique_ptr<HostKit::Result> result;
 };
 
 struct PreparedSession {
     const SessionSetup* setup = nullptr;
-    std::deque<camera3_stream_t> streams;
-    std::deque<std::string> physicalIds;
-    std::vector<camera3_stream_t*> pointers;
-    MetadataBuffer params;
-    camera3_stream_configuration_t config = {};
+    HostKit::StreamConfig config;
     std::vector<PreparedStep> steps;
 };
+
+// Sets a scenario tag value; throws naming the tag and its line when the
+// metadata store refuses it.
+void SetTag(HostKit::Metadata* metadata, const TagValue& value) {
+    const uint32_t id = value.vendor ? HostKit::VendorTagId(value.tag) : value.tag;
+    if (!metadata->TrySet(id, value.Data(), value.Count())) {
+        throw std::runtime_error("the metadata store refuses " +
+                                 (value.vendor ? "vendor tag " + std::to_string(value.tag)
+                                               : StandardTagName(value.tag)) +
+                                 " (line " + std::to_string(value.line) + ")");
+    }
+}
 
 class Replayer {
 public:
@@ -115,9 +97,9 @@ private:
     // Adds the log lines as "log" when logging is on and there are any.
     void AttachLog(ReportNode* node, std::vector<std::string> lines) const;
 
-    std::unique_ptr<PreparedRequest> PrepareRequest(const RequestSetup& setup,
-                                                    PreparedSession* session) const;
-    std::unique_ptr<PreparedResult> PrepareResult(const ResultSetup& setup) const;
+    std::unique_ptr<HostKit::Request> PrepareRequest(const RequestSetup& setup,
+                                                     PreparedSession* session) const;
+    std::unique_ptr<HostKit::Result> PrepareResult(const ResultSetup& setup) const;
     std::unique_ptr<PreparedSession> PrepareSession(const SessionSetup& setup) const;
 
     ReportNode RunSession(PreparedSession* session);
@@ -138,8 +120,8 @@ private:
 
     const Scenario& m_scenario;
     const ReplayOptions& m_options;
-    std::unique_ptr<DeviceRoot> m_root;
-    std::unique_ptr<SimDevice> m_device;
+    std::unique_ptr<HostKit::DeviceRoot> m_root;
+    std::unique_ptr<HostKit::CameraTable> m_device;
     std::map<uint32_t, std::shared_ptr<IuiLayer>> m_parsers;
 };
 
@@ -166,98 +148,63 @@ std::vector<uint32_t> Replayer::PhysicalIds(const SessionSetup& setup) const {
     std::vector<uint32_t> ids;
     const CameraSetup* camera = m_scenario.Camera(setup.camera);
     if (camera != nullptr && camera->hasRecord) {
-        for (const PhysicalCameraSetup& physical : camera->physical) {
-            ids.push_back(physical.physicalId);
+        for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
+            ids.push_back(physical.physicalCamId);
         }
     }
     return ids;
 }
 
-std::unique_ptr<PreparedRequest> Replayer::PrepareRequest(const RequestSetup& setup,
-                                                          PreparedSession* session) const {
-    auto prepared = std::make_unique<PreparedRequest>();
+std::unique_ptr<HostKit::Request> Replayer::PrepareRequest(const RequestSetup& setup,
+                                                           PreparedSession* session) const {
+    auto request = std::make_unique<HostKit::Request>(setup.frame);
     if (setup.hasSettings) {
-        prepared->settings =
-            MetadataBuffer::WithTags(setup.settings, 2, 64 + setup.sensorModes.size() * 4);
+        HostKit::Metadata& settings = request->Settings();
+        for (const TagValue& tag : setup.settings) {
+            SetTag(&settings, tag);
+        }
         if (setup.hasSensorModes) {
-            prepared->settings.Add(VendorTag(kSensorModeListTag), setup.sensorModes.data(),
-                                   setup.sensorModes.size(), "the sensor mode list");
+            request->SensorModes(setup.sensorModes);
         }
         if (setup.hasZoomRatio) {
-            prepared->settings.Add(ANDROID_CONTROL_ZOOM_RATIO, &setup.zoomRatio, 1,
-                                   "the zoom ratio");
+            request->ZoomRatio(setup.zoomRatio);
         }
     }
     for (size_t index : setup.buffers) {
-        camera3_stream_buffer_t buffer = {};
-        buffer.stream = session->pointers[index];
-        prepared->buffers.push_back(buffer);
+        request->Buffer(session->config.Stream(index));
     }
-    prepared->request.frame_number = setup.frame;
-    prepared->request.settings = prepared->settings.Get();
-    prepared->request.num_output_buffers = static_cast<uint32_t>(prepared->buffers.size());
-    prepared->request.output_buffers =
-        prepared->buffers.empty() ? nullptr : prepared->buffers.data();
-    return prepared;
+    return request;
 }
 
-std::unique_ptr<PreparedResult> Replayer::PrepareResult(const ResultSetup& setup) const {
-    auto prepared = std::make_unique<PreparedResult>();
-    if (setup.hasMetadata) {
-        prepared->metadata = MetadataBuffer(4, 2 * kMlftBlockSize + 512);
-        if (setup.hasAec) {
-            // The list always holds eight records; unused ones belong to no camera.
-            std::vector<AecRecord> records(kAecRecordCount, AecRecord{-1, 0.0f, 0.0f, 0, 0});
-            for (size_t i = 0; i < setup.aec.size(); ++i) {
-                const AecSetup& aec = setup.aec[i];
-                records[i] = AecRecord{aec.camera, aec.value1, aec.value2, aec.expCount, aec.extra};
-            }
-            prepared->metadata.Add(VendorTag(kExposureCountListTag), records.data(),
-                                   records.size() * sizeof(AecRecord), "the exposure count list");
-        }
-        if (setup.hasMlft) {
-            std::vector<uint8_t> block(kMlftBlockSize, 0);
-            memcpy(block.data() + kMlftSwitchOffset, &setup.mlft, sizeof(setup.mlft));
-            prepared->metadata.Add(VendorTag(kMlftParametersTag), block.data(), block.size(),
-                                   "the MLFT parameter block");
-        }
+std::unique_ptr<HostKit::Result> Replayer::PrepareResult(const ResultSetup& setup) const {
+    auto result = std::make_unique<HostKit::Result>(setup.frame, setup.hasMetadata);
+    if (setup.hasMetadata && setup.hasAec) {
+        result->AecList(setup.aec);
     }
-    prepared->result.frame_number = setup.frame;
-    prepared->result.result = prepared->metadata.Get();
-    return prepared;
+    if (setup.hasMetadata && setup.hasMlft) {
+        result->Mlft(setup.mlft);
+    }
+    return result;
 }
 
 std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& setup) const {
     auto session = std::make_unique<PreparedSession>();
     session->setup = &setup;
-    for (const StreamSetup& streamSetup : setup.streams) {
-        camera3_stream_t stream = {};
-        stream.stream_type = streamSetup.streamType;
-        stream.width = streamSetup.width;
-        stream.height = streamSetup.height;
-        stream.format = streamSetup.format;
-        stream.usage = streamSetup.usage;
-        stream.data_space = static_cast<android_dataspace_t>(streamSetup.dataSpace);
-        session->physicalIds.push_back(streamSetup.physicalId);
-        stream.physical_camera_id =
-            streamSetup.hasPhysicalId ? session->physicalIds.back().c_str() : nullptr;
-        stream.stream_use_case = streamSetup.useCase;
-        stream.ext_stream_mode = streamSetup.extMode;
-        stream.dynamic_range_profile = streamSetup.dynamicRangeProfile;
-        session->streams.push_back(stream);
-        session->pointers.push_back(&session->streams.back());
+    for (const StreamSetup& stream : setup.streams) {
+        session->config.Add(stream);
     }
-    if (setup.hasSessionParams) {
-        // Room for the client names and for the two tags the library writes.
-        session->params = MetadataBuffer::WithTags(
-            setup.params, 4, setup.package.size() + setup.activity.size() + 256);
+    if (!setup.hasSessionParams) {
+        session->config.WithoutSessionParams();
+    } else {
+        HostKit::Metadata& params = session->config.SessionParams();
+        for (const TagValue& tag : setup.params) {
+            SetTag(&params, tag);
+        }
         if (setup.hasPackage) {
-            session->params.Add(VendorTag(kPackageTag), setup.package.data(), setup.package.size(),
-                                "the package name");
+            params.VendorString(Lumora::kTagPackageName, setup.package);
         }
         if (setup.hasActivity) {
-            session->params.Add(VendorTag(kActivityTag), setup.activity.data(),
-                                setup.activity.size(), "the activity name");
+            params.VendorString(Lumora::kTagActivityName, setup.activity);
         }
     }
     for (const Step& step : setup.steps) {
@@ -275,7 +222,7 @@ std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& se
 }
 
 ReportNode Replayer::Run() {
-    m_root = std::make_unique<DeviceRoot>(m_options.siblingRoot);
+    m_root = std::make_unique<HostKit::DeviceRoot>(m_options.siblingRoot, "uilayer-sim");
     for (const auto& file : m_scenario.files) {
         m_root->WriteFile(file.first, file.second);
     }
@@ -298,7 +245,8 @@ ReportNode Replayer::Run() {
     report.Add("configuration", ReportNode::Text(m_scenario.configName));
 
     SetCurrentStep("IuiLayer::Init");
-    m_device = std::make_unique<SimDevice>(m_scenario.cameras);
+    m_device = std::make_unique<HostKit::CameraTable>(m_scenario.cameras);
+    m_device->Init();
     ReportNode& device = report.Add("device", ReportNode::Map());
     ReportNode& cameras = device.Add("cameras", ReportNode::List());
     for (const CameraSetup& camera : m_scenario.cameras) {
@@ -308,14 +256,14 @@ ReportNode Replayer::Run() {
             node.Add("record", ReportNode::Text("none"));
             continue;
         }
-        node.Add("logical id", ReportNode::Integer(camera.logicalId));
-        node.Add("sensor", ReportNode::Text(camera.sensor));
+        node.Add("logical id", ReportNode::Integer(camera.logicalCamId));
+        node.Add("sensor", ReportNode::Text(camera.sensorName));
         ReportNode& physical = node.Add("physical cameras", ReportNode::InlineList());
-        for (const PhysicalCameraSetup& entry : camera.physical) {
-            physical.Push(ReportNode::Text(std::to_string(entry.physicalId) + " (framework " +
+        for (const PhysicalCameraSetup& entry : camera.physicalCameras) {
+            physical.Push(ReportNode::Text(std::to_string(entry.physicalCamId) + " (framework " +
                                            std::to_string(entry.frameworkId) + ", logical " +
-                                           std::to_string(entry.logicalId) +
-                                           (entry.primary ? ", primary)" : ")")));
+                                           std::to_string(entry.logicalCamId) +
+                                           (entry.isPrimary != 0 ? ", primary)" : ")")));
         }
     }
     AttachLog(&device, TakeLog());
@@ -344,10 +292,7 @@ ReportNode Replayer::RunSession(PreparedSession* session) {
     if (!parser) {
         parser = IuiLayer::Get(setup.camera);
     }
-    session->config.num_streams = static_cast<uint32_t>(session->pointers.size());
-    session->config.streams = session->pointers.data();
-    session->config.operation_mode = setup.operationMode;
-    session->config.session_parameters = session->params.Get();
+    session->config.SetOperationMode(setup.operationMode);
 
     ReportNode report = ReportNode::Map();
     report.Add("session", ReportNode::Text(setup.name));
@@ -355,10 +300,10 @@ ReportNode Replayer::RunSession(PreparedSession* session) {
     ReportNode& configure = report.Add("configure", ReportNode::Map());
     SetCurrentStep("ParseStaticCapabilities of session \"" + setup.name + "\"");
     configure.Add("ParseStaticCapabilities",
-                  ReportNode::Integer(parser->ParseStaticCapabilities(&session->config)));
+                  ReportNode::Integer(parser->ParseStaticCapabilities(session->config.Get())));
     SetCurrentStep("ParseStreamCapabilities of session \"" + setup.name + "\"");
     configure.Add("ParseStreamCapabilities",
-                  ReportNode::Integer(parser->ParseStreamCapabilities(&session->config)));
+                  ReportNode::Integer(parser->ParseStreamCapabilities(session->config.Get())));
     AttachLog(&configure, TakeLog());
 
     ReportNode details = SessionReport(session, parser.get());
@@ -391,8 +336,8 @@ ReportNode Replayer::StreamNames(const std::vector<Lumora::_UIStreamInfo>* list,
     }
     for (const Lumora::_UIStreamInfo& info : *list) {
         std::string name = "?";
-        for (size_t i = 0; i < session.pointers.size(); ++i) {
-            if (session.pointers[i] == info.pStream) {
+        for (size_t i = 0; i < session.config.Streams().size(); ++i) {
+            if (session.config.Streams()[i] == info.pStream) {
                 name = session.setup->streams[i].name;
             }
         }
@@ -459,8 +404,9 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     SetLogging(false);
     ReportNode report = ReportNode::Map();
     report.Add("operation mode", ReportNode::Hex(setup.operationMode));
-    if (session->config.operation_mode != setup.operationMode) {
-        report.Add("rewritten operation mode", ReportNode::Hex(session->config.operation_mode));
+    const camera3_stream_configuration_t* config = session->config.Get();
+    if (config->operation_mode != setup.operationMode) {
+        report.Add("rewritten operation mode", ReportNode::Hex(config->operation_mode));
     }
     report.Add("package", TextOrNone(parser->GetPackageName()));
     report.Add("activity", TextOrNone(parser->GetActivityName()));
@@ -474,8 +420,8 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     }
 
     ReportNode& streams = report.Add("streams", ReportNode::Map());
-    for (size_t i = 0; i < session->pointers.size(); ++i) {
-        camera3_stream_t* stream = session->pointers[i];
+    for (size_t i = 0; i < config->num_streams; ++i) {
+        camera3_stream_t* stream = config->streams[i];
         ReportNode& node = streams.Add(setup.streams[i].name, ReportNode::Map());
         node.Add("role", ReportNode::Text(StreamRoleName(parser->GetStreamTypeByStream(stream))));
         node.Add("camera index", ReportNode::Integer(parser->GetCameraIndexByStream(stream)));
@@ -493,17 +439,19 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
 
     ReportNode& written = report.Add("session parameters written", ReportNode::Map());
     camera_metadata_ro_entry_t entry = {};
-    const camera_metadata_t* params = session->config.session_parameters;
+    const camera_metadata_t* params = config->session_parameters;
     if (params == nullptr) {
         written.Add("IsGenericCam", ReportNode::Text("no session parameters"));
     } else {
         const bool generic =
-            find_camera_metadata_ro_entry(params, VendorTag(kIsGenericCamTag), &entry) == 0 &&
+            find_camera_metadata_ro_entry(params, HostKit::VendorTagId(Lumora::kTagIsGenericCam),
+                                          &entry) == 0 &&
             entry.count > 0;
         written.Add("IsGenericCam",
                     generic ? ReportNode::Integer(entry.data.u8[0]) : ReportNode::Text("absent"));
         const bool ainr =
-            find_camera_metadata_ro_entry(params, VendorTag(kSupportedAinrTypeTag), &entry) == 0 &&
+            find_camera_metadata_ro_entry(
+                params, HostKit::VendorTagId(Lumora::kTagSupportedAINRType), &entry) == 0 &&
             entry.count > 0;
         written.Add("SupportedAINRType",
                     ainr ? ReportNode::Integer(entry.data.i32[0]) : ReportNode::Text("absent"));
@@ -566,7 +514,7 @@ ReportNode Replayer::RunStep(PreparedStep* prepared, PreparedSession* session, I
     if (step.kind == StepKind::Request) {
         const uint32_t frame = step.request.frame;
         report.Add("request", ReportNode::Integer(frame));
-        const int status = parser->UpdatePerRequestCaps(&prepared->request->request);
+        const int status = parser->UpdatePerRequestCaps(prepared->request->Get());
         std::vector<std::string> log = TakeLog();
         report.Add("return code", ReportNode::Integer(status));
         SetLogging(false);
@@ -581,7 +529,7 @@ ReportNode Replayer::RunStep(PreparedStep* prepared, PreparedSession* session, I
     if (step.kind == StepKind::Result) {
         report.Add("result", ReportNode::Integer(step.result.frame));
         report.Add("return code",
-                   ReportNode::Integer(parser->UpdateResultAppliedCaps(&prepared->result->result)));
+                   ReportNode::Integer(parser->UpdateResultAppliedCaps(prepared->result->Get())));
         report.Add("aec records",
                    ReportNode::Integer(static_cast<int64_t>(step.result.aec.size())));
         if (step.result.hasMlft) {
@@ -598,8 +546,8 @@ ReportNode Replayer::RunStep(PreparedStep* prepared, PreparedSession* session, I
 
 ReportNode Replayer::RunRepeat(PreparedStep* prepared, IuiLayer* parser) {
     const Step& step = *prepared->step;
-    camera3_capture_request_t& request = prepared->request->request;
-    camera3_capture_result_t* result = prepared->result ? &prepared->result->result : nullptr;
+    camera3_capture_request_t& request = *prepared->request->Get();
+    camera3_capture_result_t* result = prepared->result ? prepared->result->Get() : nullptr;
     std::map<int, uint32_t> statuses;
     std::vector<std::pair<_CapsBitset, uint32_t>> variants;
     std::vector<std::string> firstLog;

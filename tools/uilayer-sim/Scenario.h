@@ -4,6 +4,10 @@
 #ifndef UILAYER_SIM_SCENARIO_H
 #define UILAYER_SIM_SCENARIO_H
 
+#include <HostKit/CameraTable.h>
+#include <HostKit/Capture.h>
+#include <HostKit/StreamConfig.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -33,38 +37,12 @@ struct TagValue {
     const void* Data() const;
 };
 
-struct PhysicalCameraSetup {
-    int32_t logicalId = 0;
-    int32_t frameworkId = 0;
-    uint32_t physicalId = 0;
-    bool primary = false;
-};
+// The cameras and streams of a scenario are the kit's descriptions.
+using PhysicalCameraSetup = HostKit::PhysicalCamera;
+using CameraSetup = HostKit::CameraSetup;
 
-struct CameraSetup {
-    bool hasRecord = true;
-    uint32_t frameworkId = 0;
-    uint32_t logicalId = 0;
-    std::vector<PhysicalCameraSetup> physical;
-    std::string sensor;
-    uint32_t type = 0;
-    std::vector<uint16_t> sensorModeFlags;
-    uint32_t fullArrayWidth = 0;
-    uint32_t fullArrayHeight = 0;
-};
-
-struct StreamSetup {
+struct StreamSetup : HostKit::StreamSetup {
     std::string name;
-    int streamType = 0;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    int format = 0;
-    uint32_t usage = 0;
-    int32_t dataSpace = 0;
-    bool hasPhysicalId = true;  // false: a null physical_camera_id
-    std::string physicalId;
-    int64_t useCase = 0;
-    uint32_t extMode = 0;
-    int64_t dynamicRangeProfile = 1;
 };
 
 struct RequestSetup {
@@ -78,13 +56,7 @@ struct RequestSetup {
     std::vector<TagValue> settings;
 };
 
-struct AecSetup {
-    int32_t camera = 0;
-    int32_t expCount = 0;
-    float value1 = 0.0f;
-    float value2 = 0.0f;
-    uint32_t extra = 0;
-};
+using AecSetup = HostKit::AecRecord;
 
 struct ResultSetup {
     uint32_t frame = 0;

@@ -370,10 +370,10 @@ CameraSetup Reader::ReadCamera(const YAML::Node& node, const std::string& field)
         camera.hasRecord = false;
         return camera;
     }
-    camera.logicalId = static_cast<uint32_t>(
+    camera.logicalCamId = static_cast<uint32_t>(
         Integer(Required(node, "logical_id", field), Path(field, "logical_id"), 0, 15));
     if (node["sensor"].IsDefined()) {
-        camera.sensor = Text(node["sensor"], Path(field, "sensor"));
+        camera.sensorName = Text(node["sensor"], Path(field, "sensor"));
     }
     if (node["type"].IsDefined()) {
         camera.type = Unsigned32(node["type"], Path(field, "type"));
@@ -401,16 +401,16 @@ CameraSetup Reader::ReadCamera(const YAML::Node& node, const std::string& field)
     if (!node["physical"].IsDefined()) {
         // A single camera: one entry that is the camera itself.
         PhysicalCameraSetup self;
-        self.logicalId = static_cast<int32_t>(camera.logicalId);
+        self.logicalCamId = static_cast<int32_t>(camera.logicalCamId);
         self.frameworkId = static_cast<int32_t>(camera.frameworkId);
-        self.physicalId = camera.logicalId;
-        self.primary = true;
-        if (self.physicalId == kLogicalCamera) {
+        self.physicalCamId = camera.logicalCamId;
+        self.isPrimary = 1;
+        if (self.physicalCamId == kLogicalCamera) {
             Fail(node, field,
                  "a single camera with logical id 7 needs an explicit physical list with "
                  "another physical id (7 is the logical camera query type)");
         }
-        camera.physical.push_back(self);
+        camera.physicalCameras.push_back(self);
         return camera;
     }
     const std::string listName = Path(field, "physical");
@@ -424,26 +424,26 @@ CameraSetup Reader::ReadCamera(const YAML::Node& node, const std::string& field)
         const YAML::Node entry = list[i];
         CheckFields(entry, entryName, {"logical_id", "framework_id", "physical_id", "primary"});
         PhysicalCameraSetup physical;
-        physical.physicalId = static_cast<uint32_t>(Integer(
+        physical.physicalCamId = static_cast<uint32_t>(Integer(
             Required(entry, "physical_id", entryName), Path(entryName, "physical_id"), 0, 15));
-        if (physical.physicalId == kLogicalCamera) {
+        if (physical.physicalCamId == kLogicalCamera) {
             Fail(entry["physical_id"], Path(entryName, "physical_id"),
                  "7 is the logical camera query type; use another physical id");
         }
-        if (!ids.insert(physical.physicalId).second) {
+        if (!ids.insert(physical.physicalCamId).second) {
             Fail(entry["physical_id"], Path(entryName, "physical_id"),
-                 "physical id " + std::to_string(physical.physicalId) + " is used twice");
+                 "physical id " + std::to_string(physical.physicalCamId) + " is used twice");
         }
-        physical.logicalId = entry["logical_id"].IsDefined()
-                                 ? Signed32(entry["logical_id"], Path(entryName, "logical_id"))
-                                 : static_cast<int32_t>(physical.physicalId);
+        physical.logicalCamId = entry["logical_id"].IsDefined()
+                                    ? Signed32(entry["logical_id"], Path(entryName, "logical_id"))
+                                    : static_cast<int32_t>(physical.physicalCamId);
         physical.frameworkId =
             entry["framework_id"].IsDefined()
                 ? Signed32(entry["framework_id"], Path(entryName, "framework_id"))
-                : static_cast<int32_t>(physical.physicalId);
-        physical.primary =
+                : static_cast<int32_t>(physical.physicalCamId);
+        physical.isPrimary =
             entry["primary"].IsDefined() && Boolean(entry["primary"], Path(entryName, "primary"));
-        camera.physical.push_back(physical);
+        camera.physicalCameras.push_back(physical);
     }
     return camera;
 }
@@ -876,8 +876,9 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
             const std::string entryName = Index(name, i);
             const YAML::Node entry = list[i];
             CheckFields(entry, entryName, {"camera", "exp_count", "values", "extra"});
-            AecSetup aec;
-            aec.camera = Signed32(Required(entry, "camera", entryName), Path(entryName, "camera"));
+            AecSetup aec = {};
+            aec.cameraId =
+                Signed32(Required(entry, "camera", entryName), Path(entryName, "camera"));
             aec.expCount =
                 Signed32(Required(entry, "exp_count", entryName), Path(entryName, "exp_count"));
             if (entry["values"].IsDefined()) {
@@ -886,8 +887,8 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
                 if (values.size() != 2) {
                     Fail(values, valuesName, "expected two AEC values");
                 }
-                aec.value1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
-                aec.value2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
+                aec.aecValue1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
+                aec.aecValue2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
             }
             if (entry["extra"].IsDefined()) {
                 aec.extra = Unsigned32(entry["extra"], Path(entryName, "extra"));

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "DeviceRoot.h"
+#include "AbortHandler.h"
 #include "Lint.h"
 #include "Replay.h"
 #include "ScenarioReader.h"

@@ -1,3 +1,4 @@
+#include <HostKit/DeviceRoot.h>
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -9,12 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "DeviceRoot.h"
+#include "AbortHandler.h"
 #include "ScenarioReader.h"
 #include "ScopedTempDir.h"
 
 namespace UilayerSim {
 namespace {
+
+using HostKit::DeviceRoot;
 
 bool Exists(const std::string& path) {
     struct stat info = {};
@@ -58,7 +61,7 @@ TEST_F(DeviceRootTest, RefusesARootWithoutTheSiblingAndLeavesNothingBehind) {
     EXPECT_THROW(DeviceRoot root("/no/such/root"), std::runtime_error);
     EXPECT_EQ(std::vector<std::string>{}, tmp.Entries());
     {
-        DeviceRoot root(UILAYER_SIM_SIBLING_ROOT);
+        DeviceRoot root(UILAYER_SIM_SIBLING_ROOT, "uilayer-sim");
         EXPECT_EQ(0u, root.Path().rfind(tmp.Path() + "/uilayer-sim.", 0)) << root.Path();
     }
     EXPECT_EQ(std::vector<std::string>{}, tmp.Entries());

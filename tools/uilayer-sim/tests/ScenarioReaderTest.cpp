@@ -106,10 +106,10 @@ TEST(ScenarioReaderTest, FillsDefaultsOfCamerasRequestsAndRepeats) {
                                                "test.yaml");
     ASSERT_EQ(1u, scenario.cameras.size());
     const CameraSetup& camera = scenario.cameras[0];
-    ASSERT_EQ(1u, camera.physical.size());
-    EXPECT_EQ(0u, camera.physical[0].physicalId);
-    EXPECT_EQ(0, camera.physical[0].frameworkId);
-    EXPECT_TRUE(camera.physical[0].primary);
+    ASSERT_EQ(1u, camera.physicalCameras.size());
+    EXPECT_EQ(0u, camera.physicalCameras[0].physicalCamId);
+    EXPECT_EQ(0, camera.physicalCameras[0].frameworkId);
+    EXPECT_EQ(1, camera.physicalCameras[0].isPrimary);
     EXPECT_EQ("none", scenario.configName);
 
     const std::vector<Step>& steps = scenario.sessions[0].steps;

@@ -3,15 +3,10 @@
 #ifndef LUMORA_REQUEST_PATH_TEST_PEER_H
 #define LUMORA_REQUEST_PATH_TEST_PEER_H
 
-#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
-#include <memory>
 #include <vector>
 
-#include "../../uilayer/requestdesiredcaps/RequestDesiredCapabilities.h"
-#include "../../uilayer/staticsupportcaps/StaticSupportCapabilities.h"
-#include "support/TestDevice.h"
+#include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
 
@@ -53,50 +48,5 @@ private:
 };
 
 }  // namespace Lumora
-
-namespace LumoraTest {
-
-// The set of exactly these bits.
-inline Lumora::_CapsBitset BitsOf(std::initializer_list<size_t> bits) {
-    Lumora::_CapsBitset set;
-    for (size_t bit : bits) {
-        set.set(bit);
-    }
-    return set;
-}
-
-// A session object built from a test device, with one request record and one
-// last result to drive the request path directly.
-class SessionFixture : public UiLayerTest {
-protected:
-    // Camera 0 is `camera`; `extraCameras` more cameras without a record only
-    // raise the device's camera count.
-    void Build(const CameraSetup& camera, size_t extraCameras = 0) {
-        m_device.AddCamera(camera);
-        for (size_t i = 0; i < extraCameras; ++i) {
-            m_device.AddCameraWithoutRecord();
-        }
-        m_device.Init();
-        m_session = std::make_unique<Lumora::StaticSupportCapabilities>(
-            camera.frameworkId, static_cast<unsigned int>(m_device.CameraCount()),
-            m_device.Table());
-        m_peer = std::make_unique<Lumora::RequestPathTestPeer>(*m_session);
-        CameraLog();
-    }
-    int Update(Request& request) {
-        return m_record.UpdatePerRequestCaps(request.Get(), m_session.get(), m_lastResult);
-    }
-    Lumora::_CapsBitset Caps(uint32_t type) const {
-        return m_record.GetRequestSupportCaps(static_cast<Lumora::QueryCapsType>(type));
-    }
-
-    TestDevice m_device;
-    std::unique_ptr<Lumora::StaticSupportCapabilities> m_session;
-    std::unique_ptr<Lumora::RequestPathTestPeer> m_peer;
-    Lumora::RequestDesiredCapabilities m_record;
-    Lumora::ResultAppliedCapabilities m_lastResult;
-};
-
-}  // namespace LumoraTest
 
 #endif  // LUMORA_REQUEST_PATH_TEST_PEER_H

@@ -1,4 +1,4 @@
-#include "DeviceRoot.h"
+#include "HostKit/DeviceRoot.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,21 +6,19 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
-namespace UilayerSim {
+namespace HostKit {
 
 namespace {
 
 constexpr const char* kSiblingRelativePath = "odm/lib64/hw/camera.lumora.v2.so";
+constexpr const char* kVariable = "UILAYER_DEVICE_ROOT";
 
-// What the newest root created, for the abort handler.
-std::vector<std::string>* g_abortCleanup = nullptr;
-
-char g_currentStep[256] = "setting up";
+// What the newest root created, for RemoveNewest.
+std::vector<std::string>* g_newest = nullptr;
 
 // Removes the paths in reverse creation order with unlink and rmdir alone.
 void RemovePaths(std::vector<std::string>* created) {
@@ -32,39 +30,25 @@ void RemovePaths(std::vector<std::string>* created) {
     created->clear();
 }
 
-void WriteAll(int fd, const char* text) {
-    size_t length = strlen(text);
-    while (length > 0) {
-        const ssize_t written = write(fd, text, length);
-        if (written <= 0) {
-            return;
-        }
-        text += written;
-        length -= static_cast<size_t>(written);
-    }
-}
-
-void OnAbort(int) {
-    WriteAll(STDERR_FILENO, "uilayer-sim: the library aborted the process during ");
-    WriteAll(STDERR_FILENO, g_currentStep);
-    WriteAll(STDERR_FILENO, "\n");
-    if (g_abortCleanup != nullptr) {
-        RemovePaths(g_abortCleanup);
-    }
-    signal(SIGABRT, SIG_DFL);
-    raise(SIGABRT);
-}
-
 std::runtime_error SystemError(const std::string& what, const std::string& path) {
     return std::runtime_error(what + " " + path + ": " + strerror(errno));
 }
 
+std::string Relative(const std::string& devicePath) {
+    const size_t start = devicePath.find_first_not_of('/');
+    return start == std::string::npos ? std::string() : devicePath.substr(start);
+}
+
 }  // namespace
 
-DeviceRoot::DeviceRoot(const std::string& siblingRoot) {
+const char* DefaultSiblingRoot() {
+    return UILAYER_HOST_KIT_SIBLING_ROOT;
+}
+
+DeviceRoot::DeviceRoot(const std::string& siblingRoot, const std::string& prefix) {
     const char* tmp = getenv("TMPDIR");
-    std::string pattern =
-        std::string(tmp != nullptr && *tmp != '\0' ? tmp : "/tmp") + "/uilayer-sim.XXXXXX";
+    const std::string pattern =
+        std::string(tmp != nullptr && *tmp != '\0' ? tmp : "/tmp") + "/" + prefix + ".XXXXXX";
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back('\0');
     if (mkdtemp(buffer.data()) == nullptr) {
@@ -72,7 +56,7 @@ DeviceRoot::DeviceRoot(const std::string& siblingRoot) {
     }
     m_path = buffer.data();
     m_created.push_back(m_path);
-    g_abortCleanup = &m_created;
+    g_newest = &m_created;
 
     const std::string sibling = siblingRoot + "/" + kSiblingRelativePath;
     if (access(sibling.c_str(), R_OK) != 0) {
@@ -98,15 +82,21 @@ DeviceRoot::~DeviceRoot() {
 void DeviceRoot::Remove() {
     if (m_active) {
         if (m_hadVariable) {
-            setenv("UILAYER_DEVICE_ROOT", m_oldVariable.c_str(), 1);
+            setenv(kVariable, m_oldVariable.c_str(), 1);
         } else {
-            unsetenv("UILAYER_DEVICE_ROOT");
+            unsetenv(kVariable);
         }
         m_active = false;
     }
     RemovePaths(&m_created);
-    if (g_abortCleanup == &m_created) {
-        g_abortCleanup = nullptr;
+    if (g_newest == &m_created) {
+        g_newest = nullptr;
+    }
+}
+
+void DeviceRoot::RemoveNewest() {
+    if (g_newest != nullptr) {
+        RemovePaths(g_newest);
     }
 }
 
@@ -128,7 +118,7 @@ void DeviceRoot::MakeDirectories(const std::string& relative) {
 }
 
 void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& content) {
-    const std::string relative = devicePath.substr(devicePath.find_first_not_of('/'));
+    const std::string relative = Relative(devicePath);
     const size_t slash = relative.rfind('/');
     if (slash != std::string::npos) {
         MakeDirectories(relative.substr(0, slash));
@@ -154,24 +144,21 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& con
     close(fd);
 }
 
+void DeviceRoot::RemoveFile(const std::string& devicePath) {
+    const std::string path = m_path + "/" + Relative(devicePath);
+    if (unlink(path.c_str()) == 0) {
+        m_created.erase(std::remove(m_created.begin(), m_created.end(), path), m_created.end());
+    }
+}
+
 void DeviceRoot::Activate() {
     if (!m_active) {
-        const char* old = getenv("UILAYER_DEVICE_ROOT");
+        const char* old = getenv(kVariable);
         m_hadVariable = old != nullptr;
         m_oldVariable = old != nullptr ? old : "";
         m_active = true;
     }
-    setenv("UILAYER_DEVICE_ROOT", m_path.c_str(), 1);
+    setenv(kVariable, m_path.c_str(), 1);
 }
 
-void SetCurrentStep(const std::string& description) {
-    const size_t length = std::min(description.size(), sizeof(g_currentStep) - 1);
-    memcpy(g_currentStep, description.data(), length);
-    g_currentStep[length] = '\0';
-}
-
-void InstallAbortHandler() {
-    signal(SIGABRT, OnAbort);
-}
-
-}  // namespace UilayerSim
+}  // namespace HostKit

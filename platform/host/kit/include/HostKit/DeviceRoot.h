@@ -1,20 +1,24 @@
-// The device root of one replay: a fresh temporary directory that holds the
-// device files of the scenario and a link to the host sibling camera layer.
-// The library looks its device paths up under it (UILAYER_DEVICE_ROOT).
-#ifndef UILAYER_SIM_DEVICE_ROOT_H
-#define UILAYER_SIM_DEVICE_ROOT_H
+// A device root: a fresh temporary directory holding the device files of a
+// run and a link to the host sibling camera layer. Host builds of the library
+// look every absolute device path up under UILAYER_DEVICE_ROOT.
+#ifndef HOSTKIT_DEVICE_ROOT_H
+#define HOSTKIT_DEVICE_ROOT_H
 
 #include <string>
 #include <vector>
 
-namespace UilayerSim {
+namespace HostKit {
+
+// The build tree's device root, which holds the host sibling camera layer.
+const char* DefaultSiblingRoot();
 
 class DeviceRoot {
 public:
-    // Creates the directory under $TMPDIR (or /tmp) and links
+    // Creates the directory `prefix`.XXXXXX under $TMPDIR (or /tmp) and links
     // odm/lib64/hw/camera.lumora.v2.so to the one under `siblingRoot`.
     // Throws std::runtime_error when that fails.
-    explicit DeviceRoot(const std::string& siblingRoot);
+    explicit DeviceRoot(const std::string& siblingRoot = DefaultSiblingRoot(),
+                        const std::string& prefix = "uilayer-root");
     // Removes the directory and puts UILAYER_DEVICE_ROOT back as it was.
     ~DeviceRoot();
     DeviceRoot(const DeviceRoot&) = delete;
@@ -24,8 +28,14 @@ public:
     // Writes `content` to the device path (absolute, as the library opens it),
     // creating its directories. Throws std::runtime_error on failure.
     void WriteFile(const std::string& devicePath, const std::string& content);
+    // Removes a file written before.
+    void RemoveFile(const std::string& devicePath);
     // Points UILAYER_DEVICE_ROOT at this root.
     void Activate();
+
+    // Removes what the newest root created, with unlink and rmdir alone, so
+    // that a SIGABRT handler may call it.
+    static void RemoveNewest();
 
 private:
     void MakeDirectories(const std::string& relative);
@@ -38,11 +48,6 @@ private:
     bool m_active = false;
 };
 
-// What the replay is doing, for the message written when the library aborts
-// the process; the handler also removes the device root.
-void SetCurrentStep(const std::string& description);
-void InstallAbortHandler();
+}  // namespace HostKit
 
-}  // namespace UilayerSim
-
-#endif  // UILAYER_SIM_DEVICE_ROOT_H
+#endif  // HOSTKIT_DEVICE_ROOT_H
