@@ -9,6 +9,7 @@
 #include <HostConfigText.h>
 
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -198,20 +199,19 @@ ConfigText ReadConfigText(std::string_view text) {
 }
 
 std::string DescribeConfigProblem(const ConfigProblem& problem) {
-    switch (problem.kind) {
-        case ConfigProblemKind::UnclosedGroup:
-            return "a group line must end with ']'";
-        case ConfigProblemKind::TextOutsideGroup:
-            return "text outside a group";
-        case ConfigProblemKind::NoEquals:
-            return "a line with no '='";
-        case ConfigProblemKind::EmptyKey:
-            return "a key line with no key";
-        case ConfigProblemKind::RepeatedKey:
-            break;
+    if (problem.kind == ConfigProblemKind::RepeatedKey) {
+        return "repeats the key of line " + std::to_string(problem.earlierLine) +
+               ", whose values are dropped";
     }
-    return "repeats the key of line " + std::to_string(problem.earlierLine) +
-           ", whose values are dropped";
+    // In the order of ConfigProblemKind.
+    static constexpr const char* kMalformed[] = {
+        "a group line must end with ']'",
+        "text outside a group",
+        "a line with no '='",
+        "a key line with no key",
+    };
+    const size_t kind = static_cast<size_t>(problem.kind);
+    return kind < std::size(kMalformed) ? kMalformed[kind] : "a malformed line";
 }
 
 }  // namespace HostPlatform

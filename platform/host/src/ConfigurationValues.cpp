@@ -66,19 +66,34 @@ NumberStatus ParseIntegerMagnitude(const std::string& text, bool* negative, uint
     return NumberStatus::Ok;
 }
 
-NumberStatus ParseUInt32(const std::string& text, uint32_t* out) {
+namespace {
+
+// An integer of at most `negativeLimit` below zero and `positiveLimit` above,
+// as 64 bits of two's complement.
+NumberStatus ParseWithin(const std::string& text, uint64_t negativeLimit, uint64_t positiveLimit,
+                         uint64_t* bits) {
     bool negative = false;
     uint64_t magnitude = 0;
     const NumberStatus status = ParseIntegerMagnitude(text, &negative, &magnitude);
     if (status != NumberStatus::Ok) {
         return status;
     }
-    if (magnitude > (negative ? 0x80000000ull : 0xFFFFFFFFull)) {
+    if (magnitude > (negative ? negativeLimit : positiveLimit)) {
         return NumberStatus::OutOfRange;
     }
-    const uint32_t bits = static_cast<uint32_t>(magnitude);
-    *out = negative ? 0u - bits : bits;
+    *bits = negative ? 0u - magnitude : magnitude;
     return NumberStatus::Ok;
+}
+
+}  // namespace
+
+NumberStatus ParseUInt32(const std::string& text, uint32_t* out) {
+    uint64_t bits = 0;
+    const NumberStatus status = ParseWithin(text, 0x80000000ull, 0xFFFFFFFFull, &bits);
+    if (status == NumberStatus::Ok) {
+        *out = static_cast<uint32_t>(bits);
+    }
+    return status;
 }
 
 NumberStatus ParseInt32(const std::string& text, int32_t* out) {
@@ -91,17 +106,12 @@ NumberStatus ParseInt32(const std::string& text, int32_t* out) {
 }
 
 NumberStatus ParseInt64(const std::string& text, int64_t* out) {
-    bool negative = false;
-    uint64_t magnitude = 0;
-    const NumberStatus status = ParseIntegerMagnitude(text, &negative, &magnitude);
-    if (status != NumberStatus::Ok) {
-        return status;
+    uint64_t bits = 0;
+    const NumberStatus status = ParseWithin(text, 0x8000000000000000ull, UINT64_MAX, &bits);
+    if (status == NumberStatus::Ok) {
+        *out = static_cast<int64_t>(bits);
     }
-    if (negative && magnitude > 0x8000000000000000ull) {
-        return NumberStatus::OutOfRange;
-    }
-    *out = static_cast<int64_t>(negative ? 0u - magnitude : magnitude);
-    return NumberStatus::Ok;
+    return status;
 }
 
 bool ParseBoolean(const std::string& text, bool* out) {
