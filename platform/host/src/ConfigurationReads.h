@@ -14,8 +14,8 @@ extern std::atomic<bool> g_recordConfigurationReads;
 
 void RecordConfigurationRead(ConfigReadKind kind, std::string_view group, std::string_view key);
 
-inline void NoteConfigurationRead(ConfigReadKind kind, std::string_view group,
-                                  std::string_view key) {
+// `group` stays a C string so that nothing is measured while the record is off.
+inline void NoteConfigurationRead(ConfigReadKind kind, const char* group, std::string_view key) {
     if (g_recordConfigurationReads.load(std::memory_order_relaxed)) {
         RecordConfigurationRead(kind, group, key);
     }

@@ -283,8 +283,8 @@ uint32_t GetLocaleKeyCount(const char* group, const char* name) {
     if (group == nullptr || name == nullptr) {
         return 0;
     }
-    NoteConfigurationRead(ConfigReadKind::IndexedKeys, group, name);
     const std::string_view prefix(name);
+    NoteConfigurationRead(ConfigReadKind::IndexedKeys, group, prefix);
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
     const ConfigGroup* found = store.data->FindGroup(group);
