@@ -82,7 +82,7 @@ class TraceObserverTest : public UiLayerTest {
 protected:
     void SetUp() override {
         UiLayerTest::SetUp();
-        m_device.AddCamera(TestDevice::SingleCamera("wide"));
+        m_device.Add(SingleCamera("wide"));
         m_device.Init();
         m_parser = IuiLayer::Get(0);
         Trace::SetObserver(&m_recorder);
@@ -108,7 +108,7 @@ protected:
         return preview;
     }
 
-    TestDevice m_device;
+    CameraTable m_device;
     std::shared_ptr<IuiLayer> m_parser;
     StreamConfig m_config;
     Recorder m_recorder;

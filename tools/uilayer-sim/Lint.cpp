@@ -1,7 +1,10 @@
 #include "Lint.h"
 
+#include <HostConfigText.h>
+#include <HostConfigValues.h>
+
 #include <algorithm>
-#include <cerrno>
+#include <cctype>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -9,7 +12,6 @@
 #include <set>
 #include <strings.h>
 
-#include "ConfigText.h"
 #include "LintTable.h"
 
 namespace UilayerSim {
@@ -25,45 +27,28 @@ constexpr size_t kMaxRawSizeSensorName = 45;
 constexpr uint64_t kReducedMaskBits = 0x3FFFF;
 constexpr uint64_t kMaskFallbackBit = 0x2;
 
-// The configuration store's 32-bit reads: -2147483648 .. 4294967295.
-bool ToUInt32(const std::string& text, uint32_t* out) {
-    bool negative = false;
-    uint64_t magnitude = 0;
-    if (!ParseIntegerMagnitude(text, &negative, &magnitude)) {
-        return false;
-    }
-    if (negative ? magnitude > 0x80000000ull : magnitude > 0xFFFFFFFFull) {
-        return false;
-    }
-    *out = negative ? static_cast<uint32_t>(0u - static_cast<uint32_t>(magnitude))
-                    : static_cast<uint32_t>(magnitude);
-    return true;
-}
+using HostPlatform::ConfigGroup;
+using HostPlatform::ConfigKey;
+using HostPlatform::ConfigProblem;
+using HostPlatform::ConfigText;
+using HostPlatform::NumberStatus;
 
+// Whether the configuration store's read of that type takes the text.
 bool Converts(char type, const std::string& text) {
     uint32_t value32 = 0;
-    bool negative = false;
-    uint64_t magnitude = 0;
+    int64_t value64 = 0;
+    bool flag = false;
+    float number = 0;
     switch (type) {
         case 'b':
-            return strcasecmp(text.c_str(), "true") == 0 ||
-                   strcasecmp(text.c_str(), "false") == 0 || text == "1" || text == "0";
+            return HostPlatform::ParseBoolean(text, &flag);
         case 'i':
         case 'u':
-            return ToUInt32(text, &value32);
+            return HostPlatform::ParseUInt32(text, &value32) == NumberStatus::Ok;
         case 'l':
-            return ParseIntegerMagnitude(text, &negative, &magnitude) &&
-                   !(negative && magnitude > 0x8000000000000000ull);
-        case 'f': {
-            if (text.empty()) {
-                return false;
-            }
-            char* end = nullptr;
-            const int saved = errno;
-            strtof(text.c_str(), &end);
-            errno = saved;
-            return end == text.c_str() + text.size();
-        }
+            return HostPlatform::ParseInt64(text, &value64) == NumberStatus::Ok;
+        case 'f':
+            return HostPlatform::ParseFloat(text, &number);
         case 'x': {
             size_t i = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0 ? 2 : 0;
             if (i >= text.size()) {
@@ -416,7 +401,8 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     auto suggestion = [&](const std::string& text) {
         bool negative = false;
         uint64_t number = 0;
-        if (!ParseIntegerMagnitude(text, &negative, &number) || negative) {
+        if (HostPlatform::ParseIntegerMagnitude(text, &negative, &number) != NumberStatus::Ok ||
+            negative) {
             return std::string();
         }
         char formatted[32];
@@ -450,7 +436,8 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     }
     CheckValues(group, key, rule, false, nullptr);
     uint32_t index = 0;
-    if (key.values.size() != 1 || !ToUInt32(key.values[0], &index)) {
+    if (key.values.size() != 1 ||
+        HostPlatform::ParseUInt32(key.values[0], &index) != NumberStatus::Ok) {
         return;
     }
     // 0..255, or -128..-1 as a signed byte.
@@ -461,12 +448,15 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
 }
 
 std::vector<LintFinding> Linter::Run() {
-    for (const ConfigProblem& problem : m_text.malformed) {
-        Add(problem.line, problem.group, "",
-            problem.reason + ": the configuration store refuses the whole file");
-    }
-    for (const ConfigProblem& problem : m_text.duplicates) {
-        Add(problem.line, problem.group, problem.key, problem.reason);
+    for (const ConfigProblem& problem : m_text.problems) {
+        if (problem.IsMalformed()) {
+            Add(problem.line, problem.group, "",
+                HostPlatform::DescribeConfigProblem(problem) +
+                    ": the configuration store refuses the whole file");
+        } else {
+            Add(problem.line, problem.group, problem.key,
+                HostPlatform::DescribeConfigProblem(problem));
+        }
     }
     std::set<std::string> knownGroups;
     for (const KeyRule& rule : m_rules) {
@@ -550,7 +540,7 @@ std::string FormatFinding(const LintFinding& finding) {
 }
 
 std::vector<LintFinding> LintConfiguration(const std::string& text, const std::string& file) {
-    const ConfigText parsed = ParseConfigText(text);
+    const ConfigText parsed = HostPlatform::ReadConfigText(text);
     Linter linter(file, parsed);
     return linter.Run();
 }

@@ -13,7 +13,8 @@
 #include <set>
 #include <sstream>
 
-#include "ConfigText.h"
+#include <HostConfigText.h>
+#include <HostConfigValues.h>
 
 namespace UilayerSim {
 
@@ -44,7 +45,8 @@ std::string Join(std::initializer_list<const char*> names) {
 bool ParseIntegerText(const std::string& text, int64_t* value) {
     bool negative = false;
     uint64_t magnitude = 0;
-    if (!ParseIntegerMagnitude(text, &negative, &magnitude) ||
+    if (HostPlatform::ParseIntegerMagnitude(text, &negative, &magnitude) !=
+            HostPlatform::NumberStatus::Ok ||
         magnitude > (negative ? uint64_t{1} << 63 : (uint64_t{1} << 63) - 1)) {
         return false;
     }
@@ -471,12 +473,12 @@ void Reader::ReadConfiguration(const YAML::Node& root, Scenario* scenario) {
         scenario->configName = "none";
         return;
     }
-    const ConfigText parsed = ParseConfigText(scenario->configText);
-    if (!parsed.malformed.empty()) {
-        const ConfigProblem& problem = parsed.malformed.front();
-        throw ScenarioError(configFile, problem.line + lineOffset,
+    const HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText(scenario->configText);
+    if (const HostPlatform::ConfigProblem* problem = parsed.FirstMalformed()) {
+        throw ScenarioError(configFile, problem->line + lineOffset,
                             file.IsDefined() ? "config" : "config_text",
-                            problem.reason + ": the configuration store refuses the whole file");
+                            HostPlatform::DescribeConfigProblem(*problem) +
+                                ": the configuration store refuses the whole file");
     }
 }
 

@@ -1,4 +1,5 @@
-// Parsed form of a host configuration text, shared by the parser and the store.
+// The configuration text the store holds, with its groups and keys found by
+// name.
 #ifndef HOST_CONFIGURATION_DATA_H
 #define HOST_CONFIGURATION_DATA_H
 
@@ -8,41 +9,25 @@
 #include <unordered_map>
 #include <vector>
 
+#include <HostConfigText.h>
+
 namespace HostPlatform {
 namespace Internal {
 
-struct ConfigurationKey {
-    std::string name;
-    std::vector<std::string> values;
-};
-
-// Keys in file order, with an index by name.
-class ConfigurationGroup {
-public:
-    // Adds the key, or replaces the values of an existing key in its place.
-    void Set(std::string name, std::vector<std::string> values);
-    ConfigurationKey* Find(std::string_view name);
-    const std::vector<ConfigurationKey>& Keys() const { return m_keys; }
-
-private:
-    std::vector<ConfigurationKey> m_keys;
-    std::unordered_map<std::string, size_t> m_index;
-};
-
 class ConfigurationData {
 public:
-    // The group of that name, created at the end when new.
-    ConfigurationGroup& Open(const std::string& name);
-    ConfigurationGroup* Find(std::string_view name);
+    ConfigurationData() = default;
+    explicit ConfigurationData(ConfigText text);
+
+    ConfigGroup* FindGroup(std::string_view name);
+    ConfigKey* FindKey(std::string_view group, std::string_view key);
 
 private:
-    std::vector<ConfigurationGroup> m_groups;
-    std::unordered_map<std::string, size_t> m_index;
+    ConfigText m_text;
+    std::unordered_map<std::string, size_t> m_groupIndex;
+    // Per group: key name to its place in the group.
+    std::vector<std::unordered_map<std::string, size_t>> m_keyIndex;
 };
-
-// Parses `text`. Returns 0 and fills `data`, or returns the 1-based number of
-// the first malformed line (and `data` is to be thrown away).
-int ParseConfiguration(std::string_view text, ConfigurationData* data);
 
 }  // namespace Internal
 }  // namespace HostPlatform

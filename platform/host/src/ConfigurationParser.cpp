@@ -1,8 +1,4 @@
-// Parser of the host configuration text:
-//
-//   # comment            (also ; as the first non-blank character)
-//   [Group Name]
-//   Key = value, 0x10, "quoted, kept as one value"
+// Reader of the host configuration text.
 //
 // A group line starts with '[' and ends with ']'; its name is the trimmed text
 // between them. A key line needs an open group, an '=' and a non-empty key.
@@ -10,15 +6,17 @@
 // wholly in double quotes loses them and keeps everything inside. An empty
 // right side is a key with no values. A repeated key replaces the earlier one
 // in its place; a repeated group header continues the same group.
+#include <HostConfigText.h>
+
+#include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "ConfigurationData.h"
-
 namespace HostPlatform {
-namespace Internal {
 
 namespace {
 
@@ -66,45 +64,98 @@ std::vector<std::string> SplitValues(std::string_view text) {
     return values;
 }
 
+// Builds the groups, finding repeated groups and keys by name.
+class TextBuilder {
+public:
+    explicit TextBuilder(ConfigText* text) : m_text(text) {}
+
+    void OpenGroup(std::string name, int line) {
+        const auto found = m_groupIndex.find(name);
+        if (found != m_groupIndex.end()) {
+            m_current = found->second;
+            return;
+        }
+        m_current = m_text->groups.size();
+        m_groupIndex.emplace(name, m_current);
+        m_keyIndex.emplace_back();
+        m_text->groups.push_back(ConfigGroup{std::move(name), line, {}});
+    }
+
+    bool HasGroup() const { return m_current != kNone; }
+    const std::string& GroupName() const {
+        static const std::string kNoGroup;
+        return HasGroup() ? m_text->groups[m_current].name : kNoGroup;
+    }
+
+    void AddKey(std::string name, std::vector<std::string> values, int line) {
+        ConfigGroup& group = m_text->groups[m_current];
+        std::unordered_map<std::string, size_t>& index = m_keyIndex[m_current];
+        const auto found = index.find(name);
+        if (found != index.end()) {
+            ConfigKey& earlier = group.keys[found->second];
+            m_text->problems.push_back(ConfigProblem{line, ConfigProblemKind::RepeatedKey,
+                                                     group.name, name, earlier.line});
+            earlier.values = std::move(values);
+            earlier.line = line;
+            return;
+        }
+        index.emplace(name, group.keys.size());
+        group.keys.push_back(ConfigKey{std::move(name), std::move(values), line});
+    }
+
+    // A broken group line belongs to no group; the group before it stays open.
+    void Malformed(int line, ConfigProblemKind kind) {
+        const std::string group =
+            kind == ConfigProblemKind::UnclosedGroup ? std::string() : GroupName();
+        m_text->problems.push_back(ConfigProblem{line, kind, group, "", 0});
+    }
+
+private:
+    static constexpr size_t kNone = static_cast<size_t>(-1);
+
+    ConfigText* m_text;
+    size_t m_current = kNone;
+    std::unordered_map<std::string, size_t> m_groupIndex;
+    std::vector<std::unordered_map<std::string, size_t>> m_keyIndex;
+};
+
 }  // namespace
 
-void ConfigurationGroup::Set(std::string name, std::vector<std::string> values) {
-    const auto it = m_index.find(name);
-    if (it != m_index.end()) {
-        m_keys[it->second].values = std::move(values);
-        return;
+const ConfigKey* ConfigGroup::Find(std::string_view key) const {
+    for (const ConfigKey& entry : keys) {
+        if (entry.name == key) {
+            return &entry;
+        }
     }
-    m_index.emplace(name, m_keys.size());
-    m_keys.push_back(ConfigurationKey{std::move(name), std::move(values)});
+    return nullptr;
 }
 
-ConfigurationKey* ConfigurationGroup::Find(std::string_view name) {
-    const auto it = m_index.find(std::string(name));
-    return it != m_index.end() ? &m_keys[it->second] : nullptr;
-}
-
-ConfigurationGroup& ConfigurationData::Open(const std::string& name) {
-    const auto it = m_index.find(name);
-    if (it != m_index.end()) {
-        return m_groups[it->second];
+const ConfigGroup* ConfigText::Find(std::string_view group) const {
+    for (const ConfigGroup& entry : groups) {
+        if (entry.name == group) {
+            return &entry;
+        }
     }
-    m_index.emplace(name, m_groups.size());
-    m_groups.emplace_back();
-    return m_groups.back();
+    return nullptr;
 }
 
-ConfigurationGroup* ConfigurationData::Find(std::string_view name) {
-    const auto it = m_index.find(std::string(name));
-    return it != m_index.end() ? &m_groups[it->second] : nullptr;
+const ConfigProblem* ConfigText::FirstMalformed() const {
+    for (const ConfigProblem& problem : problems) {
+        if (problem.IsMalformed()) {
+            return &problem;
+        }
+    }
+    return nullptr;
 }
 
-int ParseConfiguration(std::string_view text, ConfigurationData* data) {
+ConfigText ReadConfigText(std::string_view text) {
     // A byte order mark in front of the first line is not part of it.
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         text.remove_prefix(kByteOrderMark.size());
     }
-    ConfigurationGroup* group = nullptr;
+    ConfigText result;
+    TextBuilder builder(&result);
     int lineNumber = 0;
     size_t position = 0;
     while (position < text.size()) {
@@ -122,26 +173,45 @@ int ParseConfiguration(std::string_view text, ConfigurationData* data) {
         }
         if (line.front() == '[') {
             if (line.size() < 2 || line.back() != ']') {
-                return lineNumber;
+                builder.Malformed(lineNumber, ConfigProblemKind::UnclosedGroup);
+                continue;
             }
-            group = &data->Open(std::string(Trim(line.substr(1, line.size() - 2))));
+            builder.OpenGroup(std::string(Trim(line.substr(1, line.size() - 2))), lineNumber);
             continue;
         }
-        if (group == nullptr) {
-            return lineNumber;
+        if (!builder.HasGroup()) {
+            builder.Malformed(lineNumber, ConfigProblemKind::TextOutsideGroup);
+            continue;
         }
         const size_t equals = line.find('=');
         if (equals == std::string_view::npos) {
-            return lineNumber;
+            builder.Malformed(lineNumber, ConfigProblemKind::NoEquals);
+            continue;
         }
         const std::string_view key = Trim(line.substr(0, equals));
         if (key.empty()) {
-            return lineNumber;
+            builder.Malformed(lineNumber, ConfigProblemKind::EmptyKey);
+            continue;
         }
-        group->Set(std::string(key), SplitValues(line.substr(equals + 1)));
+        builder.AddKey(std::string(key), SplitValues(line.substr(equals + 1)), lineNumber);
     }
-    return 0;
+    return result;
 }
 
-}  // namespace Internal
+std::string DescribeConfigProblem(const ConfigProblem& problem) {
+    if (problem.kind == ConfigProblemKind::RepeatedKey) {
+        return "repeats the key of line " + std::to_string(problem.earlierLine) +
+               ", whose values are dropped";
+    }
+    // In the order of ConfigProblemKind.
+    static constexpr const char* kMalformed[] = {
+        "a group line must end with ']'",
+        "text outside a group",
+        "a line with no '='",
+        "a key line with no key",
+    };
+    const size_t kind = static_cast<size_t>(problem.kind);
+    return kind < std::size(kMalformed) ? kMalformed[kind] : "a malformed line";
+}
+
 }  // namespace HostPlatform

@@ -6,8 +6,6 @@
 // next successful load replaces it.
 #include <errno.h>
 #include <fcntl.h>
-#include <stdlib.h>
-#include <string.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -15,18 +13,25 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CameraHWConfiguration.h>
+#include <HostConfigText.h>
+#include <HostConfigValues.h>
 #include <HostPlatform.h>
 
 #include "ConfigurationData.h"
+#include "ConfigurationReads.h"
 
 namespace {
 
+using HostPlatform::ConfigGroup;
+using HostPlatform::ConfigKey;
+using HostPlatform::ConfigReadKind;
+using HostPlatform::NumberStatus;
 using HostPlatform::Internal::ConfigurationData;
-using HostPlatform::Internal::ConfigurationGroup;
-using HostPlatform::Internal::ConfigurationKey;
+using HostPlatform::Internal::NoteConfigurationRead;
 
 constexpr int kOk = 0;
 constexpr int kNotConfigured = 6;
@@ -45,138 +50,29 @@ Store& TheStore() {
 }
 
 int Load(std::string_view text) {
-    auto data = std::make_unique<ConfigurationData>();
-    const int line = HostPlatform::Internal::ParseConfiguration(text, data.get());
-    if (line != 0) {
-        return line;
+    HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText(text);
+    if (const HostPlatform::ConfigProblem* malformed = parsed.FirstMalformed()) {
+        return malformed->line;
     }
+    auto data = std::make_unique<ConfigurationData>(std::move(parsed));
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
     store.data.swap(data);
     return 0;
 }
 
-// ---- Value conversions. Each one takes the whole text or fails. ----
+// ---- Value conversions of the typed reads. ----
 
-bool IsHexDigit(char c, unsigned* digit) {
-    if (c >= '0' && c <= '9') {
-        *digit = static_cast<unsigned>(c - '0');
-    } else if (c >= 'a' && c <= 'f') {
-        *digit = static_cast<unsigned>(c - 'a' + 10);
-    } else if (c >= 'A' && c <= 'F') {
-        *digit = static_cast<unsigned>(c - 'A' + 10);
-    } else {
-        return false;
-    }
-    return true;
-}
-
-// Optional sign, then decimal digits or 0x/0X and hex digits. Gives the
-// magnitude (at most UINT64_MAX) and the sign.
-bool ParseInteger(const std::string& text, bool* negative, uint64_t* magnitude) {
-    size_t i = 0;
-    *negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        *negative = text[i] == '-';
-        ++i;
-    }
-    unsigned base = 10;
-    if (i + 1 < text.size() && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X')) {
-        base = 16;
-        i += 2;
-    }
-    if (i >= text.size()) {
-        return false;
-    }
-    uint64_t value = 0;
-    for (; i < text.size(); ++i) {
-        unsigned digit = 0;
-        if (!IsHexDigit(text[i], &digit) || digit >= base) {
-            return false;
-        }
-        if (value > (UINT64_MAX - digit) / base) {
-            return false;
-        }
-        value = value * base + digit;
-    }
-    *magnitude = value;
-    return true;
-}
-
-// -2147483648 .. 4294967295, wrapped to 32 bits.
 bool ToUInt32(const std::string& text, uint32_t* out) {
-    bool negative = false;
-    uint64_t magnitude = 0;
-    if (!ParseInteger(text, &negative, &magnitude)) {
-        return false;
-    }
-    if (negative) {
-        if (magnitude > 0x80000000ull) {
-            return false;
-        }
-        *out = static_cast<uint32_t>(0u - static_cast<uint32_t>(magnitude));
-    } else {
-        if (magnitude > 0xFFFFFFFFull) {
-            return false;
-        }
-        *out = static_cast<uint32_t>(magnitude);
-    }
-    return true;
+    return HostPlatform::ParseUInt32(text, out) == NumberStatus::Ok;
 }
 
 bool ToInt32(const std::string& text, int32_t* out) {
-    uint32_t bits = 0;
-    if (!ToUInt32(text, &bits)) {
-        return false;
-    }
-    *out = static_cast<int32_t>(bits);
-    return true;
+    return HostPlatform::ParseInt32(text, out) == NumberStatus::Ok;
 }
 
-// INT64_MIN .. UINT64_MAX, wrapped to 64 bits.
 bool ToInt64(const std::string& text, int64_t* out) {
-    bool negative = false;
-    uint64_t magnitude = 0;
-    if (!ParseInteger(text, &negative, &magnitude)) {
-        return false;
-    }
-    if (negative && magnitude > 0x8000000000000000ull) {
-        return false;
-    }
-    const uint64_t bits = negative ? 0u - magnitude : magnitude;
-    *out = static_cast<int64_t>(bits);
-    return true;
-}
-
-bool EqualsIgnoringCase(const std::string& text, const char* word) {
-    return strcasecmp(text.c_str(), word) == 0 && text.size() == strlen(word);
-}
-
-bool ToBool(const std::string& text, bool* out) {
-    if (EqualsIgnoringCase(text, "true") || text == "1") {
-        *out = true;
-        return true;
-    }
-    if (EqualsIgnoringCase(text, "false") || text == "0") {
-        *out = false;
-        return true;
-    }
-    return false;
-}
-
-bool ToFloat(const std::string& text, float* out) {
-    if (text.empty()) {
-        return false;
-    }
-    char* end = nullptr;
-    const int savedErrno = errno;
-    const float value = strtof(text.c_str(), &end);
-    errno = savedErrno;
-    if (end != text.c_str() + text.size()) {
-        return false;
-    }
-    *out = value;
-    return true;
+    return HostPlatform::ParseInt64(text, out) == NumberStatus::Ok;
 }
 
 bool ToString(std::string& text, char** out) {
@@ -186,12 +82,12 @@ bool ToString(std::string& text, char** out) {
 
 // ---- Lookups, under the store's lock. ----
 
-ConfigurationKey* FindKey(ConfigurationData& data, const char* group, std::string_view key) {
+ConfigKey* FindKey(ConfigurationData& data, const char* group, std::string_view key) {
     if (group == nullptr) {
         return nullptr;
     }
-    ConfigurationGroup* found = data.Find(group);
-    return found != nullptr ? found->Find(key) : nullptr;
+    NoteConfigurationRead(ConfigReadKind::Key, group, key);
+    return data.FindKey(group, key);
 }
 
 std::string LocaleKey(const char* name, const char* index) {
@@ -210,7 +106,7 @@ int ReadSingle(const char* group, std::string_view key, T* out, Convert convert)
     }
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
-    ConfigurationKey* found = FindKey(*store.data, group, key);
+    ConfigKey* found = FindKey(*store.data, group, key);
     if (found == nullptr || found->values.empty()) {
         return kNotConfigured;
     }
@@ -231,7 +127,7 @@ int ReadList(const char* group, std::string_view key, T* out, uint32_t count, Co
     }
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
-    ConfigurationKey* found = FindKey(*store.data, group, key);
+    ConfigKey* found = FindKey(*store.data, group, key);
     if (found == nullptr) {
         return kNotConfigured;
     }
@@ -251,7 +147,7 @@ int ReadList(const char* group, std::string_view key, T* out, uint32_t count, Co
 uint32_t ValuesCount(const char* group, std::string_view key) {
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
-    const ConfigurationKey* found = FindKey(*store.data, group, key);
+    const ConfigKey* found = FindKey(*store.data, group, key);
     return found != nullptr ? static_cast<uint32_t>(found->values.size()) : 0;
 }
 
@@ -302,19 +198,21 @@ int HasGroupConfiguration(const char* group) {
     if (group == nullptr) {
         return 0;
     }
+    NoteConfigurationRead(ConfigReadKind::Group, group, "");
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
-    return store.data->Find(group) != nullptr ? 1 : 0;
+    return store.data->FindGroup(group) != nullptr ? 1 : 0;
 }
 
 uint32_t GetKeyCount(const char* group) {
     if (group == nullptr) {
         return 0;
     }
+    NoteConfigurationRead(ConfigReadKind::Group, group, "");
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
-    const ConfigurationGroup* found = store.data->Find(group);
-    return found != nullptr ? static_cast<uint32_t>(found->Keys().size()) : 0;
+    const ConfigGroup* found = store.data->FindGroup(group);
+    return found != nullptr ? static_cast<uint32_t>(found->keys.size()) : 0;
 }
 
 uint32_t GetValuesCount(const char* group, const char* key) {
@@ -328,7 +226,7 @@ int GetBooleanConfiguration(const char* group, const char* key, bool* out) {
     if (key == nullptr) {
         return kNotConfigured;
     }
-    return ReadSingle(group, key, out, ToBool);
+    return ReadSingle(group, key, out, HostPlatform::ParseBoolean);
 }
 
 int GetIntegerConfiguration(const char* group, const char* key, int32_t* out) {
@@ -371,7 +269,7 @@ int GetFloatListConfiguration(const char* group, const char* key, float* out, ui
     if (key == nullptr) {
         return kNotConfigured;
     }
-    return ReadList(group, key, out, count, ToFloat);
+    return ReadList(group, key, out, count, HostPlatform::ParseFloat);
 }
 
 int GetStringListConfiguration(const char* group, const char* key, char** out, uint32_t count) {
@@ -386,14 +284,15 @@ uint32_t GetLocaleKeyCount(const char* group, const char* name) {
         return 0;
     }
     const std::string_view prefix(name);
+    NoteConfigurationRead(ConfigReadKind::IndexedKeys, group, prefix);
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
-    const ConfigurationGroup* found = store.data->Find(group);
+    const ConfigGroup* found = store.data->FindGroup(group);
     if (found == nullptr) {
         return 0;
     }
     uint32_t count = 0;
-    for (const ConfigurationKey& key : found->Keys()) {
+    for (const ConfigKey& key : found->keys) {
         const std::string& k = key.name;
         if (k.size() >= prefix.size() + 2 && k.compare(0, prefix.size(), prefix) == 0 &&
             k[prefix.size()] == '[' && k.back() == ']') {

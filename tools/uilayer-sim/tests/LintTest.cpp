@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <HostConfigText.h>
+
 #include <string>
 #include <vector>
 
-#include "ConfigText.h"
 #include "Lint.h"
 #include "LintTable.h"
 #include "ScenarioReader.h"
@@ -28,12 +29,12 @@ TEST(LintTest, BundledExampleIsClean) {
 TEST(LintTest, BundledExampleHoldsEveryGroupAndKeyTheLibraryReads) {
     std::string text;
     ASSERT_TRUE(ReadWholeFile(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/device.conf", &text));
-    const ConfigText config = ParseConfigText(text);
+    const HostPlatform::ConfigText config = HostPlatform::ReadConfigText(text);
     size_t count = 0;
     const KeyRule* rules = KeyRules(&count);
     for (size_t i = 0; i < count; ++i) {
         const KeyRule& rule = rules[i];
-        const ConfigGroup* group = config.Find(rule.group);
+        const HostPlatform::ConfigGroup* group = config.Find(rule.group);
         ASSERT_NE(nullptr, group) << rule.group;
         if (rule.form == KeyForm::Single) {
             EXPECT_NE(nullptr, group->Find(rule.key)) << rule.group << " " << rule.key;
