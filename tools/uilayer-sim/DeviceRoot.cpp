@@ -11,6 +11,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "Signals.h"
+
 namespace UilayerSim {
 
 namespace {
@@ -71,6 +73,7 @@ DeviceRoot::DeviceRoot(const std::string& siblingRoot) {
         throw SystemError("cannot create the device root", pattern);
     }
     m_path = buffer.data();
+    RegisterCleanupPath(m_path);
     m_created.push_back(m_path);
     g_abortCleanup = &m_created;
 
@@ -105,6 +108,7 @@ void DeviceRoot::Remove() {
         m_active = false;
     }
     RemovePaths(&m_created);
+    RegisterCleanupPath("");
     if (g_abortCleanup == &m_created) {
         g_abortCleanup = nullptr;
     }
