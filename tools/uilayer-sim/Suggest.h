@@ -13,8 +13,8 @@ namespace UilayerSim {
 size_t EditDistance(const std::string& a, const std::string& b);
 
 // The known name closest to `name` when it differs only in case or by at most
-// a quarter of its length in edits (at least one, at most three, case
-// ignored); empty when none is that close or `name` is known.
+// a quarter of its length in edits (at least one, at most three; case ignored,
+// two swapped neighbours count as one edit); empty when none is that close or `name` is known.
 std::string ClosestName(const std::string& name, const std::vector<std::string>& known);
 
 // " (did you mean \"X\"?)" with the closest name, or empty.
