@@ -43,8 +43,9 @@ std::string CommandHelp(const Subcommand& command, bool isDefault) {
     std::string text = "usage: " + UsageLine(command, isDefault) + "\n\n" + command.help + "\n";
     text += "\noptions:\n";
     for (const OptionSpec& option : command.options) {
-        text += HelpRow(std::string(option.name) + (option.value ? std::string(" ") + option.value : ""),
-                        option.help);
+        text += HelpRow(
+            std::string(option.name) + (option.value ? std::string(" ") + option.value : ""),
+            option.help);
     }
     return text + HelpRow("-h, --help", "show this help and exit");
 }
@@ -165,8 +166,8 @@ int RunCommand(const Subcommand& command, bool isDefault, const std::vector<std:
         return command.run(line);
     } catch (const UsageError& error) {
         fprintf(stderr, "%s: %s\nusage: %s\nRun '%s%s%s --help' for more.\n", kProgram,
-                error.what(), UsageLine(command, isDefault).c_str(), kProgram,
-                isDefault ? "" : " ", isDefault ? "" : command.name);
+                error.what(), UsageLine(command, isDefault).c_str(), kProgram, isDefault ? "" : " ",
+                isDefault ? "" : command.name);
         return kExitUsage;
     }
 }

@@ -52,7 +52,7 @@ public:
 
 struct Program {
     const char* version;
-    const char* about;  // shown by --help below the usage lines
+    const char* about;                 // shown by --help below the usage lines
     std::vector<Subcommand> commands;  // the first is the default
 };
 

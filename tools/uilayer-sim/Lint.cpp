@@ -256,8 +256,7 @@ void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const K
         const char type = TypeAt(rule.types, i, count);
         if (!Converts(type, key.values[i])) {
             const bool outOfRange = OutOfRange(type, key.values[i]);
-            Add(outOfRange ? "out-of-range" : ConversionRule(type), key.line, group.name,
-                key.name,
+            Add(outOfRange ? "out-of-range" : ConversionRule(type), key.line, group.name, key.name,
                 "value " + std::to_string(i + 1) + " " + Quote(key.values[i]) +
                     (outOfRange ? std::string(" is out of range for ") + RangeName(type)
                                 : std::string(" is not ") + TypeName(type)));
@@ -384,7 +383,8 @@ void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
     if (rule.sizedByRowZero) {
         for (const auto& entry : byName) {
             if (group.Find(entry.first + "[0]") == nullptr) {
-                Add("missing-row-zero", entry.second.front()->line, group.name, entry.second.front()->name,
+                Add("missing-row-zero", entry.second.front()->line, group.name,
+                    entry.second.front()->name,
                     entry.first + "[0] is missing: the library reads no row of " +
                         Quote(entry.first));
             }
@@ -439,9 +439,9 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
                                 : name.rfind('[', modeOpen - 1);
     if (name.back() != ']' || maskOpen == std::string::npos || maskOpen == 0 ||
         name[modeOpen - 1] != ']') {
-        fail("bad-key-form", 
-            "not of the form <sensor>[0x<mask>][0x<operation mode>] or "
-            "<sensor>[0x<mask>][-1]: the library never forms this key");
+        fail("bad-key-form",
+             "not of the form <sensor>[0x<mask>][0x<operation mode>] or "
+             "<sensor>[0x<mask>][-1]: the library never forms this key");
         return;
     }
     const std::string mask = name.substr(maskOpen + 1, modeOpen - maskOpen - 2);
@@ -472,27 +472,31 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     };
     if (!canonical(mask)) {
         const std::string better = suggestion(mask);
-        fail("bad-mask", "mask " + Quote(mask) + " is not written as the library writes it (\"0x%04lX\")" +
-             (better.empty() ? std::string() : ": " + better));
+        fail("bad-mask", "mask " + Quote(mask) +
+                             " is not written as the library writes it (\"0x%04lX\")" +
+                             (better.empty() ? std::string() : ": " + better));
         return;
     }
     if (mode != "-1" && !canonical(mode)) {
         const std::string better = suggestion(mode);
-        fail("bad-operation-mode", "operation mode " + Quote(mode) +
-             " is not written as the library writes it (\"0x%04X\" or -1)" +
-             (better.empty() ? std::string() : ": " + better));
+        fail("bad-operation-mode",
+             "operation mode " + Quote(mode) +
+                 " is not written as the library writes it (\"0x%04X\" or -1)" +
+                 (better.empty() ? std::string() : ": " + better));
         return;
     }
     const uint64_t maskValue = value(mask);
     if (maskValue == 0 || (maskValue & ~kReducedMaskBits) != 0 ||
         ((maskValue & kMaskFallbackBit) != 0 && maskValue != kMaskFallbackBit)) {
-        fail("bad-mask", "mask " + mask +
-             " is never a reduced caps mask (bits 0..17, not empty, bit 1 only alone)");
+        fail("bad-mask",
+             "mask " + mask +
+                 " is never a reduced caps mask (bits 0..17, not empty, bit 1 only alone)");
         return;
     }
     if (mode != "-1" && (value(mode) & 0x0F00) != 0) {
-        fail("bad-operation-mode", "operation mode " + mode +
-             " has bits 8..11 set: the library clears them before forming the key");
+        fail("bad-operation-mode",
+             "operation mode " + mode +
+                 " has bits 8..11 set: the library clears them before forming the key");
         return;
     }
     CheckValues(group, key, rule, false, nullptr);

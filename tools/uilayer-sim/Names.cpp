@@ -303,8 +303,8 @@ std::vector<NamedNumber> Table(NameTable table, bool withFull) {
             for (size_t i = 0; i < std::size(kRoleNames); ++i) {
                 out.push_back({kRoleNames[i], static_cast<int64_t>(i)});
                 if (withFull) {
-                    out.push_back({std::string("EStreamType") + kRoleNames[i],
-                                   static_cast<int64_t>(i)});
+                    out.push_back(
+                        {std::string("EStreamType") + kRoleNames[i], static_cast<int64_t>(i)});
                 }
             }
             break;

@@ -446,8 +446,8 @@ ReportNode Replayer::RunSession(PreparedSession* session) {
 bool Replayer::HasRecord(uint32_t frame, IuiLayer* parser) const {
     SetLogging(false);
     // Every role has a list, maybe empty, in a record the library holds.
-    const bool held =
-        parser->GetStreamByStreamType(frame, static_cast<Lumora::StreamType>(kFirstRole)) != nullptr;
+    const bool held = parser->GetStreamByStreamType(
+                          frame, static_cast<Lumora::StreamType>(kFirstRole)) != nullptr;
     SetLogging(m_options.log);
     return held;
 }
@@ -516,8 +516,8 @@ ReportNode Replayer::WarmStartReport(uint32_t physicalId, IuiLayer* parser) cons
              ReportNode::Integer(parser->GetWarmStartStateByCaps(physicalId, enable, dolState)));
     node.Add("enable",
              enable == kUntouchedEnable ? NoteOrNull("(not set)") : ReportNode::Integer(enable));
-    node.Add("dol state", dolState == kUntouchedState ? NoteOrNull("(not set)")
-                                                      : ReportNode::Integer(dolState));
+    node.Add("dol state",
+             dolState == kUntouchedState ? NoteOrNull("(not set)") : ReportNode::Integer(dolState));
     return node;
 }
 

@@ -639,10 +639,9 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
     }
     stream.width = Unsigned32(Required(node, "width", field), Path(field, "width"));
     stream.height = Unsigned32(Required(node, "height", field), Path(field, "height"));
-    stream.format =
-        static_cast<int>(Named(Required(node, "format", field), Path(field, "format"),
-                               PixelFormatByName, "pixel format", INT32_MIN, INT32_MAX,
-                               AcceptedNames(NameTable::PixelFormats)));
+    stream.format = static_cast<int>(Named(Required(node, "format", field), Path(field, "format"),
+                                           PixelFormatByName, "pixel format", INT32_MIN, INT32_MAX,
+                                           AcceptedNames(NameTable::PixelFormats)));
     if (node["usage"].IsDefined()) {
         // A number, a name, or a list of names and numbers that are OR'ed.
         const YAML::Node usage = node["usage"];
@@ -650,22 +649,20 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
         uint64_t bits = 0;
         if (usage.IsSequence()) {
             for (size_t i = 0; i < usage.size(); ++i) {
-                bits |= static_cast<uint64_t>(
-                    Named(usage[i], Index(name, i), UsageBitByName, "usage bit", 0, UINT32_MAX,
-                      AcceptedNames(NameTable::UsageBits)));
+                bits |= static_cast<uint64_t>(Named(usage[i], Index(name, i), UsageBitByName,
+                                                    "usage bit", 0, UINT32_MAX,
+                                                    AcceptedNames(NameTable::UsageBits)));
             }
         } else {
-            bits = static_cast<uint64_t>(
-                Named(usage, name, UsageBitByName, "usage bit", 0, UINT32_MAX,
-                      AcceptedNames(NameTable::UsageBits)));
+            bits = static_cast<uint64_t>(Named(usage, name, UsageBitByName, "usage bit", 0,
+                                               UINT32_MAX, AcceptedNames(NameTable::UsageBits)));
         }
         stream.usage = static_cast<uint32_t>(bits);
     }
     if (node["data_space"].IsDefined()) {
-        stream.dataSpace =
-            static_cast<int32_t>(Named(node["data_space"], Path(field, "data_space"),
-                                       DataSpaceByName, "data space", INT32_MIN, UINT32_MAX,
-                                       AcceptedNames(NameTable::DataSpaces)));
+        stream.dataSpace = static_cast<int32_t>(
+            Named(node["data_space"], Path(field, "data_space"), DataSpaceByName, "data space",
+                  INT32_MIN, UINT32_MAX, AcceptedNames(NameTable::DataSpaces)));
     }
     if (node["physical_camera_id"].IsDefined()) {
         const YAML::Node id = node["physical_camera_id"];
@@ -1000,10 +997,9 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         requireBody();
         step.kind = StepKind::Streams;
         CheckFields(body, bodyName, {"role", "frame"});
-        step.role =
-            static_cast<int32_t>(Named(Required(body, "role", bodyName), Path(bodyName, "role"),
-                                       StreamRoleLookup, "stream role", 0, 15,
-                                       AcceptedNames(NameTable::StreamRoles)));
+        step.role = static_cast<int32_t>(
+            Named(Required(body, "role", bodyName), Path(bodyName, "role"), StreamRoleLookup,
+                  "stream role", 0, 15, AcceptedNames(NameTable::StreamRoles)));
         if (body["frame"].IsDefined()) {
             step.hasFrame = true;
             step.frame = Unsigned32(body["frame"], Path(bodyName, "frame"));

@@ -25,7 +25,9 @@ constexpr const char* kAbout =
 
 const std::vector<Subcommand>& Commands() {
     static const std::vector<Subcommand> commands = {
-        {"replay", "SCENARIO", "replay a scenario (the default: uilayer-sim SCENARIO)",
+        {"replay",
+         "SCENARIO",
+         "replay a scenario (the default: uilayer-sim SCENARIO)",
          "Replays the sessions of the scenario file (YAML) against the library and prints\n"
          "the report on standard output: text, or JSON with --json. A mistake in the\n"
          "scenario is reported as FILE:LINE: FIELD: reason and nothing is replayed.\n"
@@ -37,7 +39,9 @@ const std::vector<Subcommand>& Commands() {
          1,
          1,
          UilayerSim::RunReplayCommand},
-        {"lint", "CONFIG...", "check hardware configuration files",
+        {"lint",
+         "CONFIG...",
+         "check hardware configuration files",
          "Checks each configuration file against what the library reads and prints one\n"
          "finding per line as FILE:LINE: [GROUP] KEY: reason, with the paths as given.\n"
          "A run of more than four findings of one kind shows the first three, then\n"
@@ -50,7 +54,9 @@ const std::vector<Subcommand>& Commands() {
          1,
          SIZE_MAX,
          UilayerSim::RunLintCommand},
-        {"names", "caps|tags|formats|roles", "list the names a scenario may use",
+        {"names",
+         "caps|tags|formats|roles",
+         "list the names a scenario may use",
          "Lists the capability, standard tag, pixel format or stream role names a scenario\n"
          "may use, one per line: the number (bit, tag id in hexadecimal, format or role\n"
          "value), a tab, the name.\n"
