@@ -1,10 +1,7 @@
 #include "Cli.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -221,42 +218,6 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
         return kExitUsage;
     }
     return RunCommand(fallback, true, args);
-}
-
-bool ReadInputFile(const std::string& path, std::string* text, std::string* error) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat info = {};
-    if (fd < 0 || fstat(fd, &info) != 0) {
-        *error = strerror(errno);
-        if (fd >= 0) {
-            close(fd);
-        }
-        return false;
-    }
-    if (S_ISDIR(info.st_mode)) {
-        close(fd);
-        *error = strerror(EISDIR);
-        return false;
-    }
-    text->clear();
-    char buffer[65536];
-    for (;;) {
-        const ssize_t count = read(fd, buffer, sizeof(buffer));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            *error = strerror(errno);
-            close(fd);
-            return false;
-        }
-        if (count == 0) {
-            break;
-        }
-        text->append(buffer, static_cast<size_t>(count));
-    }
-    close(fd);
-    return true;
 }
 
 void ReportUnreadable(const std::string& path, const std::string& reason) {

@@ -61,10 +61,6 @@ struct Program {
 // "uilayer-sim NAME FILE". Returns the exit status.
 int RunCommandLine(const Program& program, const std::vector<std::string>& args);
 
-// Reads a whole input file named on the command line; on failure `error` holds
-// the system's reason ("No such file or directory", "Is a directory").
-bool ReadInputFile(const std::string& path, std::string* text, std::string* error);
-
 // Writes "uilayer-sim: PATH: reason" to standard error.
 void ReportUnreadable(const std::string& path, const std::string& reason);
 

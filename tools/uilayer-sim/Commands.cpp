@@ -43,7 +43,7 @@ int RunReplayCommand(const CommandLine& line) {
     const std::string& path = line.operands.front();
     std::string text;
     std::string reason;
-    if (!ReadInputFile(path, &text, &reason)) {
+    if (!ReadWholeFile(path, &text, &reason)) {
         ReportUnreadable(path, reason);
         return kExitUsage;
     }
@@ -83,7 +83,7 @@ int RunLintCommand(const CommandLine& line) {
     for (const std::string& path : line.operands) {
         std::string text;
         std::string reason;
-        if (!ReadInputFile(path, &text, &reason)) {
+        if (!ReadWholeFile(path, &text, &reason)) {
             ReportUnreadable(path, reason);
             unreadable = true;
             continue;

@@ -2,16 +2,18 @@
 
 #include <cutils/properties.h>
 #include <system/camera_metadata.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <cstdlib>
-#include <fstream>
 #include <initializer_list>
 #include <set>
-#include <sstream>
 
 #include "ConfigText.h"
 #include "NumberText.h"
@@ -326,8 +328,9 @@ Scenario Reader::Read(const YAML::Node& root) {
         // The device in a file of its own, shared by several scenarios.
         const std::string path = Resolve(device.Scalar());
         std::string text;
-        if (!ReadWholeFile(path, &text)) {
-            Fail(device, "device", "cannot read \"" + path + "\"");
+        std::string reason;
+        if (!ReadWholeFile(path, &text, &reason)) {
+            Fail(device, "device", "cannot read \"" + path + "\": " + reason);
         }
         YAML::Node deviceRoot;
         try {
@@ -477,8 +480,9 @@ void Reader::ReadConfiguration(const YAML::Node& root, Scenario* scenario) {
     if (file.IsDefined()) {
         scenario->configName = Text(file, "config");
         configFile = Resolve(scenario->configName);
-        if (!ReadWholeFile(configFile, &scenario->configText)) {
-            Fail(file, "config", "cannot read \"" + configFile + "\"");
+        std::string reason;
+        if (!ReadWholeFile(configFile, &scenario->configText, &reason)) {
+            Fail(file, "config", "cannot read \"" + configFile + "\": " + reason);
         }
     } else if (inlineText.IsDefined()) {
         scenario->configName = "inline";
@@ -1083,6 +1087,12 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
     return step;
 }
 
+void SetReason(std::string* reason, const char* text) {
+    if (reason != nullptr) {
+        *reason = text;
+    }
+}
+
 }  // namespace
 
 size_t TagValue::Count() const {
@@ -1129,17 +1139,39 @@ ScenarioError::ScenarioError(const std::string& file, int line, const std::strin
       m_field(field),
       m_reason(reason) {}
 
-bool ReadWholeFile(const std::string& path, std::string* text) {
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream) {
+bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason) {
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat info = {};
+    if (fd < 0 || fstat(fd, &info) != 0) {
+        SetReason(reason, strerror(errno));
+        if (fd >= 0) {
+            close(fd);
+        }
         return false;
     }
-    std::ostringstream content;
-    content << stream.rdbuf();
-    if (stream.bad()) {
+    if (S_ISDIR(info.st_mode)) {
+        close(fd);
+        SetReason(reason, strerror(EISDIR));
         return false;
     }
-    *text = content.str();
+    text->clear();
+    char buffer[65536];
+    for (;;) {
+        const ssize_t count = read(fd, buffer, sizeof(buffer));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            SetReason(reason, strerror(errno));
+            close(fd);
+            return false;
+        }
+        if (count == 0) {
+            break;
+        }
+        text->append(buffer, static_cast<size_t>(count));
+    }
+    close(fd);
     return true;
 }
 
@@ -1168,8 +1200,9 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path) {
 
 Scenario ReadScenarioFile(const std::string& path) {
     std::string text;
-    if (!ReadWholeFile(path, &text)) {
-        throw ScenarioError(path, 0, "", "cannot read the file");
+    std::string reason;
+    if (!ReadWholeFile(path, &text, &reason)) {
+        throw ScenarioError(path, 0, "", reason);
     }
     return ReadScenarioText(text, path);
 }

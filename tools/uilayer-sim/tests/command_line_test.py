@@ -14,7 +14,10 @@ import sys
 import tempfile
 import time
 
+import jsonschema
+
 SIM, EXAMPLES = sys.argv[1], sys.argv[2]
+LINT_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "lint.schema.json")
 PHOTO = os.path.join(EXAMPLES, "photo.yaml")
 CONF = os.path.join(EXAMPLES, "device.conf")
 
@@ -116,7 +119,9 @@ def lint_cases(directory):
            out=r':2: \[StarMode\] AEMode: value 1 "99999999999999999999" is out of range for a 32-bit integer$')
     result = expect("lint json", ["lint", "--format=json", conf, PHOTO], 1)
     findings = json.loads(result.stdout)
-    check("lint json fields", all(set(f) == {"file", "line", "group", "key", "rule", "message"} for f in findings))
+    with open(LINT_SCHEMA, encoding="utf-8") as stream:
+        errors = list(jsonschema.Draft202012Validator(json.load(stream)).iter_errors(findings))
+    check("lint json schema", not errors, errors[:1])
     check("lint json all findings", len(findings) == 2 + len(outside) + sum(
         int(re.search(r"and (\d+) more", line).group(1)) for line in more), len(findings))
     first, second = findings[0], findings[1]
