@@ -261,8 +261,13 @@ private:
         if (Text(node, name) == "logical") {
             return kLogicalCamera;
         }
-        const auto id = static_cast<uint32_t>(Integer(node, name, 0, max));
+        const auto id = static_cast<uint32_t>(Integer(node, name, 0, UINT32_MAX));
         CheckCameraId(node, name, id, state);
+        if (id > max) {
+            Fail(node, name,
+                 "camera " + std::to_string(id) + " is outside 0.." + std::to_string(max) +
+                     " for this query");
+        }
         return id;
     }
 

@@ -31,6 +31,7 @@ const std::vector<Subcommand>& Commands() {
          "Replays the sessions of the scenario file (YAML) against the library and prints\n"
          "the report on standard output: text, or JSON with --json. A mistake in the\n"
          "scenario is reported as FILE:LINE: FIELD: reason and nothing is replayed.\n"
+         "'uilayer-sim SCENARIO' is short for 'uilayer-sim replay SCENARIO'.\n"
          "\n"
          "exit status: 0 done, 2 bad command line, unreadable file or scenario mistake,\n"
          "3 device set-up failed, SIGABRT when the library aborts the process.",
