@@ -38,6 +38,12 @@ TEST(LintOutputTest, CollapsesLongRunsOfOneShapeOnly) {
         "dir/a.yaml:7: [G] k: value 12 \"x9\" is out of range\n"
         "b.conf:8: text outside a group\n",
         RenderLintText(findings));
+    // Other words outside quotes make another shape; 0 is a digit like any.
+    std::vector<LintFinding> mixed;
+    for (int line = 1; line <= 5; ++line) {
+        mixed.push_back({"c", line, "", "", "r", (line % 2 ? "a \"x\" 10" : "b \"x\" 2")});
+    }
+    EXPECT_EQ(std::string::npos, RenderLintText(mixed).find("more like it"));
 }
 
 TEST(LintOutputTest, WritesEveryFindingAsJson) {
@@ -45,6 +51,11 @@ TEST(LintOutputTest, WritesEveryFindingAsJson) {
     findings.push_back({"b.conf", 9, "G", "k", "unknown-key", "did you mean \"K\"?"});
     const std::string json = RenderLintJson(findings);
     EXPECT_EQ(8, std::count(json.begin(), json.end(), '\n'));  // one a line, and the brackets
+    size_t separators = 0;
+    for (size_t at = json.find("},\n"); at != std::string::npos; at = json.find("},\n", at + 1)) {
+        ++separators;
+    }
+    EXPECT_EQ(5u, separators);
     EXPECT_NE(std::string::npos,
               json.find("  {\"file\": \"a \\\"q\\\".conf\", \"line\": 1, \"group\": null, \"key\": "
                         "null, \"rule\": \"text-outside-group\", \"message\": \"text outside a "

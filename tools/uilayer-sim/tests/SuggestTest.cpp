@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Names.h"
+#include "NumberText.h"
 #include "Suggest.h"
 
 namespace UilayerSim {
@@ -34,6 +35,28 @@ TEST(SuggestTest, FindsTheClosestNameWhenItIsNearEnough) {
     EXPECT_EQ("", ClosestName("--xyz", options));
     EXPECT_EQ(" (did you mean \"--log\"?)", DidYouMean("--lgo", options));
     EXPECT_EQ("", DidYouMean("--verbose", options));
+}
+
+TEST(SuggestTest, CountsEditsAndStopsAtAQuarterOfTheName) {
+    EXPECT_EQ(3u, EditDistance("", "abc"));
+    EXPECT_EQ(3u, EditDistance("kitten", "sitting"));
+    EXPECT_EQ(2u, EditDistance("ab", "ba"));  // the lint counts a swap as two
+    const std::vector<std::string> known = {"ABCDEFGH", "CapsSHDR"};
+    EXPECT_EQ("ABCDEFGH", ClosestName("ABCDEFXY", known));  // 2 edits of 8 letters
+    EXPECT_EQ("", ClosestName("ABCDEXYZ", known));          // 3
+    EXPECT_EQ("CapsSHDR", ClosestName("CapsSHDRRR", known));
+    EXPECT_EQ("CapsSHDR", ClosestName("aCpsSHDR", known));  // a swap is one edit
+}
+
+TEST(SuggestTest, TellsIntegerTextApartFromItsRange) {
+    const std::pair<const char*, bool> cases[] = {
+        {"12", true},   {"-0x1F", true}, {"+7", true},  {"99999999999999999999", true},
+        {"0x", false},  {"-", false},    {"", false},   {"1a", false},
+        {"0xG", false}, {"1.5", false},  {"x1", false}, {"0X0a", true},
+    };
+    for (const auto& entry : cases) {
+        EXPECT_EQ(entry.second, IsIntegerSyntax(entry.first)) << entry.first;
+    }
 }
 
 TEST(SuggestTest, ListsEveryNameOfATableWithItsValue) {
