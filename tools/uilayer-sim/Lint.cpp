@@ -13,6 +13,8 @@
 #include <strings.h>
 
 #include "LintTable.h"
+#include "NumberText.h"
+#include "Suggest.h"
 
 namespace UilayerSim {
 
@@ -85,6 +87,44 @@ const char* TypeName(char type) {
     }
 }
 
+// An integer the store cannot hold in the type it reads, as opposed to text
+// that is no integer at all.
+bool OutOfRange(char type, const std::string& text) {
+    return (type == 'i' || type == 'u' || type == 'l') && IsIntegerSyntax(text);
+}
+
+const char* RangeName(char type) {
+    return type == 'l' ? "a 64-bit integer" : "a 32-bit integer";
+}
+
+// The stable identifier of a value that does not convert to `type`.
+const char* ConversionRule(char type) {
+    switch (type) {
+        case 'b':
+            return "not-a-boolean";
+        case 'f':
+            return "not-a-float";
+        case 'x':
+            return "not-hexadecimal";
+        default:
+            return "not-an-integer";
+    }
+}
+
+// The stable identifier of a line the store refuses.
+const char* MalformedRule(HostPlatform::ConfigProblemKind kind) {
+    switch (kind) {
+        case HostPlatform::ConfigProblemKind::TextOutsideGroup:
+            return "text-outside-group";
+        case HostPlatform::ConfigProblemKind::NoEquals:
+            return "missing-equals";
+        case HostPlatform::ConfigProblemKind::EmptyKey:
+            return "missing-key";
+        default:
+            return "unclosed-group";
+    }
+}
+
 std::string Values(size_t count) {
     return std::to_string(count) + (count == 1 ? " value" : " values");
 }
@@ -142,9 +182,9 @@ public:
     std::vector<LintFinding> Run();
 
 private:
-    void Add(int line, const std::string& group, const std::string& key,
+    void Add(const char* rule, int line, const std::string& group, const std::string& key,
              const std::string& reason) {
-        m_findings.push_back(LintFinding{m_file, line, group, key, reason});
+        m_findings.push_back(LintFinding{m_file, line, group, key, rule, reason});
     }
 
     std::vector<const KeyRule*> RulesOf(const std::string& group) const {
@@ -179,30 +219,32 @@ void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const K
     const std::string n = Values(count);
     if (rowZeroCount != nullptr) {
         if (count != *rowZeroCount) {
-            Add(key.line, group.name, key.name,
+            Add("row-count", key.line, group.name, key.name,
                 n + ", row 0 has " + std::to_string(*rowZeroCount) +
                     " (the library reads every row with the count of row 0)");
             return;
         }
     } else if (rule.maxValues != 0 && rule.minValues == rule.maxValues && count != rule.minValues) {
-        Add(key.line, group.name, key.name,
+        Add("value-count", key.line, group.name, key.name,
             n + (isRow ? ", rows of " : ", ") + std::to_string(rule.minValues) + " expected");
         return;
     } else if (count < rule.minValues) {
-        Add(key.line, group.name, key.name,
+        Add("value-count", key.line, group.name, key.name,
             n + ", at least " + std::to_string(rule.minValues) + " expected");
         return;
     } else if (rule.maxValues != 0 && count > rule.maxValues) {
-        Add(key.line, group.name, key.name,
+        Add("value-count", key.line, group.name, key.name,
             n + ", at most " + std::to_string(rule.maxValues) + " are read");
         return;
     }
     for (size_t i = 0; i < count; ++i) {
         const char type = TypeAt(rule.types, i, count);
         if (!Converts(type, key.values[i])) {
-            Add(key.line, group.name, key.name,
-                "value " + std::to_string(i + 1) + " " + Quote(key.values[i]) + " is not " +
-                    TypeName(type));
+            const bool outOfRange = OutOfRange(type, key.values[i]);
+            Add(outOfRange ? "out-of-range" : ConversionRule(type), key.line, group.name, key.name,
+                "value " + std::to_string(i + 1) + " " + Quote(key.values[i]) +
+                    (outOfRange ? std::string(" is out of range for ") + RangeName(type)
+                                : std::string(" is not ") + TypeName(type)));
             return;
         }
     }
@@ -222,7 +264,7 @@ void Linter::CheckSingleKeys(const ConfigGroup& group, const std::vector<const K
         }
         for (const KeyRule* rule : rules) {
             if (LikelyTypo(key.name, rule->key) && group.Find(rule->key) == nullptr) {
-                Add(key.line, group.name, key.name,
+                Add("unknown-key", key.line, group.name, key.name,
                     "not read by the library; did you mean " + Quote(rule->key) + "?");
                 break;
             }
@@ -233,7 +275,7 @@ void Linter::CheckSingleKeys(const ConfigGroup& group, const std::vector<const K
     const ConfigKey* ratios = group.Find("baseZoomRatio");
     if (group.name == "EquivalentFocalLengthMapping" && names != nullptr && ratios != nullptr &&
         names->values.size() != ratios->values.size()) {
-        Add(ratios->line, group.name, ratios->name,
+        Add("count-mismatch", ratios->line, group.name, ratios->name,
             Values(ratios->values.size()) + ", needOverrideCameraList has " +
                 std::to_string(names->values.size()) + " (one ratio per sensor expected)");
     }
@@ -245,27 +287,29 @@ void Linter::CheckRows(const ConfigGroup& group, const KeyRule& rule) {
                               std::to_string(keyCount == 0 ? 0 : keyCount - 1) + "]";
     const ConfigKey* rowZero = group.Find(std::string(rule.key) + "[0]");
     if (rowZero == nullptr && keyCount > 0) {
-        Add(group.line, group.name, "",
+        Add("missing-row-zero", group.line, group.name, "",
             std::string(rule.key) + "[0] is missing: the library reads no row of this group");
     }
     for (const ConfigKey& key : group.keys) {
         std::string name;
         uint32_t index = 0;
         if (!SplitIndexed(key.name, &name, &index) || name != rule.key) {
+            const char* id = "stray-row";
             std::string reason =
                 "not a row the library reads, but it counts as one: the rows "
                 "read are " +
                 range;
             if (LikelyTypo(BaseOf(key.name), rule.key)) {
+                id = "unknown-key";
                 reason = "not read by the library; did you mean " +
                          Quote(std::string(rule.key) + key.name.substr(BaseOf(key.name).size())) +
                          "?";
             }
-            Add(key.line, group.name, key.name, reason);
+            Add(id, key.line, group.name, key.name, reason);
             continue;
         }
         if (index >= keyCount) {
-            Add(key.line, group.name, key.name,
+            Add("unreached-row", key.line, group.name, key.name,
                 "never read: with " + std::to_string(keyCount) + " keys the rows read are " +
                     range);
             continue;
@@ -285,7 +329,7 @@ void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
         std::string name;
         uint32_t index = 0;
         if (!SplitIndexed(key.name, &name, &index)) {
-            Add(key.line, group.name, key.name,
+            Add("bad-key-form", key.line, group.name, key.name,
                 "not read by the library: the keys of this group are <name>[<row>]");
             continue;
         }
@@ -299,7 +343,7 @@ void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
         }
         const std::vector<const ConfigKey*>& rows = byName[name];
         if (rule.form == KeyForm::NamedSingleRow && rows.size() != 1) {
-            Add(key.line, group.name, key.name,
+            Add("repeated-name", key.line, group.name, key.name,
                 std::to_string(rows.size()) + " entries for " + Quote(name) +
                     ": the library reads a name only when it has exactly one entry");
             continue;
@@ -308,7 +352,7 @@ void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
                                    ? static_cast<uint32_t>(group.keys.size())
                                    : static_cast<uint32_t>(rows.size());
         if (index >= limit) {
-            Add(key.line, group.name, key.name,
+            Add("unreached-row", key.line, group.name, key.name,
                 "never read: the rows of " + Quote(name) + " are read as " + name + "[0].." + name +
                     "[" + std::to_string(limit - 1) + "]");
             continue;
@@ -324,7 +368,8 @@ void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
     if (rule.sizedByRowZero) {
         for (const auto& entry : byName) {
             if (group.Find(entry.first + "[0]") == nullptr) {
-                Add(entry.second.front()->line, group.name, entry.second.front()->name,
+                Add("missing-row-zero", entry.second.front()->line, group.name,
+                    entry.second.front()->name,
                     entry.first + "[0] is missing: the library reads no row of " +
                         Quote(entry.first));
             }
@@ -337,12 +382,12 @@ void Linter::CheckNamedByKey(const ConfigGroup& group, const KeyRule& rule) {
     for (const ConfigKey& key : group.keys) {
         if (key.name.compare(0, prefix.size(), prefix) != 0 || key.name.back() != ']') {
             if (LikelyTypo(BaseOf(key.name), rule.key)) {
-                Add(key.line, group.name, key.name,
+                Add("unknown-key", key.line, group.name, key.name,
                     "not read by the library; did you mean " +
                         Quote(std::string(rule.key) + key.name.substr(BaseOf(key.name).size())) +
                         "?");
             } else {
-                Add(key.line, group.name, key.name,
+                Add("bad-key-form", key.line, group.name, key.name,
                     "not read by the library: the keys of this group are " + std::string(rule.key) +
                         "[<sensor name>]");
             }
@@ -350,7 +395,7 @@ void Linter::CheckNamedByKey(const ConfigGroup& group, const KeyRule& rule) {
         }
         const size_t nameLength = key.name.size() - prefix.size() - 1;
         if (nameLength > kMaxRawSizeSensorName) {
-            Add(key.line, group.name, key.name,
+            Add("name-too-long", key.line, group.name, key.name,
                 "sensor name of " + std::to_string(nameLength) +
                     " characters: the library skips "
                     "names longer than " +
@@ -366,9 +411,11 @@ void Linter::CheckNamedByKey(const ConfigGroup& group, const KeyRule& rule) {
 void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
                                 const KeyRule& rule) {
     const std::string& name = key.name;
-    auto fail = [&](const std::string& reason) { Add(key.line, group.name, name, reason); };
+    auto fail = [&](const char* id, const std::string& reason) {
+        Add(id, key.line, group.name, name, reason);
+    };
     if (name.size() > kMaxFormedKey) {
-        fail("longer than 63 characters: the library never forms this key");
+        fail("key-too-long", "longer than 63 characters: the library never forms this key");
         return;
     }
     const size_t modeOpen = name.rfind('[');
@@ -377,9 +424,9 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
                                 : name.rfind('[', modeOpen - 1);
     if (name.back() != ']' || maskOpen == std::string::npos || maskOpen == 0 ||
         name[modeOpen - 1] != ']') {
-        fail(
-            "not of the form <sensor>[0x<mask>][0x<operation mode>] or "
-            "<sensor>[0x<mask>][-1]: the library never forms this key");
+        fail("bad-key-form",
+             "not of the form <sensor>[0x<mask>][0x<operation mode>] or "
+             "<sensor>[0x<mask>][-1]: the library never forms this key");
         return;
     }
     const std::string mask = name.substr(maskOpen + 1, modeOpen - maskOpen - 2);
@@ -411,27 +458,31 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     };
     if (!canonical(mask)) {
         const std::string better = suggestion(mask);
-        fail("mask " + Quote(mask) + " is not written as the library writes it (\"0x%04lX\")" +
-             (better.empty() ? std::string() : ": " + better));
+        fail("bad-mask", "mask " + Quote(mask) +
+                             " is not written as the library writes it (\"0x%04lX\")" +
+                             (better.empty() ? std::string() : ": " + better));
         return;
     }
     if (mode != "-1" && !canonical(mode)) {
         const std::string better = suggestion(mode);
-        fail("operation mode " + Quote(mode) +
-             " is not written as the library writes it (\"0x%04X\" or -1)" +
-             (better.empty() ? std::string() : ": " + better));
+        fail("bad-operation-mode",
+             "operation mode " + Quote(mode) +
+                 " is not written as the library writes it (\"0x%04X\" or -1)" +
+                 (better.empty() ? std::string() : ": " + better));
         return;
     }
     const uint64_t maskValue = value(mask);
     if (maskValue == 0 || (maskValue & ~kReducedMaskBits) != 0 ||
         ((maskValue & kMaskFallbackBit) != 0 && maskValue != kMaskFallbackBit)) {
-        fail("mask " + mask +
-             " is never a reduced caps mask (bits 0..17, not empty, bit 1 only alone)");
+        fail("bad-mask",
+             "mask " + mask +
+                 " is never a reduced caps mask (bits 0..17, not empty, bit 1 only alone)");
         return;
     }
     if (mode != "-1" && (value(mode) & 0x0F00) != 0) {
-        fail("operation mode " + mode +
-             " has bits 8..11 set: the library clears them before forming the key");
+        fail("bad-operation-mode",
+             "operation mode " + mode +
+                 " has bits 8..11 set: the library clears them before forming the key");
         return;
     }
     CheckValues(group, key, rule, false, nullptr);
@@ -443,18 +494,18 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     // 0..255, or -128..-1 as a signed byte.
     const int32_t signedIndex = static_cast<int32_t>(index);
     if (index > 255 && !(signedIndex >= -128 && signedIndex < 0)) {
-        fail("sensor mode index " + key.values[0] + " does not fit in 8 bits");
+        fail("out-of-range", "sensor mode index " + key.values[0] + " does not fit in 8 bits");
     }
 }
 
 std::vector<LintFinding> Linter::Run() {
     for (const ConfigProblem& problem : m_text.problems) {
         if (problem.IsMalformed()) {
-            Add(problem.line, problem.group, "",
+            Add(MalformedRule(problem.kind), problem.line, problem.group, "",
                 HostPlatform::DescribeConfigProblem(problem) +
                     ": the configuration store refuses the whole file");
         } else {
-            Add(problem.line, problem.group, problem.key,
+            Add("duplicate-key", problem.line, problem.group, problem.key,
                 HostPlatform::DescribeConfigProblem(problem));
         }
     }
@@ -467,7 +518,7 @@ std::vector<LintFinding> Linter::Run() {
         if (rules.empty()) {
             for (const std::string& known : knownGroups) {
                 if (LikelyTypo(group.name, known) && m_text.Find(known) == nullptr) {
-                    Add(group.line, group.name, "",
+                    Add("unknown-group", group.line, group.name, "",
                         "not a group the library reads; did you mean [" + known + "]?");
                     break;
                 }
@@ -492,7 +543,7 @@ std::vector<LintFinding> Linter::Run() {
             case KeyForm::AnyKey:
                 for (const ConfigKey& key : group.keys) {
                     if (key.name.size() > kMaxFormedKey) {
-                        Add(key.line, group.name, key.name,
+                        Add("key-too-long", key.line, group.name, key.name,
                             "longer than 63 characters: the library never forms this key");
                     } else {
                         CheckValues(group, key, first, false, nullptr);
@@ -512,23 +563,6 @@ std::vector<LintFinding> Linter::Run() {
 }
 
 }  // namespace
-
-size_t EditDistance(const std::string& a, const std::string& b) {
-    std::vector<size_t> previous(b.size() + 1);
-    std::vector<size_t> current(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j) {
-        previous[j] = j;
-    }
-    for (size_t i = 1; i <= a.size(); ++i) {
-        current[0] = i;
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t substitution = previous[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
-            current[j] = std::min({previous[j] + 1, current[j - 1] + 1, substitution});
-        }
-        previous.swap(current);
-    }
-    return previous[b.size()];
-}
 
 std::string FormatFinding(const LintFinding& finding) {
     std::string text = finding.file + ":" + std::to_string(finding.line) + ": ";

@@ -14,6 +14,7 @@ struct LintFinding {
     int line = 0;
     std::string group;  // empty for a line outside any group
     std::string key;    // empty for a finding about the group
+    std::string rule;   // stable identifier of the check ("unknown-key", "out-of-range", ...)
     std::string reason;
 };
 
@@ -22,9 +23,6 @@ std::string FormatFinding(const LintFinding& finding);
 
 // Every finding of `text`, in line order; `file` names it in the findings.
 std::vector<LintFinding> LintConfiguration(const std::string& text, const std::string& file);
-
-// Edit distance (insertions, deletions, substitutions) of two names.
-size_t EditDistance(const std::string& a, const std::string& b);
 
 }  // namespace UilayerSim
 

@@ -273,7 +273,74 @@ bool Lookup(const NamedValue (&table)[N], const char* prefix, const std::string&
     return false;
 }
 
+template <size_t N>
+void AppendTable(const NamedValue (&table)[N], const char* prefix, bool withFull,
+                 std::vector<NamedNumber>* out) {
+    const size_t prefixLength = strlen(prefix);
+    for (const NamedValue& entry : table) {
+        const bool prefixed = strncmp(entry.name, prefix, prefixLength) == 0;
+        out->push_back({prefixed ? entry.name + prefixLength : entry.name, entry.value});
+        if (withFull && prefixed && prefixLength > 0) {
+            out->push_back({entry.name, entry.value});
+        }
+    }
+}
+
+std::vector<NamedNumber> Table(NameTable table, bool withFull) {
+    std::vector<NamedNumber> out;
+    switch (table) {
+        case NameTable::Capabilities:
+            for (const CapabilityEntry& entry : kCapabilities) {
+                out.push_back({entry.name, entry.bit});
+            }
+            break;
+        case NameTable::StandardTags:
+            AppendTable(kStandardTags, "", withFull, &out);
+            break;
+        case NameTable::PixelFormats:
+            AppendTable(kPixelFormats, "HAL_PIXEL_FORMAT_", withFull, &out);
+            break;
+        case NameTable::StreamRoles:
+            for (size_t i = 0; i < std::size(kRoleNames); ++i) {
+                out.push_back({kRoleNames[i], static_cast<int64_t>(i)});
+                if (withFull) {
+                    out.push_back(
+                        {std::string("EStreamType") + kRoleNames[i], static_cast<int64_t>(i)});
+                }
+            }
+            break;
+        case NameTable::UsageBits:
+            AppendTable(kUsageBits, "GRALLOC_USAGE_", withFull, &out);
+            break;
+        case NameTable::DataSpaces:
+            AppendTable(kDataSpaces, "HAL_DATASPACE_", withFull, &out);
+            break;
+        case NameTable::StreamTypes:
+            AppendTable(kStreamTypes, "CAMERA3_STREAM_", withFull, &out);
+            break;
+        case NameTable::StreamUseCases:
+            AppendTable(kStreamUseCases, "StreamUseCase", withFull, &out);
+            break;
+        case NameTable::DynamicRangeProfiles:
+            AppendTable(kDynamicRangeProfiles, "", withFull, &out);
+            break;
+    }
+    return out;
+}
+
 }  // namespace
+
+std::vector<NamedNumber> ListNames(NameTable table) {
+    return Table(table, false);
+}
+
+std::vector<std::string> AcceptedNames(NameTable table) {
+    std::vector<std::string> names;
+    for (const NamedNumber& entry : Table(table, true)) {
+        names.push_back(entry.name);
+    }
+    return names;
+}
 
 std::string CapabilityName(uint32_t bit) {
     std::string name;

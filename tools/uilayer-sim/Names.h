@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace UilayerSim {
 
@@ -45,6 +46,30 @@ ElementType StandardTagType(uint32_t tag);
 // Element type of a vendor tag index, as the sibling camera layer defines it.
 ElementType VendorTagType(uint32_t index);
 const char* ElementTypeName(ElementType type);
+
+// The name tables above, for listings and for "did you mean".
+enum class NameTable {
+    Capabilities,
+    StandardTags,
+    PixelFormats,
+    StreamRoles,
+    UsageBits,
+    DataSpaces,
+    StreamTypes,
+    StreamUseCases,
+    DynamicRangeProfiles,
+};
+
+struct NamedNumber {
+    std::string name;
+    int64_t value;
+};
+
+// Every name of `table` with its value, in table order, short names (without
+// their common prefix); both names of the shared capability bit.
+std::vector<NamedNumber> ListNames(NameTable table);
+// Every name a lookup of `table` accepts, short and full.
+std::vector<std::string> AcceptedNames(NameTable table);
 
 }  // namespace UilayerSim
 

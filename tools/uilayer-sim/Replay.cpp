@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "AbortHandler.h"
+#include "Signals.h"
 #include "IuiLayer.h"
 #include "common/VendorTags.h"
 
@@ -34,18 +35,85 @@ constexpr int32_t kLastRole = 15;
 // Physical ids a request keeps caps for.
 constexpr uint32_t kRequestCameraCount = 8;
 
+// The capability's name; in JSON {"bit": 49, "name": "CapsVideoEIS"}.
+ReportNode CapabilityNode(uint32_t bit) {
+    ReportNode json = ReportNode::Map();
+    json.Add("bit", ReportNode::Integer(bit));
+    json.Add("name", ReportNode::Text(CapabilityName(bit)));
+    ReportNode node = ReportNode::Text(CapabilityName(bit));
+    node.WithJson(json);
+    return node;
+}
+
+// The JSON shape of answers by capability: a list of {"bit", "name",
+// "supported"}.
+ReportNode AnswersJson(const std::vector<uint32_t>& bits, const ReportNode& answers) {
+    ReportNode list = ReportNode::List();
+    for (size_t i = 0; i < bits.size() && i < answers.Entries().size(); ++i) {
+        ReportNode& item = list.Push(ReportNode::Map());
+        item.Add("bit", ReportNode::Integer(bits[i]));
+        item.Add("name", ReportNode::Text(CapabilityName(bits[i])));
+        item.Add("supported", answers.Entries()[i].second);
+    }
+    return list;
+}
+
+// A text for the user; null in JSON.
+ReportNode NoteOrNull(const char* text) {
+    ReportNode node = ReportNode::Text(text);
+    node.WithJson(ReportNode());
+    return node;
+}
+
+// What a query on a frame the library holds no record of answers, for every
+// kind of query.
+constexpr const char* kNoRecord = "no record for the frame";
+
+ReportNode CameraJson(const CameraSetup& camera) {
+    ReportNode node = ReportNode::Map();
+    node.Add("camera_id", ReportNode::Integer(camera.frameworkId));
+    node.Add("record", ReportNode::Boolean(camera.hasRecord));
+    if (!camera.hasRecord) {
+        return node;
+    }
+    node.Add("logical_id", ReportNode::Integer(camera.logicalCamId));
+    node.Add("sensor", ReportNode::Text(camera.sensorName));
+    ReportNode& physical = node.Add("physical_cameras", ReportNode::List());
+    for (const PhysicalCameraSetup& entry : camera.physicalCameras) {
+        ReportNode& item = physical.Push(ReportNode::Map());
+        item.Add("physical_id", ReportNode::Integer(entry.physicalCamId));
+        item.Add("framework_id", ReportNode::Integer(entry.frameworkId));
+        item.Add("logical_id", ReportNode::Integer(entry.logicalCamId));
+        item.Add("primary", ReportNode::Boolean(entry.isPrimary != 0));
+    }
+    return node;
+}
+
 ReportNode CapsNode(const _CapsBitset& caps) {
     ReportNode list = ReportNode::InlineList();
     for (uint32_t bit = 0; bit < kCapabilityCount; ++bit) {
         if (caps.test(bit)) {
-            list.Push(ReportNode::Text(CapabilityName(bit)));
+            list.Push(CapabilityNode(bit));
         }
     }
     return list;
 }
 
-std::string CameraLabel(uint32_t queryType) {
-    return queryType == kLogicalCamera ? "logical" : std::to_string(queryType);
+// "logical" or the physical id; a number in JSON.
+ReportNode CameraLabel(uint32_t queryType) {
+    if (queryType == kLogicalCamera) {
+        return ReportNode::Text("logical");
+    }
+    ReportNode node = ReportNode::Text(std::to_string(queryType));
+    node.WithJson(ReportNode::Integer(queryType));
+    return node;
+}
+
+// The query's name; in JSON the name of its step ("request_caps").
+ReportNode QueryName(const std::string& name) {
+    ReportNode node = ReportNode::Text(name);
+    node.WithJson(ReportNode::Text(JsonKey(name)));
+    return node;
 }
 
 ReportNode TextOrNone(const char* text) {
@@ -86,6 +154,8 @@ public:
         IuiLayer::Init(0, nullptr);
         HostPlatform::TakeCameraLog();
         HostPlatform::TakeAndroidLog();
+        // The root goes with m_root; an interrupt from now on has nothing to remove.
+        RegisterCleanupPath("");
     }
 
     ReportNode Run();
@@ -111,6 +181,9 @@ private:
     ReportNode RunQuery(const Step& step, PreparedSession* session, IuiLayer* parser);
 
     ReportNode SessionCaps(uint32_t queryType, IuiLayer* parser) const;
+    // Whether the library holds the record of request `frame`; asked with the
+    // log switches off.
+    bool HasRecord(uint32_t frame, IuiLayer* parser) const;
     ReportNode StreamNames(const std::vector<Lumora::_UIStreamInfo>* list,
                            const PreparedSession& session) const;
     ReportNode SatReport(IuiLayer* parser) const;
@@ -223,6 +296,7 @@ std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& se
 
 ReportNode Replayer::Run() {
     m_root = std::make_unique<HostKit::DeviceRoot>(m_options.siblingRoot, "uilayer-sim");
+    RegisterCleanupPath(m_root->Path());
     for (const auto& file : m_scenario.files) {
         m_root->WriteFile(file.first, file.second);
     }
@@ -251,6 +325,7 @@ ReportNode Replayer::Run() {
     ReportNode& cameras = device.Add("cameras", ReportNode::List());
     for (const CameraSetup& camera : m_scenario.cameras) {
         ReportNode& node = cameras.Push(ReportNode::Map());
+        node.WithJson(CameraJson(camera));
         node.Add("camera", ReportNode::Integer(camera.frameworkId));
         if (!camera.hasRecord) {
             node.Add("record", ReportNode::Text("none"));
@@ -317,6 +392,15 @@ ReportNode Replayer::RunSession(PreparedSession* session) {
     return report;
 }
 
+bool Replayer::HasRecord(uint32_t frame, IuiLayer* parser) const {
+    SetLogging(false);
+    // Every role has a list, maybe empty, in a record the library holds.
+    const bool held = parser->GetStreamByStreamType(
+                          frame, static_cast<Lumora::StreamType>(kFirstRole)) != nullptr;
+    SetLogging(m_options.log);
+    return held;
+}
+
 ReportNode Replayer::SessionCaps(uint32_t queryType, IuiLayer* parser) const {
     _CapsBitset caps;
     for (uint32_t bit = 0; bit < kCapabilityCount; ++bit) {
@@ -379,10 +463,10 @@ ReportNode Replayer::WarmStartReport(uint32_t physicalId, IuiLayer* parser) cons
     ReportNode node = ReportNode::Map();
     node.Add("return code",
              ReportNode::Integer(parser->GetWarmStartStateByCaps(physicalId, enable, dolState)));
-    node.Add("enable", enable == kUntouchedEnable ? ReportNode::Text("(not set)")
-                                                  : ReportNode::Integer(enable));
-    node.Add("dol state", dolState == kUntouchedState ? ReportNode::Text("(not set)")
-                                                      : ReportNode::Integer(dolState));
+    node.Add("enable",
+             enable == kUntouchedEnable ? NoteOrNull("(not set)") : ReportNode::Integer(enable));
+    node.Add("dol state",
+             dolState == kUntouchedState ? NoteOrNull("(not set)") : ReportNode::Integer(dolState));
     return node;
 }
 
@@ -418,6 +502,7 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     for (uint32_t id : physicalIds) {
         physical.Add("camera " + std::to_string(id), SessionCaps(id, parser));
     }
+    physical.WithJson(LabelledList(physical, "camera_id", true, "caps"));
 
     ReportNode& streams = report.Add("streams", ReportNode::Map());
     for (size_t i = 0; i < config->num_streams; ++i) {
@@ -429,6 +514,7 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
             node.Add("ext_stream_flags", ReportNode::Integer(stream->ext_stream_flags));
         }
     }
+    streams.WithJson(LabelledList(streams, "name", false, "role"));
     ReportNode& roles = report.Add("roles", ReportNode::Map());
     for (int32_t role = kFirstRole; role <= kLastRole; ++role) {
         const auto* list = parser->GetStreamByStreamType(static_cast<Lumora::StreamType>(role));
@@ -436,25 +522,26 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
             roles.Add(StreamRoleName(role), StreamNames(list, *session));
         }
     }
+    roles.WithJson(LabelledList(roles, "role", false, "streams"));
 
     ReportNode& written = report.Add("session parameters written", ReportNode::Map());
     camera_metadata_ro_entry_t entry = {};
     const camera_metadata_t* params = config->session_parameters;
     if (params == nullptr) {
-        written.Add("IsGenericCam", ReportNode::Text("no session parameters"));
+        written.Add("IsGenericCam", NoteOrNull("no session parameters"));
     } else {
         const bool generic =
             find_camera_metadata_ro_entry(params, HostKit::VendorTagId(Lumora::kTagIsGenericCam),
                                           &entry) == 0 &&
             entry.count > 0;
         written.Add("IsGenericCam",
-                    generic ? ReportNode::Integer(entry.data.u8[0]) : ReportNode::Text("absent"));
+                    generic ? ReportNode::Integer(entry.data.u8[0]) : NoteOrNull("absent"));
         const bool ainr =
             find_camera_metadata_ro_entry(
                 params, HostKit::VendorTagId(Lumora::kTagSupportedAINRType), &entry) == 0 &&
             entry.count > 0;
         written.Add("SupportedAINRType",
-                    ainr ? ReportNode::Integer(entry.data.i32[0]) : ReportNode::Text("absent"));
+                    ainr ? ReportNode::Integer(entry.data.i32[0]) : NoteOrNull("absent"));
     }
 
     report.Add("SAT", SatReport(parser));
@@ -466,14 +553,22 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
         compact.Add("dol state", *state.Find("dol state"));
         warmStart.Add("camera " + std::to_string(id), compact);
     }
+    warmStart.WithJson(LabelledList(warmStart, "camera_id", true, "state"));
     const Lumora::_SensorDimension* dimensions = parser->GetSensorDimension();
     ReportNode& sizes = report.Add("sensor dimensions", ReportNode::Map());
+    ReportNode sizeRows = ReportNode::List();
     for (size_t i = 0; dimensions != nullptr && i < physicalIds.size(); ++i) {
         sizes.Add("row " + std::to_string(i),
                   ReportNode::Text("camera " + std::to_string(dimensions[i].physicalCamId) + ", " +
                                    std::to_string(dimensions[i].width) + "x" +
                                    std::to_string(dimensions[i].height)));
+        ReportNode& row = sizeRows.Push(ReportNode::Map());
+        row.Add("row", ReportNode::Integer(static_cast<int64_t>(i)));
+        row.Add("camera_id", ReportNode::Integer(dimensions[i].physicalCamId));
+        row.Add("width", ReportNode::Integer(dimensions[i].width));
+        row.Add("height", ReportNode::Integer(dimensions[i].height));
     }
+    sizes.WithJson(sizeRows);
     report.Add("star mode AE", StarModeReport(parser));
     report.Add("video stabilization mode", ReportNode::Integer(parser->GetVideoStabMode()));
     report.Add("disable AE precapture",
@@ -495,6 +590,7 @@ ReportNode Replayer::RequestReport(uint32_t frame, const SessionSetup& setup,
                             frame, static_cast<Lumora::QueryCapsType>(id))));
         }
     }
+    cameras.WithJson(LabelledList(cameras, "camera_id", true, "caps"));
     ReportNode& streams = report.Add("streams", ReportNode::Map());
     for (int32_t role = kFirstRole; role <= kLastRole; ++role) {
         const auto* list =
@@ -503,6 +599,7 @@ ReportNode Replayer::RequestReport(uint32_t frame, const SessionSetup& setup,
             streams.Add(StreamRoleName(role), StreamNames(list, *session));
         }
     }
+    streams.WithJson(LabelledList(streams, "role", false, "streams"));
     return report;
 }
 
@@ -584,8 +681,13 @@ ReportNode Replayer::RunRepeat(PreparedStep* prepared, IuiLayer* parser) {
     }
     ReportNode report = ReportNode::Map();
     report.Add("repeat", ReportNode::Integer(step.count));
-    report.Add("frames", ReportNode::Text(std::to_string(step.request.frame) + ".." +
-                                          std::to_string(step.request.frame + step.count - 1)));
+    ReportNode& frames =
+        report.Add("frames", ReportNode::Text(std::to_string(step.request.frame) + ".." +
+                                              std::to_string(step.request.frame + step.count - 1)));
+    ReportNode range = ReportNode::Map();
+    range.Add("first", ReportNode::Integer(step.request.frame));
+    range.Add("last", ReportNode::Integer(int64_t{step.request.frame} + step.count - 1));
+    frames.WithJson(range);
     if (result != nullptr) {
         report.Add("results", ReportNode::Integer(step.count));
     }
@@ -593,6 +695,7 @@ ReportNode Replayer::RunRepeat(PreparedStep* prepared, IuiLayer* parser) {
     for (const auto& status : statuses) {
         codes.Add(std::to_string(status.first), ReportNode::Integer(status.second));
     }
+    codes.WithJson(LabelledList(codes, "return_code", true, "requests"));
     ReportNode& primary = report.Add("primary caps", ReportNode::List());
     for (const auto& variant : variants) {
         ReportNode& node = primary.Push(ReportNode::Map());
@@ -612,19 +715,20 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
     const auto queryType = static_cast<Lumora::QueryCapsType>(step.camera);
     switch (step.kind) {
         case StepKind::SessionCaps: {
-            report.Add("query", ReportNode::Text("session caps"));
-            report.Add("camera", ReportNode::Text(CameraLabel(step.camera)));
+            report.Add("query", QueryName("session caps"));
+            report.Add("camera", CameraLabel(step.camera));
             ReportNode& answers = report.Add("answers", ReportNode::Map());
             for (uint32_t bit : step.caps) {
                 answers.Add(CapabilityName(bit),
                             ReportNode::Boolean(parser->IsSessionSupportCaps(
                                 static_cast<Lumora::DesiredSupportCaps>(bit), queryType)));
             }
+            answers.WithJson(AnswersJson(step.caps, answers));
             break;
         }
         case StepKind::CapsMask: {
-            report.Add("query", ReportNode::Text("caps mask"));
-            report.Add("camera", ReportNode::Text(CameraLabel(step.camera)));
+            report.Add("query", QueryName("caps mask"));
+            report.Add("camera", CameraLabel(step.camera));
             _CapsBitset mask;
             report.Add("return code",
                        ReportNode::Integer(parser->GetStaticCapsMask(queryType, mask)));
@@ -632,23 +736,22 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
             break;
         }
         case StepKind::Streams: {
-            report.Add("query", ReportNode::Text("streams"));
+            report.Add("query", QueryName("streams"));
             report.Add("role", ReportNode::Text(StreamRoleName(step.role)));
             const auto role = static_cast<Lumora::StreamType>(step.role);
             if (step.hasFrame) {
                 report.Add("frame", ReportNode::Integer(step.frame));
                 const auto* list = parser->GetStreamByStreamType(step.frame, role);
-                report.Add("streams", list != nullptr
-                                          ? StreamNames(list, *session)
-                                          : ReportNode::Text("no record for the frame"));
+                report.Add("streams", list != nullptr ? StreamNames(list, *session)
+                                                      : ReportNode::Text(kNoRecord));
             } else {
                 report.Add("streams", StreamNames(parser->GetStreamByStreamType(role), *session));
             }
             break;
         }
         case StepKind::SensorMode: {
-            report.Add("query", ReportNode::Text("sensor mode"));
-            report.Add("camera", ReportNode::Text(CameraLabel(step.camera)));
+            report.Add("query", QueryName("sensor mode"));
+            report.Add("camera", CameraLabel(step.camera));
             _CapsBitset caps;
             if (step.capsSource == CapsSource::List) {
                 for (uint32_t bit : step.caps) {
@@ -661,7 +764,9 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
                 report.Add("from session", ReportNode::Boolean(true));
                 parser->GetStaticCapsMask(queryType, caps);
             }
-            report.Add("caps", CapsNode(caps));
+            const bool noRecord =
+                step.capsSource == CapsSource::Request && !HasRecord(step.frame, parser);
+            report.Add("caps", noRecord ? ReportNode::Text(kNoRecord) : CapsNode(caps));
             signed char index = -1;
             report.Add("return code", ReportNode::Integer(parser->GetSensorModeIndexByCaps(
                                           caps, queryType, index)));
@@ -669,24 +774,26 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
             break;
         }
         case StepKind::TuningMode: {
-            report.Add("query", ReportNode::Text("tuning mode"));
+            report.Add("query", QueryName("tuning mode"));
             report.Add("frame", ReportNode::Integer(step.frame));
             report.Add("table", ReportNode::Integer(step.tuningType));
             const unsigned int mode = parser->GetOriginalRequestTuningMode(
                 step.frame, static_cast<Lumora::QueryTuningType>(step.tuningType));
-            report.Add("tuning mode", ReportNode::Integer(static_cast<int32_t>(mode)));
+            report.Add("tuning mode", HasRecord(step.frame, parser)
+                                          ? ReportNode::Integer(static_cast<int32_t>(mode))
+                                          : ReportNode::Text(kNoRecord));
             break;
         }
         case StepKind::Pipeline:
-            report.Add("query", ReportNode::Text("pipeline"));
+            report.Add("query", QueryName("pipeline"));
             report.Add("pipeline", TextOrNone(parser->GetPipelineName()));
             break;
         case StepKind::Sat:
-            report.Add("query", ReportNode::Text("SAT"));
+            report.Add("query", QueryName("SAT"));
             report.Add("SAT", SatReport(parser));
             break;
         case StepKind::WarmStart: {
-            report.Add("query", ReportNode::Text("warm start"));
+            report.Add("query", QueryName("warm start"));
             report.Add("camera", ReportNode::Integer(step.camera));
             ReportNode state = WarmStartReport(step.camera, parser);
             for (const auto& entry : state.Entries()) {
@@ -695,11 +802,11 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
             break;
         }
         case StepKind::StarModeAe:
-            report.Add("query", ReportNode::Text("star mode AE"));
+            report.Add("query", QueryName("star mode AE"));
             report.Add("star mode AE", StarModeReport(parser));
             break;
         case StepKind::RemapZoomRatio: {
-            report.Add("query", ReportNode::Text("remap zoom ratio"));
+            report.Add("query", QueryName("remap zoom ratio"));
             report.Add("sensor", ReportNode::Text(step.sensor));
             std::vector<char> name(step.sensor.begin(), step.sensor.end());
             name.push_back('\0');
@@ -708,10 +815,12 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
             break;
         }
         case StepKind::RequestCaps: {
-            report.Add("query", ReportNode::Text("request caps"));
+            report.Add("query", QueryName("request caps"));
             report.Add("frame", ReportNode::Integer(step.frame));
-            report.Add("camera", ReportNode::Text(CameraLabel(step.camera)));
-            report.Add("caps", CapsNode(parser->GetRequestSupportCaps(step.frame, queryType)));
+            report.Add("camera", CameraLabel(step.camera));
+            const _CapsBitset caps = parser->GetRequestSupportCaps(step.frame, queryType);
+            report.Add("caps", HasRecord(step.frame, parser) ? CapsNode(caps)
+                                                             : ReportNode::Text(kNoRecord));
             if (!step.caps.empty()) {
                 ReportNode& answers = report.Add("answers", ReportNode::Map());
                 for (uint32_t bit : step.caps) {
@@ -720,6 +829,7 @@ ReportNode Replayer::RunQuery(const Step& step, PreparedSession* session, IuiLay
                         ReportNode::Boolean(parser->IsRequestSupportCaps(
                             step.frame, static_cast<Lumora::DesiredSupportCaps>(bit), queryType)));
                 }
+                answers.WithJson(AnswersJson(step.caps, answers));
             }
             break;
         }

@@ -3,6 +3,7 @@
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 namespace UilayerSim {
 
@@ -23,7 +24,12 @@ ReportNode ReportNode::Integer(int64_t value) {
 ReportNode ReportNode::Hex(uint64_t value) {
     char text[24];
     snprintf(text, sizeof(text), "0x%" PRIX64, value);
-    return Text(text);
+    ReportNode node = Text(text);
+    ReportNode number;
+    number.m_kind = Kind::Integer;
+    number.m_text = std::to_string(value);
+    node.WithJson(number);
+    return node;
 }
 
 ReportNode ReportNode::Boolean(bool value) {
@@ -71,6 +77,11 @@ ReportNode& ReportNode::Add(const std::string& key, ReportNode value) {
 ReportNode& ReportNode::Push(ReportNode value) {
     m_items.push_back(std::move(value));
     return m_items.back();
+}
+
+ReportNode& ReportNode::WithJson(ReportNode json) {
+    m_json = std::make_shared<const ReportNode>(std::move(json));
+    return *this;
 }
 
 const ReportNode* ReportNode::Find(const std::string& key) const {
@@ -175,7 +186,41 @@ void WriteJsonScalar(const ReportNode& node, std::string* out) {
     }
 }
 
+// On one line: the items of an inline list.
+void WriteCompactJson(const ReportNode& node, std::string* out) {
+    if (node.Json() != nullptr) {
+        WriteCompactJson(*node.Json(), out);
+        return;
+    }
+    if (node.GetKind() == ReportNode::Kind::Map) {
+        *out += "{";
+        bool first = true;
+        for (const auto& entry : node.Entries()) {
+            *out += first ? "" : ", ";
+            first = false;
+            *out += JsonQuote(JsonKey(entry.first)) + ": ";
+            WriteCompactJson(entry.second, out);
+        }
+        *out += "}";
+    } else if (node.GetKind() == ReportNode::Kind::List) {
+        *out += "[";
+        bool first = true;
+        for (const ReportNode& item : node.Items()) {
+            *out += first ? "" : ", ";
+            first = false;
+            WriteCompactJson(item, out);
+        }
+        *out += "]";
+    } else {
+        WriteJsonScalar(node, out);
+    }
+}
+
 void WriteJson(const ReportNode& node, int indent, std::string* out) {
+    if (node.Json() != nullptr) {
+        WriteJson(*node.Json(), indent, out);
+        return;
+    }
     const std::string pad(static_cast<size_t>(indent + 2), ' ');
     const std::string closePad(static_cast<size_t>(indent), ' ');
     if (node.GetKind() == ReportNode::Kind::Map) {
@@ -188,7 +233,7 @@ void WriteJson(const ReportNode& node, int indent, std::string* out) {
         for (const auto& entry : node.Entries()) {
             *out += first ? "" : ",\n";
             first = false;
-            *out += pad + JsonQuote(entry.first) + ": ";
+            *out += pad + JsonQuote(JsonKey(entry.first)) + ": ";
             WriteJson(entry.second, indent + 2, out);
         }
         *out += "\n" + closePad + "}";
@@ -198,14 +243,7 @@ void WriteJson(const ReportNode& node, int indent, std::string* out) {
             return;
         }
         if (node.IsInline()) {
-            *out += "[";
-            bool first = true;
-            for (const ReportNode& item : node.Items()) {
-                *out += first ? "" : ", ";
-                first = false;
-                WriteJson(item, indent, out);
-            }
-            *out += "]";
+            WriteCompactJson(node, out);
             return;
         }
         *out += "[\n";
@@ -273,6 +311,55 @@ std::string JsonQuote(const std::string& text) {
     }
     out += "\"";
     return out;
+}
+
+std::string JsonKey(const std::string& key) {
+    auto upper = [](char c) { return c >= 'A' && c <= 'Z'; };
+    auto lowerOrDigit = [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); };
+    std::string out;
+    for (size_t i = 0; i < key.size(); ++i) {
+        const char c = key[i];
+        if (c == ' ' || c == '-') {
+            out += '_';
+        } else if (upper(c)) {
+            const bool afterLower = i > 0 && lowerOrDigit(key[i - 1]);
+            const bool endsAcronym =
+                i > 0 && upper(key[i - 1]) && i + 1 < key.size() && lowerOrDigit(key[i + 1]);
+            if ((afterLower || endsAcronym) && !out.empty() && out.back() != '_') {
+                out += '_';
+            }
+            out += static_cast<char>(c - 'A' + 'a');
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+ReportNode LabelledList(const ReportNode& map, const char* labelKey, bool numeric,
+                        const char* valueKey) {
+    ReportNode list = ReportNode::List();
+    for (const auto& entry : map.Entries()) {
+        ReportNode& item = list.Push(ReportNode::Map());
+        const std::string& label = entry.first;
+        if (numeric) {
+            const size_t space = label.rfind(' ');
+            item.Add(labelKey, ReportNode::Integer(strtoll(
+                                   label.c_str() + (space == std::string::npos ? 0 : space + 1),
+                                   nullptr, 10)));
+        } else {
+            item.Add(labelKey, ReportNode::Text(label));
+        }
+        const ReportNode& value = entry.second;
+        if (value.GetKind() == ReportNode::Kind::Map && value.Json() == nullptr) {
+            for (const auto& field : value.Entries()) {
+                item.Add(field.first, field.second);
+            }
+        } else {
+            item.Add(valueKey, value);
+        }
+    }
+    return list;
 }
 
 }  // namespace UilayerSim

@@ -2,19 +2,24 @@
 
 #include <cutils/properties.h>
 #include <system/camera_metadata.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <cstdlib>
-#include <fstream>
 #include <initializer_list>
 #include <set>
-#include <sstream>
 
 #include <HostConfigText.h>
 #include <HostConfigValues.h>
+
+#include "NumberText.h"
+#include "Suggest.h"
 
 namespace UilayerSim {
 
@@ -70,6 +75,8 @@ std::string BaseName(const std::string& path) {
 // Reading state of one session: its stream names and the frames seen so far.
 struct SessionState {
     std::vector<std::string> streamNames;
+    // Physical ids of the device's cameras: the cameras a query can name.
+    std::set<uint32_t> cameraIds;
     uint32_t nextFrame = 0;
 };
 
@@ -146,10 +153,10 @@ private:
                     int64_t max) const {
         const std::string text = Text(node, field);
         int64_t value = 0;
-        if (!ParseIntegerText(text, &value)) {
+        if (!ParseIntegerText(text, &value) && !IsIntegerSyntax(text)) {
             Fail(node, field, "\"" + text + "\" is not an integer");
         }
-        if (value < min || value > max) {
+        if (!ParseIntegerText(text, &value) || value < min || value > max) {
             Fail(node, field,
                  text + " is out of range (" + std::to_string(min) + ".." + std::to_string(max) +
                      ")");
@@ -193,14 +200,15 @@ private:
     // An integer, or a name that `lookup` knows.
     int64_t Named(const YAML::Node& node, const std::string& field,
                   bool (*lookup)(const std::string&, int64_t*), const char* what, int64_t min,
-                  int64_t max) const {
+                  int64_t max, const std::vector<std::string>& known = {}) const {
         const std::string text = Text(node, field);
         int64_t value = 0;
         if (lookup(text, &value)) {
             return value;
         }
         if (!ParseIntegerText(text, &value)) {
-            Fail(node, field, "unknown " + std::string(what) + " \"" + text + "\"");
+            Fail(node, field,
+                 "unknown " + std::string(what) + " \"" + text + "\"" + DidYouMean(text, known));
         }
         return Integer(node, field, min, max);
     }
@@ -220,7 +228,9 @@ private:
         }
         int64_t value = 0;
         if (!ParseIntegerText(text, &value)) {
-            Fail(node, field, "unknown capability \"" + text + "\"");
+            Fail(node, field,
+                 "unknown capability \"" + text + "\"" +
+                     DidYouMean(text, AcceptedNames(NameTable::Capabilities)));
         }
         if (value < 0 || value > 99) {
             Fail(node, field,
@@ -244,7 +254,8 @@ private:
     }
 
     // "logical" or a query type number; `max` limits the physical ids.
-    uint32_t QueryCamera(const YAML::Node& parent, const std::string& field, uint32_t max) const {
+    uint32_t QueryCamera(const YAML::Node& parent, const std::string& field, uint32_t max,
+                         const SessionState& state) const {
         const YAML::Node node = parent["camera"];
         if (!node.IsDefined()) {
             return kLogicalCamera;
@@ -253,7 +264,22 @@ private:
         if (Text(node, name) == "logical") {
             return kLogicalCamera;
         }
-        return static_cast<uint32_t>(Integer(node, name, 0, max));
+        const auto id = static_cast<uint32_t>(Integer(node, name, 0, UINT32_MAX));
+        CheckCameraId(node, name, id, state);
+        if (id > max) {
+            Fail(node, name,
+                 "camera " + std::to_string(id) + " is outside 0.." + std::to_string(max) +
+                     " for this query");
+        }
+        return id;
+    }
+
+    // A physical camera id a query names must be one of the device's.
+    void CheckCameraId(const YAML::Node& node, const std::string& field, uint32_t id,
+                       const SessionState& state) const {
+        if (state.cameraIds.count(id) == 0) {
+            Fail(node, field, "no camera " + std::to_string(id) + " in the device");
+        }
     }
 
     static bool StreamRoleLookup(const std::string& name, int64_t* value) {
@@ -310,8 +336,9 @@ Scenario Reader::Read(const YAML::Node& root) {
         // The device in a file of its own, shared by several scenarios.
         const std::string path = Resolve(device.Scalar());
         std::string text;
-        if (!ReadWholeFile(path, &text)) {
-            Fail(device, "device", "cannot read \"" + path + "\"");
+        std::string reason;
+        if (!ReadWholeFile(path, &text, &reason)) {
+            Fail(device, "device", "cannot read \"" + path + "\": " + reason);
         }
         YAML::Node deviceRoot;
         try {
@@ -461,8 +488,9 @@ void Reader::ReadConfiguration(const YAML::Node& root, Scenario* scenario) {
     if (file.IsDefined()) {
         scenario->configName = Text(file, "config");
         configFile = Resolve(scenario->configName);
-        if (!ReadWholeFile(configFile, &scenario->configText)) {
-            Fail(file, "config", "cannot read \"" + configFile + "\"");
+        std::string reason;
+        if (!ReadWholeFile(configFile, &scenario->configText, &reason)) {
+            Fail(file, "config", "cannot read \"" + configFile + "\": " + reason);
         }
     } else if (inlineText.IsDefined()) {
         scenario->configName = "inline";
@@ -576,6 +604,11 @@ SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& fiel
     }
 
     SessionState state;
+    for (const CameraSetup& camera : scenario.cameras) {
+        for (const PhysicalCameraSetup& physical : camera.physicalCameras) {
+            state.cameraIds.insert(physical.physicalCamId);
+        }
+    }
     const std::string streamsName = Path(field, "streams");
     const YAML::Node streams = Sequence(Required(node, "streams", field), streamsName);
     if (streams.size() == 0) {
@@ -613,13 +646,14 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
     }
     if (node["stream_type"].IsDefined()) {
         stream.streamType = static_cast<int>(Named(node["stream_type"], Path(field, "stream_type"),
-                                                   StreamTypeByName, "stream type", 0, 2));
+                                                   StreamTypeByName, "stream type", 0, 2,
+                                                   AcceptedNames(NameTable::StreamTypes)));
     }
     stream.width = Unsigned32(Required(node, "width", field), Path(field, "width"));
     stream.height = Unsigned32(Required(node, "height", field), Path(field, "height"));
-    stream.format =
-        static_cast<int>(Named(Required(node, "format", field), Path(field, "format"),
-                               PixelFormatByName, "pixel format", INT32_MIN, INT32_MAX));
+    stream.format = static_cast<int>(Named(Required(node, "format", field), Path(field, "format"),
+                                           PixelFormatByName, "pixel format", INT32_MIN, INT32_MAX,
+                                           AcceptedNames(NameTable::PixelFormats)));
     if (node["usage"].IsDefined()) {
         // A number, a name, or a list of names and numbers that are OR'ed.
         const YAML::Node usage = node["usage"];
@@ -627,19 +661,20 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
         uint64_t bits = 0;
         if (usage.IsSequence()) {
             for (size_t i = 0; i < usage.size(); ++i) {
-                bits |= static_cast<uint64_t>(
-                    Named(usage[i], Index(name, i), UsageBitByName, "usage bit", 0, UINT32_MAX));
+                bits |= static_cast<uint64_t>(Named(usage[i], Index(name, i), UsageBitByName,
+                                                    "usage bit", 0, UINT32_MAX,
+                                                    AcceptedNames(NameTable::UsageBits)));
             }
         } else {
-            bits = static_cast<uint64_t>(
-                Named(usage, name, UsageBitByName, "usage bit", 0, UINT32_MAX));
+            bits = static_cast<uint64_t>(Named(usage, name, UsageBitByName, "usage bit", 0,
+                                               UINT32_MAX, AcceptedNames(NameTable::UsageBits)));
         }
         stream.usage = static_cast<uint32_t>(bits);
     }
     if (node["data_space"].IsDefined()) {
-        stream.dataSpace =
-            static_cast<int32_t>(Named(node["data_space"], Path(field, "data_space"),
-                                       DataSpaceByName, "data space", INT32_MIN, UINT32_MAX));
+        stream.dataSpace = static_cast<int32_t>(
+            Named(node["data_space"], Path(field, "data_space"), DataSpaceByName, "data space",
+                  INT32_MIN, UINT32_MAX, AcceptedNames(NameTable::DataSpaces)));
     }
     if (node["physical_camera_id"].IsDefined()) {
         const YAML::Node id = node["physical_camera_id"];
@@ -651,7 +686,8 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
     }
     if (node["stream_use_case"].IsDefined()) {
         stream.useCase = Named(node["stream_use_case"], Path(field, "stream_use_case"),
-                               StreamUseCaseByName, "stream use case", INT64_MIN, INT64_MAX);
+                               StreamUseCaseByName, "stream use case", INT64_MIN, INT64_MAX,
+                               AcceptedNames(NameTable::StreamUseCases));
     }
     if (node["ext_stream_mode"].IsDefined()) {
         stream.extMode = Unsigned32(node["ext_stream_mode"], Path(field, "ext_stream_mode"));
@@ -659,7 +695,8 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
     if (node["dynamic_range_profile"].IsDefined()) {
         stream.dynamicRangeProfile =
             Named(node["dynamic_range_profile"], Path(field, "dynamic_range_profile"),
-                  DynamicRangeProfileByName, "dynamic range profile", INT64_MIN, INT64_MAX);
+                  DynamicRangeProfileByName, "dynamic range profile", INT64_MIN, INT64_MAX,
+                  AcceptedNames(NameTable::DynamicRangeProfiles));
     }
     return stream;
 }
@@ -700,7 +737,9 @@ TagValue Reader::ReadTag(const YAML::Node& node, const std::string& field) {
         int64_t number = 0;
         if (!StandardTagByName(text, &tag.tag)) {
             if (!ParseIntegerText(text, &number) || number < 0 || number > UINT32_MAX) {
-                Fail(name, Path(field, "tag"), "unknown standard tag \"" + text + "\"");
+                Fail(name, Path(field, "tag"),
+                     "unknown standard tag \"" + text + "\"" +
+                         DidYouMean(text, AcceptedNames(NameTable::StandardTags)));
             }
             tag.tag = static_cast<uint32_t>(number);
         }
@@ -959,21 +998,21 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         requireBody();
         step.kind = StepKind::SessionCaps;
         CheckFields(body, bodyName, {"camera", "caps"});
-        step.camera = QueryCamera(body, bodyName, 255);
+        step.camera = QueryCamera(body, bodyName, 255, *state);
         step.caps = Capabilities(Required(body, "caps", bodyName), Path(bodyName, "caps"));
     } else if (kind == "caps_mask") {
         step.kind = StepKind::CapsMask;
         if (hasBody) {
             CheckFields(body, bodyName, {"camera"});
-            step.camera = QueryCamera(body, bodyName, 255);
+            step.camera = QueryCamera(body, bodyName, 255, *state);
         }
     } else if (kind == "streams") {
         requireBody();
         step.kind = StepKind::Streams;
         CheckFields(body, bodyName, {"role", "frame"});
-        step.role =
-            static_cast<int32_t>(Named(Required(body, "role", bodyName), Path(bodyName, "role"),
-                                       StreamRoleLookup, "stream role", 0, 15));
+        step.role = static_cast<int32_t>(
+            Named(Required(body, "role", bodyName), Path(bodyName, "role"), StreamRoleLookup,
+                  "stream role", 0, 15, AcceptedNames(NameTable::StreamRoles)));
         if (body["frame"].IsDefined()) {
             step.hasFrame = true;
             step.frame = Unsigned32(body["frame"], Path(bodyName, "frame"));
@@ -982,7 +1021,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         requireBody();
         step.kind = StepKind::SensorMode;
         CheckFields(body, bodyName, {"camera", "caps", "request", "session"});
-        step.camera = QueryCamera(body, bodyName, 255);
+        step.camera = QueryCamera(body, bodyName, 255, *state);
         const int sources = (body["caps"].IsDefined() ? 1 : 0) +
                             (body["request"].IsDefined() ? 1 : 0) +
                             (body["session"].IsDefined() ? 1 : 0);
@@ -1028,6 +1067,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         step.kind = StepKind::WarmStart;
         CheckFields(body, bodyName, {"camera"});
         step.camera = Unsigned32(Required(body, "camera", bodyName), Path(bodyName, "camera"));
+        CheckCameraId(body["camera"], Path(bodyName, "camera"), step.camera, *state);
     } else if (kind == "remap_zoom_ratio") {
         requireBody();
         step.kind = StepKind::RemapZoomRatio;
@@ -1042,7 +1082,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         CheckFields(body, bodyName, {"frame", "camera", "caps"});
         step.hasFrame = true;
         step.frame = Unsigned32(Required(body, "frame", bodyName), Path(bodyName, "frame"));
-        step.camera = QueryCamera(body, bodyName, 7);
+        step.camera = QueryCamera(body, bodyName, 7, *state);
         if (body["caps"].IsDefined()) {
             step.caps = Capabilities(body["caps"], Path(bodyName, "caps"));
         }
@@ -1054,6 +1094,12 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
                  "remap_zoom_ratio or request_caps");
     }
     return step;
+}
+
+void SetReason(std::string* reason, const char* text) {
+    if (reason != nullptr) {
+        *reason = text;
+    }
 }
 
 }  // namespace
@@ -1102,17 +1148,39 @@ ScenarioError::ScenarioError(const std::string& file, int line, const std::strin
       m_field(field),
       m_reason(reason) {}
 
-bool ReadWholeFile(const std::string& path, std::string* text) {
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream) {
+bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason) {
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat info = {};
+    if (fd < 0 || fstat(fd, &info) != 0) {
+        SetReason(reason, strerror(errno));
+        if (fd >= 0) {
+            close(fd);
+        }
         return false;
     }
-    std::ostringstream content;
-    content << stream.rdbuf();
-    if (stream.bad()) {
+    if (S_ISDIR(info.st_mode)) {
+        close(fd);
+        SetReason(reason, strerror(EISDIR));
         return false;
     }
-    *text = content.str();
+    text->clear();
+    char buffer[65536];
+    for (;;) {
+        const ssize_t count = read(fd, buffer, sizeof(buffer));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            SetReason(reason, strerror(errno));
+            close(fd);
+            return false;
+        }
+        if (count == 0) {
+            break;
+        }
+        text->append(buffer, static_cast<size_t>(count));
+    }
+    close(fd);
     return true;
 }
 
@@ -1141,8 +1209,9 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path) {
 
 Scenario ReadScenarioFile(const std::string& path) {
     std::string text;
-    if (!ReadWholeFile(path, &text)) {
-        throw ScenarioError(path, 0, "", "cannot read the file");
+    std::string reason;
+    if (!ReadWholeFile(path, &text, &reason)) {
+        throw ScenarioError(path, 0, "", reason);
     }
     return ReadScenarioText(text, path);
 }

@@ -34,8 +34,9 @@ Scenario ReadScenarioFile(const std::string& path);
 // a relative configuration path.
 Scenario ReadScenarioText(const std::string& text, const std::string& path);
 
-// Reads a whole file; false when it cannot be read.
-bool ReadWholeFile(const std::string& path, std::string* text);
+// Reads a whole file; false when it cannot be read, with the system's reason
+// ("No such file or directory", "Is a directory") in `reason` when given.
+bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason = nullptr);
 
 }  // namespace UilayerSim
 

@@ -1,98 +1,79 @@
 // uilayer-sim: replays a camera session against the library, or checks a
-// hardware configuration file against what the library reads.
-//
-//   uilayer-sim SCENARIO [--json] [--log]
-//   uilayer-sim lint CONFIG
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <exception>
+// hardware configuration file against what the library reads. The
+// subcommands, their options and their help are the table below.
+#include <cstdint>
 #include <string>
 #include <vector>
 
-#include "AbortHandler.h"
-#include "Lint.h"
-#include "Replay.h"
-#include "ScenarioReader.h"
+#include "Cli.h"
+#include "Commands.h"
 
 namespace {
 
-constexpr int kUsageError = 2;
-constexpr int kScenarioError = 2;
-constexpr int kSetupError = 3;
+using UilayerSim::Subcommand;
 
-int Usage() {
-    fprintf(stderr,
-            "usage: uilayer-sim SCENARIO [--json] [--log]\n"
-            "       uilayer-sim lint CONFIG\n");
-    return kUsageError;
-}
+constexpr const char* kAbout =
+    "Replays camera sessions against the library and prints every decision by name,\n"
+    "or checks hardware configuration files against what the library reads.\n"
+    "\n"
+    "exit status:\n"
+    "  0  replay done, configuration clean, help or list shown\n"
+    "  1  lint: there are findings\n"
+    "  2  bad command line, unreadable file, or a mistake in the scenario\n"
+    "  3  the device could not be set up\n"
+    "  killed by SIGABRT (134 in a shell) when the library aborts the process";
 
-int Lint(const std::string& path) {
-    std::string text;
-    if (!UilayerSim::ReadWholeFile(path, &text)) {
-        fprintf(stderr, "uilayer-sim: cannot read %s\n", path.c_str());
-        return kUsageError;
-    }
-    const size_t slash = path.rfind('/');
-    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    const std::vector<UilayerSim::LintFinding> findings = UilayerSim::LintConfiguration(text, name);
-    for (const UilayerSim::LintFinding& finding : findings) {
-        printf("%s\n", UilayerSim::FormatFinding(finding).c_str());
-    }
-    return findings.empty() ? 0 : 1;
-}
-
-int Replay(const std::string& path, bool json, bool log) {
-    UilayerSim::Scenario scenario;
-    try {
-        scenario = UilayerSim::ReadScenarioFile(path);
-    } catch (const UilayerSim::ScenarioError& error) {
-        fprintf(stderr, "%s\n", error.what());
-        return kScenarioError;
-    }
-    UilayerSim::ReplayOptions options;
-    options.log = log;
-    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
-    options.siblingRoot = root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
-    UilayerSim::InstallAbortHandler();
-    std::string output;
-    try {
-        const UilayerSim::ReportNode report = UilayerSim::Replay(scenario, options);
-        output = json ? UilayerSim::RenderJson(report) : UilayerSim::RenderText(report);
-    } catch (const std::exception& error) {
-        fprintf(stderr, "uilayer-sim: %s\n", error.what());
-        return kSetupError;
-    }
-    fwrite(output.data(), 1, output.size(), stdout);
-    return 0;
+const std::vector<Subcommand>& Commands() {
+    static const std::vector<Subcommand> commands = {
+        {"replay",
+         "SCENARIO",
+         "replay a scenario (the default: uilayer-sim SCENARIO)",
+         "Replays the sessions of the scenario file (YAML) against the library and prints\n"
+         "the report on standard output: text, or JSON with --json. A mistake in the\n"
+         "scenario is reported as FILE:LINE: FIELD: reason and nothing is replayed.\n"
+         "'uilayer-sim SCENARIO' is short for 'uilayer-sim replay SCENARIO'.\n"
+         "\n"
+         "exit status: 0 done, 2 bad command line, unreadable file or scenario mistake,\n"
+         "3 device set-up failed, SIGABRT when the library aborts the process.",
+         {{"--json", nullptr, "write the report as JSON (see docs/report.schema.json)"},
+          {"--log", nullptr, "show the library's log lines under each call"}},
+         1,
+         1,
+         UilayerSim::RunReplayCommand},
+        {"lint",
+         "CONFIG...",
+         "check hardware configuration files",
+         "Checks each configuration file against what the library reads and prints one\n"
+         "finding per line as FILE:LINE: [GROUP] KEY: reason, with the paths as given.\n"
+         "A run of more than four findings of one kind shows the first three, then\n"
+         "FILE:LINE: ... and N more like it.\n"
+         "\n"
+         "exit status: 0 clean, 1 findings, 2 bad command line or unreadable file.",
+         {{"--format", "text|json",
+           "text (the default), or json: an array of objects\n"
+           "                        {file, line, group, key, rule, message}, one a line"}},
+         1,
+         SIZE_MAX,
+         UilayerSim::RunLintCommand},
+        {"names",
+         "caps|tags|formats|roles",
+         "list the names a scenario may use",
+         "Lists the capability, standard tag, pixel format or stream role names a scenario\n"
+         "may use, one per line: the number (bit, tag id in hexadecimal, format or role\n"
+         "value), a tab, the name.\n"
+         "\n"
+         "exit status: 0 listed, 2 bad command line.",
+         {},
+         1,
+         1,
+         UilayerSim::RunNamesCommand},
+    };
+    return commands;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::vector<std::string> args(argv + 1, argv + argc);
-    if (args.size() == 2 && args[0] == "lint") {
-        return Lint(args[1]);
-    }
-    std::string scenario;
-    bool json = false;
-    bool log = false;
-    for (const std::string& arg : args) {
-        if (arg == "--json") {
-            json = true;
-        } else if (arg == "--log") {
-            log = true;
-        } else if (!arg.empty() && arg[0] == '-') {
-            return Usage();
-        } else if (scenario.empty()) {
-            scenario = arg;
-        } else {
-            return Usage();
-        }
-    }
-    if (scenario.empty()) {
-        return Usage();
-    }
-    return Replay(scenario, json, log);
+    const UilayerSim::Program program = {UILAYER_SIM_VERSION, kAbout, Commands()};
+    return UilayerSim::RunCommandLine(program, std::vector<std::string>(argv + 1, argv + argc));
 }

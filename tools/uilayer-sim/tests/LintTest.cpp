@@ -151,8 +151,8 @@ TEST(LintTest, ReportsValuesThatDoNotConvert) {
                   "t.conf:8: [OemRemosaicConfig] XCFA2SwitchZoomRatio: value 2 \"2,5\" is not a "
                   "float",
                   "t.conf:10: [StarMode] expTime: value 1 \"4e9\" is not a 64-bit integer",
-                  "t.conf:12: [WarmDolState] Mode[0]: value 3 \"4294967296\" is not an unsigned "
-                  "integer",
+                  "t.conf:12: [WarmDolState] Mode[0]: value 3 \"4294967296\" is out of range "
+                  "for a 32-bit integer",
               }),
               Findings("[OemDecouplePipelines]\n"
                        "isSupportLowLatency = yes\n"

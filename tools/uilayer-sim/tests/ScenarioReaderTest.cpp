@@ -195,7 +195,7 @@ TEST(ScenarioReaderTest, NamesFileLineAndFieldOfStepMistakes) {
     ExpectError(head + "      - session_caps: {caps: CapsSHRD}\n", 13,
                 "sessions[0].steps[0].session_caps.caps", "unknown capability");
     ExpectError(head + "      - request_caps: {frame: 1, camera: 9}\n", 13,
-                "sessions[0].steps[0].request_caps.camera", "out of range");
+                "sessions[0].steps[0].request_caps.camera", "no camera 9 in the device");
     ExpectError(head + "      - sensor_mode: {caps: [CapsSHDR], session: true}\n", 13,
                 "sessions[0].steps[0].sensor_mode", "exactly one of");
     ExpectError(head + "      - zoom\n", 13, "sessions[0].steps[0]", "unknown step \"zoom\"");

@@ -1,0 +1,19 @@
+// The subcommands of uilayer-sim, each run on its parsed command line and
+// returning the exit status.
+#ifndef UILAYER_SIM_COMMANDS_H
+#define UILAYER_SIM_COMMANDS_H
+
+#include "Cli.h"
+
+namespace UilayerSim {
+
+// SCENARIO [--json] [--log]
+int RunReplayCommand(const CommandLine& line);
+// [--format text|json] CONFIG...
+int RunLintCommand(const CommandLine& line);
+// caps|tags|formats|roles
+int RunNamesCommand(const CommandLine& line);
+
+}  // namespace UilayerSim
+
+#endif  // UILAYER_SIM_COMMANDS_H

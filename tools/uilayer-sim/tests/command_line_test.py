@@ -1,0 +1,201 @@
+#!/usr/bin/env python3
+"""uilayer-sim run as a user runs it: help, version, wrong command lines,
+unreadable files, lint output forms, scenario mistakes with their "did you
+mean", the "no record" answer, signals and aborts.
+
+Usage: command_line_test.py SIM EXAMPLES_DIR
+"""
+import json
+import os
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import jsonschema
+
+SIM, EXAMPLES = sys.argv[1], sys.argv[2]
+LINT_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "lint.schema.json")
+PHOTO = os.path.join(EXAMPLES, "photo.yaml")
+CONF = os.path.join(EXAMPLES, "device.conf")
+
+# A one-camera scenario; {format}, {steps} and {repeat} are filled per case.
+SCENARIO = """\
+device:
+  cameras:
+    - {{framework_id: 0, logical_id: 0, sensor: lmw50}}
+sessions:
+  - camera: 0
+    operation_mode: 0x8005
+    streams:
+      - {{name: preview, width: 1920, height: 1080, format: {format}}}
+    steps:
+      - request: {{frame: 1, buffers: [preview]}}
+{steps}
+"""
+BOKEH_ONE_PREVIEW = """\
+device: {devices}/phone.yaml
+sessions:
+  - camera: 6
+    operation_mode: 0x8010
+    streams:
+      - {{name: preview, width: 1920, height: 1080, format: IMPLEMENTATION_DEFINED}}
+      - {{name: wide, width: 1920, height: 1080, format: YCbCr_420_888, physical_camera_id: "0"}}
+"""
+
+failures = []
+checks = [0]
+
+
+def run(args, **kwargs):
+    return subprocess.run([SIM, *args], capture_output=True, text=True, check=False, **kwargs)
+
+
+def check(name, condition, detail=""):
+    checks[0] += 1
+    if not condition:
+        failures.append(f"{name}: {detail}")
+
+
+def scenario(directory, steps="", fmt="IMPLEMENTATION_DEFINED"):
+    path = os.path.join(directory, "case.yaml")
+    with open(path, "w", encoding="utf-8") as stream:
+        stream.write(SCENARIO.format(format=fmt, steps=steps))
+    return path
+
+
+def expect(name, args, status, out=None, err=None):
+    result = run(args)
+    check(name, result.returncode == status, f"exit {result.returncode}, expected {status}")
+    if out is not None:
+        check(name, re.search(out, result.stdout, re.M), f"stdout {result.stdout[:300]!r}")
+    if err is not None:
+        check(name, re.search(err, result.stderr, re.M), f"stderr {result.stderr[:300]!r}")
+    if status == 0:
+        check(name, result.stderr == "", f"stderr {result.stderr[:300]!r}")
+    return result
+
+
+def command_line_cases():
+    usage_out = r"^usage: uilayer-sim SCENARIO"
+    for args, name in ((["--help"], "--help"), (["-h"], "-h"), (["help"], "help")):
+        expect(name, args, 0, out=usage_out)
+    for sub in ("replay", "lint", "names"):
+        expect(f"{sub} --help", [sub, "--help"], 0, out=r"^usage: uilayer-sim " + sub + "|^usage: uilayer-sim SCENARIO")
+        expect(f"help {sub}", ["help", sub], 0, out=r"^usage: ")
+    expect("version", ["--version"], 0, out=r"^uilayer-sim \d+\.\d+\S*\n\Z")
+    expect("no arguments", [], 2, err=r"^uilayer-sim: no SCENARIO given\nusage: ")
+    expect("lint alone", ["lint"], 2, err=r"^uilayer-sim: no CONFIG given\nusage: uilayer-sim lint")
+    expect("option typo", ["--jsn", PHOTO], 2,
+           err=r"^uilayer-sim: unknown option '--jsn' \(did you mean '--json'\?\)")
+    expect("subcommand typo", ["lnt", CONF], 2, err=r"unknown subcommand 'lnt' \(did you mean 'lint'\?\)")
+    expect("two scenarios", [PHOTO, PHOTO], 2, err=r"unexpected argument")
+    expect("format value", ["lint", "--format", "xml", CONF], 2, err=r"--format is text or json")
+    expect("lint a directory", ["lint", "/"], 2, err=r"^uilayer-sim: /: Is a directory$")
+    expect("replay a directory", [EXAMPLES], 2, err=r"^uilayer-sim: " + re.escape(EXAMPLES) + ": Is a directory$")
+    expect("missing file", ["nothing.yaml"], 2, err=r"^uilayer-sim: nothing.yaml: No such file or directory$")
+    expect("lint missing and clean", ["lint", "nothing.conf", CONF], 2, err=r"nothing.conf: No such file")
+    expect("names caps", ["names", "caps"], 0, out=r"^49\tCapsVideoEIS$(.|\n)*^81\tCaps4x4Izoom$")
+    expect("names roles", ["names", "roles"], 0, out=r"^1\tPreview$")
+    expect("names formats", ["names", "formats"], 0, out=r"^33\tBLOB$")
+    expect("names tags", ["names", "tags"], 0, out=r"^0x[0-9A-F]+\tANDROID_CONTROL_ZOOM_RATIO$")
+    expect("names typo", ["names", "cap"], 2, err=r"no list named 'cap' \(did you mean 'caps'\?\)")
+
+
+def lint_cases(directory):
+    # A YAML file read as a configuration: one finding per line, collapsed.
+    result = expect("lint collapse", ["lint", PHOTO], 1)
+    lines = result.stdout.splitlines()
+    check("lint path as given", all(line.startswith(PHOTO + ":") for line in lines), lines[:2])
+    outside = [line for line in lines if "text outside a group" in line]
+    more = [line for line in lines if re.fullmatch(re.escape(PHOTO) + r":\d+: \.\.\. and \d+ more like it", line)]
+    check("lint collapse", len(outside) == 3 and len(more) >= 1, lines[:6])
+    conf = os.path.join(directory, "range.conf")
+    with open(conf, "w", encoding="utf-8") as stream:
+        stream.write("[StarMode]\nAEMode = 99999999999999999999\nsensitiviy = x1\n")
+    expect("lint out of range", ["lint", conf], 1,
+           out=r':2: \[StarMode\] AEMode: value 1 "99999999999999999999" is out of range for a 32-bit integer$')
+    result = expect("lint json", ["lint", "--format=json", conf, PHOTO], 1)
+    findings = json.loads(result.stdout)
+    with open(LINT_SCHEMA, encoding="utf-8") as stream:
+        errors = list(jsonschema.Draft202012Validator(json.load(stream)).iter_errors(findings))
+    check("lint json schema", not errors, errors[:1])
+    check("lint json all findings", len(findings) == 2 + len(outside) + sum(
+        int(re.search(r"and (\d+) more", line).group(1)) for line in more), len(findings))
+    first, second = findings[0], findings[1]
+    check("lint json values", (first["file"], first["line"], first["group"], first["key"], first["rule"]) ==
+          (conf, 2, "StarMode", "AEMode", "out-of-range"), first)
+    check("lint json rule", second["rule"] == "not-an-integer", second)
+    check("lint json null group", findings[-1]["group"] is None and findings[-1]["key"] is None, findings[-1])
+    expect("lint json clean", ["lint", "--format", "json", CONF], 0, out=r"^\[\]$")
+
+
+def scenario_cases(directory):
+    mistakes = [
+        ("unknown capability", "      - session_caps: {caps: [CapsVideoEis]}", "IMPLEMENTATION_DEFINED",
+         r'unknown capability "CapsVideoEis" \(did you mean "CapsVideoEIS"\?\)'),
+        ("unknown format", "", "BLBO", r'unknown pixel format "BLBO" \(did you mean "BLOB"\?\)'),
+        ("unknown role", "      - streams: {role: Preveiw}", "BLOB",
+         r'unknown stream role "Preveiw" \(did you mean "Preview"\?\)'),
+        ("unknown tag", "      - request: {frame: 2, settings: [{tag: ANDROID_CONTROL_ZOOM_RATIOS, float: 1.0}]}",
+         "BLOB", r'unknown standard tag "ANDROID_CONTROL_ZOOM_RATIOS" \(did you mean "ANDROID_CONTROL_ZOOM_RATIO"\?\)'),
+        ("query camera", "      - session_caps: {camera: 5, caps: [CapsSHDR]}", "BLOB",
+         r"^\S+case.yaml:\d+: sessions\[0\]\.steps\[1\]\.session_caps\.camera: no camera 5 in the device$"),
+        ("warm start camera", "      - warm_start: {camera: 200}", "BLOB",
+         r"warm_start\.camera: no camera 200 in the device$"),
+        ("out of range", "      - request: {frame: 99999999999999999999}", "BLOB",
+         r"frame: 99999999999999999999 is out of range \(0\.\.4294967295\)$"),
+    ]
+    for name, steps, fmt, err in mistakes:
+        expect(name, [scenario(directory, steps, fmt)], 2, err=err)
+    steps = ("      - request_caps: {frame: 9, camera: 0}\n      - streams: {role: Preview, frame: 9}\n"
+             "      - tuning_mode: {frame: 9, table: feature1}\n      - sensor_mode: {camera: 0, request: 9}")
+    result = expect("no record", [scenario(directory, steps)], 0)
+    check("no record", len(re.findall(r": no record for the frame$", result.stdout, re.M)) == 4, result.stdout)
+
+
+def signal_cases(directory):
+    steps = "      - repeat: {count: 10000000, request: {buffers: [preview]}}"
+    path = scenario(directory, steps)
+    for number in (signal.SIGINT, signal.SIGTERM):
+        tmp = tempfile.mkdtemp(dir=directory)
+        process = subprocess.Popen([SIM, path], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   env=dict(os.environ, TMPDIR=tmp))
+        deadline = time.monotonic() + 20
+        while not os.listdir(tmp) and time.monotonic() < deadline:
+            time.sleep(0.01)
+        time.sleep(0.2)
+        process.send_signal(number)
+        status = process.wait(timeout=20)
+        check(f"signal {number.name}", status == -number, f"status {status}")
+        check(f"signal {number.name} clean-up", os.listdir(tmp) == [], os.listdir(tmp))
+    devices = os.path.join(directory, "phone")
+    os.makedirs(devices, exist_ok=True)
+    with open(os.path.join(EXAMPLES, "devices", "phone.yaml"), encoding="utf-8") as source:
+        with open(os.path.join(devices, "phone.yaml"), "w", encoding="utf-8") as target:
+            target.write(source.read())
+    bokeh = os.path.join(directory, "bokeh.yaml")
+    with open(bokeh, "w", encoding="utf-8") as stream:
+        stream.write(BOKEH_ONE_PREVIEW.format(devices=devices))
+    result = run([bokeh, "--log"])
+    check("abort", result.returncode == -signal.SIGABRT, result.returncode)
+    check("abort log", re.search(r"^uilayer-sim: log: E .*\n(.|\n)*the library aborted the process during",
+                                 result.stderr, re.M), result.stderr[-400:])
+
+
+def main():
+    with tempfile.TemporaryDirectory() as directory:
+        command_line_cases()
+        lint_cases(directory)
+        scenario_cases(directory)
+        signal_cases(directory)
+    for failure in failures:
+        print(failure)
+    print(f"{checks[0] - len(failures)} passed, {len(failures)} failed")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
