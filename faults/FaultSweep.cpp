@@ -1,0 +1,286 @@
+// Fault sweep: for each bundled scenario, counts the platform calls of each
+// kind in a clean replay, then replays once per (kind, n) with exactly the
+// n-th call of that kind failing. Each faulty replay runs in a child process
+// so that a crash, a sanitizer report or a leak names its fault. The child
+// checks that the faulty session returns only documented codes, then replays
+// the scenario again cleanly in the same process: that replay must give the
+// clean report exactly, log lines included (a transient fault leaves nothing
+// behind in the registry, the parsers, the ring or the vendor tag lookup).
+//
+//   uilayer_fault_sweep [--limit N] [--verbose] [SCENARIO.yaml ...]
+//
+// --limit caps the faults per (scenario, kind): past it the calls are sampled
+// evenly, the last call always included (0 = every call).
+#include <HostFaults.h>
+#include <dirent.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "DeviceRoot.h"
+#include "IuiLayer.h"
+#include "Replay.h"
+#include "ReportChecks.h"
+#include "ScenarioReader.h"
+
+namespace {
+
+using HostPlatform::FaultKind;
+using HostPlatform::kFaultKindCount;
+
+constexpr uint64_t kDefaultLimit = 200;
+
+// What one faulty replay showed; written by the child to its pipe.
+struct RunResult {
+    bool injected = false;        // the planned call happened and failed
+    bool setupRefused = false;    // the simulator could not build the device
+    bool changed = false;         // the faulty replay's decisions differ
+    bool carriedOver = false;     // the clean replay after it differs
+    char undocumented[160] = {};  // first undocumented return code, if any
+};
+
+struct Replayed {
+    bool ok = false;
+    std::string text;       // whole report, log lines included
+    std::string decisions;  // the report without log lines
+    std::string undocumented;
+};
+
+struct Tally {
+    uint64_t runs = 0;
+    uint64_t changed = 0;
+    uint64_t setupRefused = 0;
+    uint64_t skipped = 0;
+    uint64_t failures = 0;
+};
+
+Replayed ReplayOnce(const UilayerSim::Scenario& scenario) {
+    UilayerSim::ReplayOptions options;
+    options.log = true;
+    options.siblingRoot = UILAYER_SIM_SIBLING_ROOT;
+    Replayed replayed;
+    try {
+        const UilayerSim::ReportNode report = UilayerSim::Replay(scenario, options);
+        replayed.ok = true;
+        replayed.text = UilayerSim::RenderText(report);
+        replayed.decisions = UilayerSim::RenderText(UilayerFaults::Decisions(report));
+        replayed.undocumented = UilayerFaults::UndocumentedReturnCode(report);
+    } catch (const std::exception& error) {
+        replayed.text = error.what();
+    }
+    return replayed;
+}
+
+// The calls of a kind to fail: all of them, or `limit` spread evenly.
+std::vector<uint64_t> CallsToFail(uint64_t count, uint64_t limit) {
+    std::vector<uint64_t> calls;
+    if (limit == 0 || count <= limit) {
+        for (uint64_t n = 1; n <= count; ++n) {
+            calls.push_back(n);
+        }
+        return calls;
+    }
+    for (uint64_t i = 0; i < limit; ++i) {
+        calls.push_back(1 + i * (count - 1) / (limit - 1));
+    }
+    return calls;
+}
+
+[[noreturn]] void RunChild(const UilayerSim::Scenario& scenario, const Replayed& clean,
+                           FaultKind kind, uint64_t n, int pipeFd) {
+    // As in a fresh HAL process: nothing resolved the sibling's lookup yet.
+    GetVendorTagId = nullptr;
+    HostPlatform::ClearFaults();
+    HostPlatform::FailNth(kind, n);
+    const Replayed faulty = ReplayOnce(scenario);
+    RunResult result;
+    result.injected = HostPlatform::FaultsInjected() == 1;
+    HostPlatform::ClearFaults();
+    const Replayed after = ReplayOnce(scenario);
+    result.setupRefused = !faulty.ok;
+    result.changed = !faulty.ok || faulty.decisions != clean.decisions;
+    result.carriedOver = after.text != clean.text;
+    snprintf(result.undocumented, sizeof(result.undocumented), "%s", faulty.undocumented.c_str());
+    if (write(pipeFd, &result, sizeof(result)) != static_cast<ssize_t>(sizeof(result))) {
+        _exit(EXIT_FAILURE);
+    }
+    close(pipeFd);
+    // A normal exit, so that the leak check of a sanitizer build runs.
+    exit(EXIT_SUCCESS);
+}
+
+// Runs one faulty replay in a child. Returns false when the run failed any check.
+bool RunFault(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+              uint64_t n, bool verbose, Tally* tally) {
+    const std::string label =
+        scenario.name + " " + HostPlatform::FaultKindName(kind) + " #" + std::to_string(n);
+    ++tally->runs;
+    int fds[2];
+    if (pipe(fds) != 0) {
+        ++tally->failures;
+        fprintf(stderr, "%s: no pipe\n", label.c_str());
+        return false;
+    }
+    fflush(stdout);
+    fflush(stderr);
+    const pid_t child = fork();
+    if (child == 0) {
+        close(fds[0]);
+        RunChild(scenario, clean, kind, n, fds[1]);
+    }
+    close(fds[1]);
+    RunResult result;
+    const bool reported =
+        child > 0 && read(fds[0], &result, sizeof(result)) == static_cast<ssize_t>(sizeof(result));
+    close(fds[0]);
+    int status = 0;
+    if (child > 0) {
+        waitpid(child, &status, 0);
+    }
+    if (child < 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0 || !reported) {
+        fprintf(stderr, "FAIL %s: the replay %s\n", label.c_str(),
+                WIFSIGNALED(status) ? ("died of signal " + std::to_string(WTERMSIG(status))).c_str()
+                                    : "failed a sanitizer or leak check");
+        ++tally->failures;
+        return false;
+    }
+    tally->changed += result.changed ? 1 : 0;
+    tally->setupRefused += result.setupRefused ? 1 : 0;
+    bool ok = true;
+    if (!result.injected) {
+        fprintf(stderr, "FAIL %s: the call was not reached (the replay is not deterministic)\n",
+                label.c_str());
+        ok = false;
+    }
+    if (result.undocumented[0] != '\0') {
+        fprintf(stderr, "FAIL %s: undocumented return code at %s\n", label.c_str(),
+                result.undocumented);
+        ok = false;
+    }
+    if (result.carriedOver) {
+        fprintf(stderr, "FAIL %s: the next clean replay differs from a clean run\n", label.c_str());
+        ok = false;
+    }
+    if (verbose && result.changed) {
+        printf("  changed: %s%s\n", label.c_str(),
+               result.setupRefused ? " (the simulator could not set the device up)" : "");
+    }
+    tally->failures += ok ? 0 : 1;
+    return ok;
+}
+
+std::vector<std::string> BundledScenarios() {
+    std::vector<std::string> paths;
+    DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
+    if (dir == nullptr) {
+        return paths;
+    }
+    while (const dirent* entry = readdir(dir)) {
+        const std::string name = entry->d_name;
+        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".yaml") == 0) {
+            paths.push_back(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/" + name);
+        }
+    }
+    closedir(dir);
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+// Sweeps one scenario; adds its figures to `total` and per kind to `perKind`.
+void SweepScenario(const std::string& path, uint64_t limit, bool verbose, Tally* total,
+                   std::vector<Tally>* perKind) {
+    const UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
+    HostPlatform::ClearFaults();
+    const Replayed clean = ReplayOnce(scenario);
+    const HostPlatform::FaultCounts counts = HostPlatform::CallCounts();
+    const Replayed again = ReplayOnce(scenario);
+    if (!clean.ok || again.text != clean.text || !clean.undocumented.empty()) {
+        fprintf(stderr, "FAIL %s: the clean replay %s\n", scenario.name.c_str(),
+                !clean.ok ? clean.text.c_str() : "is not repeatable or returns undocumented codes");
+        ++total->failures;
+        return;
+    }
+    printf("%s:", scenario.name.c_str());
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        const auto kind = static_cast<FaultKind>(k);
+        printf(" %s %llu", HostPlatform::FaultKindName(kind),
+               static_cast<unsigned long long>(counts[k]));
+        const std::vector<uint64_t> calls = CallsToFail(counts[k], limit);
+        Tally& tally = (*perKind)[k];
+        tally.skipped += counts[k] - calls.size();
+        for (uint64_t n : calls) {
+            RunFault(scenario, clean, kind, n, verbose, &tally);
+        }
+    }
+    printf("\n");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    uint64_t limit = kDefaultLimit;
+    bool verbose = false;
+    std::vector<std::string> paths;
+    for (int i = 1; i < argc; ++i) {
+        if (strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
+            limit = strtoull(argv[++i], nullptr, 10);
+        } else if (strcmp(argv[i], "--verbose") == 0) {
+            verbose = true;
+        } else {
+            paths.push_back(argv[i]);
+        }
+    }
+    if (paths.empty()) {
+        paths = BundledScenarios();
+    }
+    UilayerSim::InstallAbortHandler();
+    const auto start = std::chrono::steady_clock::now();
+    Tally total;  // scenario failures; the runs are added per kind below
+    std::vector<Tally> perKind(kFaultKindCount);
+    for (const std::string& path : paths) {
+        try {
+            SweepScenario(path, limit, verbose, &total, &perKind);
+        } catch (const std::exception& error) {
+            fprintf(stderr, "FAIL %s: %s\n", path.c_str(), error.what());
+            ++total.failures;
+        }
+    }
+    printf("%-20s %9s %9s %9s %9s\n", "kind", "injected", "changed", "left out", "failed");
+    uint64_t runFailures = 0;
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        const Tally& tally = perKind[k];
+        printf("%-20s %9llu %9llu %9llu %9llu\n",
+               HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
+               static_cast<unsigned long long>(tally.runs),
+               static_cast<unsigned long long>(tally.changed),
+               static_cast<unsigned long long>(tally.skipped),
+               static_cast<unsigned long long>(tally.failures));
+        total.runs += tally.runs;
+        runFailures += tally.failures;
+        total.changed += tally.changed;
+        total.setupRefused += tally.setupRefused;
+        total.skipped += tally.skipped;
+        total.failures += tally.failures;
+    }
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    printf(
+        "%llu faults injected over %zu scenarios in %.1f s; %llu changed the faulty session's "
+        "report (%llu of them before the device could be set up); %llu calls left out by the "
+        "limit\n",
+        static_cast<unsigned long long>(total.runs), paths.size(), seconds,
+        static_cast<unsigned long long>(total.changed),
+        static_cast<unsigned long long>(total.setupRefused),
+        static_cast<unsigned long long>(total.skipped));
+    printf("%llu passed, %llu failed\n", static_cast<unsigned long long>(total.runs - runFailures),
+           static_cast<unsigned long long>(total.failures));
+    return total.failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
