@@ -1,6 +1,6 @@
 // Fault sweep: for each bundled scenario, counts the platform calls of each
 // kind in a clean replay, then replays once per (kind, n) with exactly the
-// n-th call of that kind failing. Each faulty replay runs in a child process
+// n-th call of that kind failing. The faulty replays run in child processes
 // so that a crash, a sanitizer report or a leak names its fault. The child
 // checks that the faulty session returns only documented codes, then replays
 // the scenario again cleanly in the same process: that replay must give the
@@ -8,9 +8,14 @@
 // behind in the registry, the parsers, the ring or the vendor tag lookup).
 //
 //   uilayer_fault_sweep [--limit N] [--verbose] [SCENARIO.yaml ...]
+//   uilayer_fault_sweep --fail KIND N SCENARIO.yaml
 //
-// --limit caps the faults per (scenario, kind): past it the calls are sampled
-// evenly, the last call always included (0 = every call).
+// The second form replays one scenario with one fault, in this process, and
+// prints its report (to compare with the simulator's report of a clean run).
+//
+// Repeat steps keep their last kMaxRepeat requests. --limit caps the faults
+// per (scenario, kind): past it the calls are sampled evenly, the last call
+// always included (0 = every call).
 #include <HostFaults.h>
 #include <dirent.h>
 #include <sys/wait.h>
@@ -37,9 +42,13 @@ using HostPlatform::FaultKind;
 using HostPlatform::kFaultKindCount;
 
 constexpr uint64_t kDefaultLimit = 200;
+// Repeated requests beyond this many meet the same calls again, each as the
+// first ones did; the last ones are kept.
+constexpr uint32_t kMaxRepeat = 64;
 
 // What one faulty replay showed; written by the child to its pipe.
 struct RunResult {
+    uint64_t n = 0;
     bool injected = false;        // the planned call happened and failed
     bool setupRefused = false;    // the simulator could not build the device
     bool changed = false;         // the faulty replay's decisions differ
@@ -94,14 +103,15 @@ std::vector<uint64_t> CallsToFail(uint64_t count, uint64_t limit) {
     return calls;
 }
 
-[[noreturn]] void RunChild(const UilayerSim::Scenario& scenario, const Replayed& clean,
-                           FaultKind kind, uint64_t n, int pipeFd) {
+RunResult RunOne(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+                 uint64_t n) {
     // As in a fresh HAL process: nothing resolved the sibling's lookup yet.
     GetVendorTagId = nullptr;
     HostPlatform::ClearFaults();
     HostPlatform::FailNth(kind, n);
     const Replayed faulty = ReplayOnce(scenario);
     RunResult result;
+    result.n = n;
     result.injected = HostPlatform::FaultsInjected() == 1;
     HostPlatform::ClearFaults();
     const Replayed after = ReplayOnce(scenario);
@@ -109,24 +119,17 @@ std::vector<uint64_t> CallsToFail(uint64_t count, uint64_t limit) {
     result.changed = !faulty.ok || faulty.decisions != clean.decisions;
     result.carriedOver = after.text != clean.text;
     snprintf(result.undocumented, sizeof(result.undocumented), "%s", faulty.undocumented.c_str());
-    if (write(pipeFd, &result, sizeof(result)) != static_cast<ssize_t>(sizeof(result))) {
-        _exit(EXIT_FAILURE);
-    }
-    close(pipeFd);
-    // A normal exit, so that the leak check of a sanitizer build runs.
-    exit(EXIT_SUCCESS);
+    return result;
 }
 
-// Runs one faulty replay in a child. Returns false when the run failed any check.
-bool RunFault(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
-              uint64_t n, bool verbose, Tally* tally) {
-    const std::string label =
-        scenario.name + " " + HostPlatform::FaultKindName(kind) + " #" + std::to_string(n);
-    ++tally->runs;
+// Runs the faults of `calls` one after the other in one child. Returns true
+// when the child exited cleanly (no crash, sanitizer report or leak) after
+// reporting every run into `results`.
+bool RunBatch(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+              const std::vector<uint64_t>& calls, std::vector<RunResult>* results) {
+    results->clear();
     int fds[2];
     if (pipe(fds) != 0) {
-        ++tally->failures;
-        fprintf(stderr, "%s: no pipe\n", label.c_str());
         return false;
     }
     fflush(stdout);
@@ -134,24 +137,33 @@ bool RunFault(const UilayerSim::Scenario& scenario, const Replayed& clean, Fault
     const pid_t child = fork();
     if (child == 0) {
         close(fds[0]);
-        RunChild(scenario, clean, kind, n, fds[1]);
+        for (uint64_t n : calls) {
+            const RunResult result = RunOne(scenario, clean, kind, n);
+            if (write(fds[1], &result, sizeof(result)) != static_cast<ssize_t>(sizeof(result))) {
+                _exit(EXIT_FAILURE);
+            }
+        }
+        close(fds[1]);
+        // A normal exit, so that the leak check of a sanitizer build runs.
+        exit(EXIT_SUCCESS);
     }
     close(fds[1]);
     RunResult result;
-    const bool reported =
-        child > 0 && read(fds[0], &result, sizeof(result)) == static_cast<ssize_t>(sizeof(result));
+    while (child > 0 &&
+           read(fds[0], &result, sizeof(result)) == static_cast<ssize_t>(sizeof(result))) {
+        results->push_back(result);
+    }
     close(fds[0]);
     int status = 0;
-    if (child > 0) {
-        waitpid(child, &status, 0);
-    }
-    if (child < 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0 || !reported) {
-        fprintf(stderr, "FAIL %s: the replay %s\n", label.c_str(),
-                WIFSIGNALED(status) ? ("died of signal " + std::to_string(WTERMSIG(status))).c_str()
-                                    : "failed a sanitizer or leak check");
-        ++tally->failures;
+    if (child < 0 || waitpid(child, &status, 0) != child) {
         return false;
     }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 && results->size() == calls.size();
+}
+
+// Counts one run and reports what it failed. Returns false when it failed any check.
+bool Account(const std::string& label, const RunResult& result, bool verbose, Tally* tally) {
+    ++tally->runs;
     tally->changed += result.changed ? 1 : 0;
     tally->setupRefused += result.setupRefused ? 1 : 0;
     bool ok = true;
@@ -177,6 +189,31 @@ bool RunFault(const UilayerSim::Scenario& scenario, const Replayed& clean, Fault
     return ok;
 }
 
+// Runs every fault of a kind. All of them share one child; when that child
+// does not exit cleanly, each fault runs again in a child of its own so that
+// the crash, sanitizer report or leak names its fault.
+void RunKind(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+             const std::vector<uint64_t>& calls, bool verbose, Tally* tally) {
+    const std::string prefix = scenario.name + " " + HostPlatform::FaultKindName(kind) + " #";
+    std::vector<RunResult> results;
+    if (calls.empty() || RunBatch(scenario, clean, kind, calls, &results)) {
+        for (const RunResult& result : results) {
+            Account(prefix + std::to_string(result.n), result, verbose, tally);
+        }
+        return;
+    }
+    for (uint64_t n : calls) {
+        if (RunBatch(scenario, clean, kind, {n}, &results)) {
+            Account(prefix + std::to_string(n), results.front(), verbose, tally);
+            continue;
+        }
+        ++tally->runs;
+        ++tally->failures;
+        fprintf(stderr, "FAIL %s%llu: the replay crashed or failed a sanitizer or leak check\n",
+                prefix.c_str(), static_cast<unsigned long long>(n));
+    }
+}
+
 std::vector<std::string> BundledScenarios() {
     std::vector<std::string> paths;
     DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
@@ -197,7 +234,16 @@ std::vector<std::string> BundledScenarios() {
 // Sweeps one scenario; adds its figures to `total` and per kind to `perKind`.
 void SweepScenario(const std::string& path, uint64_t limit, bool verbose, Tally* total,
                    std::vector<Tally>* perKind) {
-    const UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
+    UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
+    for (UilayerSim::SessionSetup& session : scenario.sessions) {
+        for (UilayerSim::Step& step : session.steps) {
+            if (step.count > kMaxRepeat) {
+                // The last requests stay, so later steps find their frames.
+                step.request.frame += step.count - kMaxRepeat;
+                step.count = kMaxRepeat;
+            }
+        }
+    }
     HostPlatform::ClearFaults();
     const Replayed clean = ReplayOnce(scenario);
     const HostPlatform::FaultCounts counts = HostPlatform::CallCounts();
@@ -208,19 +254,33 @@ void SweepScenario(const std::string& path, uint64_t limit, bool verbose, Tally*
         ++total->failures;
         return;
     }
-    printf("%s:", scenario.name.c_str());
+    printf("%s calls:", scenario.name.c_str());
     for (size_t k = 0; k < kFaultKindCount; ++k) {
-        const auto kind = static_cast<FaultKind>(k);
-        printf(" %s %llu", HostPlatform::FaultKindName(kind),
+        printf(" %s %llu", HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
                static_cast<unsigned long long>(counts[k]));
+    }
+    printf("\n");
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
         const std::vector<uint64_t> calls = CallsToFail(counts[k], limit);
         Tally& tally = (*perKind)[k];
         tally.skipped += counts[k] - calls.size();
-        for (uint64_t n : calls) {
-            RunFault(scenario, clean, kind, n, verbose, &tally);
+        RunKind(scenario, clean, static_cast<FaultKind>(k), calls, verbose, &tally);
+    }
+}
+
+int ShowFault(const char* kindName, const char* n, const char* path) {
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        const auto kind = static_cast<FaultKind>(k);
+        if (strcmp(kindName, HostPlatform::FaultKindName(kind)) == 0) {
+            const UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
+            HostPlatform::FailNth(kind, strtoull(n, nullptr, 10));
+            const Replayed faulty = ReplayOnce(scenario);
+            printf("%s", faulty.text.c_str());
+            return faulty.ok ? EXIT_SUCCESS : EXIT_FAILURE;
         }
     }
-    printf("\n");
+    fprintf(stderr, "no fault kind %s\n", kindName);
+    return EXIT_FAILURE;
 }
 
 }  // namespace
@@ -229,6 +289,10 @@ int main(int argc, char** argv) {
     uint64_t limit = kDefaultLimit;
     bool verbose = false;
     std::vector<std::string> paths;
+    if (argc == 5 && strcmp(argv[1], "--fail") == 0) {
+        UilayerSim::InstallAbortHandler();
+        return ShowFault(argv[2], argv[3], argv[4]);
+    }
     for (int i = 1; i < argc; ++i) {
         if (strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
             limit = strtoull(argv[++i], nullptr, 10);
