@@ -7,15 +7,15 @@
 // clean report exactly, log lines included (a transient fault leaves nothing
 // behind in the registry, the parsers, the ring or the vendor tag lookup).
 //
-//   uilayer_fault_sweep [--limit N] [--verbose] [SCENARIO.yaml ...]
+//   uilayer_fault_sweep [--limit N] [--jobs N] [--verbose] [SCENARIO.yaml ...]
 //   uilayer_fault_sweep --fail KIND N SCENARIO.yaml
 //
 // The second form replays one scenario with one fault, in this process, and
 // prints its report (to compare with the simulator's report of a clean run).
 //
-// Repeat steps keep their last kMaxRepeat requests. --limit caps the faults
-// per (scenario, kind): past it the calls are sampled evenly, the last call
-// always included (0 = every call).
+// Repeat steps keep their last kMaxRepeat requests; --jobs children run at
+// once. --limit caps the faults per (scenario, kind): past it the calls are
+// sampled evenly, the last call always included (0 = every call).
 #include <HostFaults.h>
 #include <dirent.h>
 #include <sys/wait.h>
@@ -28,6 +28,7 @@
 #include <cstring>
 #include <exception>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "DeviceRoot.h"
@@ -42,6 +43,8 @@ using HostPlatform::FaultKind;
 using HostPlatform::kFaultKindCount;
 
 constexpr uint64_t kDefaultLimit = 200;
+// Children running at once: the cores of the machines this runs on.
+constexpr size_t kDefaultJobs = 2;
 // Repeated requests beyond this many meet the same calls again, each as the
 // first ones did; the last ones are kept.
 constexpr uint32_t kMaxRepeat = 64;
@@ -122,22 +125,27 @@ RunResult RunOne(const UilayerSim::Scenario& scenario, const Replayed& clean, Fa
     return result;
 }
 
-// Runs the faults of `calls` one after the other in one child. Returns true
-// when the child exited cleanly (no crash, sanitizer report or leak) after
-// reporting every run into `results`.
-bool RunBatch(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
-              const std::vector<uint64_t>& calls, std::vector<RunResult>* results) {
-    results->clear();
+// A child running faults one after the other, reporting each into its pipe.
+struct Batch {
+    pid_t pid = -1;
+    int fd = -1;
+    std::vector<uint64_t> calls;
+};
+
+Batch StartBatch(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+                 std::vector<uint64_t> calls) {
+    Batch batch;
+    batch.calls = std::move(calls);
     int fds[2];
     if (pipe(fds) != 0) {
-        return false;
+        return batch;
     }
     fflush(stdout);
     fflush(stderr);
-    const pid_t child = fork();
-    if (child == 0) {
+    batch.pid = fork();
+    if (batch.pid == 0) {
         close(fds[0]);
-        for (uint64_t n : calls) {
+        for (uint64_t n : batch.calls) {
             const RunResult result = RunOne(scenario, clean, kind, n);
             if (write(fds[1], &result, sizeof(result)) != static_cast<ssize_t>(sizeof(result))) {
                 _exit(EXIT_FAILURE);
@@ -148,17 +156,27 @@ bool RunBatch(const UilayerSim::Scenario& scenario, const Replayed& clean, Fault
         exit(EXIT_SUCCESS);
     }
     close(fds[1]);
+    batch.fd = fds[0];
+    return batch;
+}
+
+// Collects what a batch reported. Returns true when its child exited cleanly
+// (no crash, sanitizer report or leak) after reporting every run.
+bool FinishBatch(const Batch& batch, std::vector<RunResult>* results) {
+    results->clear();
     RunResult result;
-    while (child > 0 &&
-           read(fds[0], &result, sizeof(result)) == static_cast<ssize_t>(sizeof(result))) {
+    while (batch.pid > 0 &&
+           read(batch.fd, &result, sizeof(result)) == static_cast<ssize_t>(sizeof(result))) {
         results->push_back(result);
     }
-    close(fds[0]);
+    if (batch.fd >= 0) {
+        close(batch.fd);
+    }
     int status = 0;
-    if (child < 0 || waitpid(child, &status, 0) != child) {
+    if (batch.pid < 0 || waitpid(batch.pid, &status, 0) != batch.pid) {
         return false;
     }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0 && results->size() == calls.size();
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 && results->size() == batch.calls.size();
 }
 
 // Counts one run and reports what it failed. Returns false when it failed any check.
@@ -189,28 +207,38 @@ bool Account(const std::string& label, const RunResult& result, bool verbose, Ta
     return ok;
 }
 
-// Runs every fault of a kind. All of them share one child; when that child
-// does not exit cleanly, each fault runs again in a child of its own so that
-// the crash, sanitizer report or leak names its fault.
+// Runs every fault of a kind, split over `jobs` children running at once.
+// When a child does not exit cleanly, each of its faults runs again in a child
+// of its own so that the crash, sanitizer report or leak names its fault.
 void RunKind(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
-             const std::vector<uint64_t>& calls, bool verbose, Tally* tally) {
+             const std::vector<uint64_t>& calls, size_t jobs, bool verbose, Tally* tally) {
     const std::string prefix = scenario.name + " " + HostPlatform::FaultKindName(kind) + " #";
-    std::vector<RunResult> results;
-    if (calls.empty() || RunBatch(scenario, clean, kind, calls, &results)) {
-        for (const RunResult& result : results) {
-            Account(prefix + std::to_string(result.n), result, verbose, tally);
-        }
-        return;
+    const size_t parts = std::max<size_t>(1, std::min(jobs, calls.size()));
+    std::vector<Batch> batches;
+    for (size_t part = 0; part < parts && !calls.empty(); ++part) {
+        batches.push_back(
+            StartBatch(scenario, clean, kind,
+                       std::vector<uint64_t>(calls.begin() + part * calls.size() / parts,
+                                             calls.begin() + (part + 1) * calls.size() / parts)));
     }
-    for (uint64_t n : calls) {
-        if (RunBatch(scenario, clean, kind, {n}, &results)) {
-            Account(prefix + std::to_string(n), results.front(), verbose, tally);
+    std::vector<RunResult> results;
+    for (const Batch& batch : batches) {
+        if (FinishBatch(batch, &results)) {
+            for (const RunResult& result : results) {
+                Account(prefix + std::to_string(result.n), result, verbose, tally);
+            }
             continue;
         }
-        ++tally->runs;
-        ++tally->failures;
-        fprintf(stderr, "FAIL %s%llu: the replay crashed or failed a sanitizer or leak check\n",
-                prefix.c_str(), static_cast<unsigned long long>(n));
+        for (uint64_t n : batch.calls) {
+            if (FinishBatch(StartBatch(scenario, clean, kind, {n}), &results)) {
+                Account(prefix + std::to_string(n), results.front(), verbose, tally);
+                continue;
+            }
+            ++tally->runs;
+            ++tally->failures;
+            fprintf(stderr, "FAIL %s%llu: the replay crashed or failed a sanitizer or leak check\n",
+                    prefix.c_str(), static_cast<unsigned long long>(n));
+        }
     }
 }
 
@@ -232,7 +260,7 @@ std::vector<std::string> BundledScenarios() {
 }
 
 // Sweeps one scenario; adds its figures to `total` and per kind to `perKind`.
-void SweepScenario(const std::string& path, uint64_t limit, bool verbose, Tally* total,
+void SweepScenario(const std::string& path, uint64_t limit, size_t jobs, bool verbose, Tally* total,
                    std::vector<Tally>* perKind) {
     UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
     for (UilayerSim::SessionSetup& session : scenario.sessions) {
@@ -264,7 +292,7 @@ void SweepScenario(const std::string& path, uint64_t limit, bool verbose, Tally*
         const std::vector<uint64_t> calls = CallsToFail(counts[k], limit);
         Tally& tally = (*perKind)[k];
         tally.skipped += counts[k] - calls.size();
-        RunKind(scenario, clean, static_cast<FaultKind>(k), calls, verbose, &tally);
+        RunKind(scenario, clean, static_cast<FaultKind>(k), calls, jobs, verbose, &tally);
     }
 }
 
@@ -287,6 +315,7 @@ int ShowFault(const char* kindName, const char* n, const char* path) {
 
 int main(int argc, char** argv) {
     uint64_t limit = kDefaultLimit;
+    size_t jobs = kDefaultJobs;
     bool verbose = false;
     std::vector<std::string> paths;
     if (argc == 5 && strcmp(argv[1], "--fail") == 0) {
@@ -296,6 +325,8 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         if (strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
             limit = strtoull(argv[++i], nullptr, 10);
+        } else if (strcmp(argv[i], "--jobs") == 0 && i + 1 < argc) {
+            jobs = std::max<size_t>(1, strtoul(argv[++i], nullptr, 10));
         } else if (strcmp(argv[i], "--verbose") == 0) {
             verbose = true;
         } else {
@@ -311,7 +342,7 @@ int main(int argc, char** argv) {
     std::vector<Tally> perKind(kFaultKindCount);
     for (const std::string& path : paths) {
         try {
-            SweepScenario(path, limit, verbose, &total, &perKind);
+            SweepScenario(path, limit, jobs, verbose, &total, &perKind);
         } catch (const std::exception& error) {
             fprintf(stderr, "FAIL %s: %s\n", path.c_str(), error.what());
             ++total.failures;
