@@ -50,13 +50,14 @@ constexpr size_t kDefaultJobs = 2;
 constexpr uint32_t kMaxRepeat = 64;
 
 // What one faulty replay showed; written by the child to its pipe.
+// A plain record, cleared whole (padding included) before it is filled.
 struct RunResult {
-    uint64_t n = 0;
-    bool injected = false;        // the planned call happened and failed
-    bool setupRefused = false;    // the simulator could not build the device
-    bool changed = false;         // the faulty replay's decisions differ
-    bool carriedOver = false;     // the clean replay after it differs
-    char undocumented[160] = {};  // first undocumented return code, if any
+    uint64_t n;
+    bool injected;           // the planned call happened and failed
+    bool setupRefused;       // the simulator could not build the device
+    bool changed;            // the faulty replay's decisions differ
+    bool carriedOver;        // the clean replay after it differs
+    char undocumented[160];  // first undocumented return code, if any
 };
 
 struct Replayed {
@@ -118,6 +119,7 @@ RunResult RunOne(const UilayerSim::Scenario& scenario, const Replayed& clean, Fa
     HostPlatform::FailNth(kind, n);
     const Replayed faulty = ReplayOnce(scenario);
     RunResult result;
+    memset(&result, 0, sizeof(result));
     result.n = n;
     result.injected = HostPlatform::FaultsInjected() == 1;
     HostPlatform::ClearFaults();
