@@ -23,6 +23,7 @@ build_and_test() {
 }
 
 stage "g++" build_and_test default
+stage "fault sweep (figures)" build/faults/uilayer_fault_sweep
 stage "valgrind" ctest --preset valgrind
 stage "clang++" build_and_test clang
 stage "asan+ubsan" build_and_test asan

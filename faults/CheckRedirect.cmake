@@ -1,0 +1,22 @@
+# Fails when the rerouted library archive still calls a platform function
+# directly, for example under a name the compiler chose that the symbol list
+# does not know.
+execute_process(COMMAND "${NM}" -u "${ARCHIVE}" OUTPUT_VARIABLE undefined RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "cannot list the symbols of ${ARCHIVE}")
+endif()
+file(STRINGS "${SYMS}" pairs)
+set(rerouted 0)
+foreach(pair IN LISTS pairs)
+    string(REGEX REPLACE " .*" "" name "${pair}")
+    string(REGEX REPLACE ".* " "" shim "${pair}")
+    if(undefined MATCHES "U ${name}\n")
+        message(FATAL_ERROR "${ARCHIVE} still calls ${name} directly")
+    endif()
+    if(undefined MATCHES "U ${shim}\n")
+        math(EXPR rerouted "${rerouted} + 1")
+    endif()
+endforeach()
+if(rerouted EQUAL 0)
+    message(FATAL_ERROR "${ARCHIVE} calls no fault shim")
+endif()

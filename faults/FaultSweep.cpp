@@ -1,0 +1,389 @@
+// Fault sweep: for each bundled scenario, counts the platform calls of each
+// kind in a clean replay, then replays once per (kind, n) with exactly the
+// n-th call of that kind failing. The faulty replays run in child processes
+// so that a crash, a sanitizer report or a leak names its fault. The child
+// checks that the faulty session returns only documented codes, then replays
+// the scenario again cleanly in the same process: that replay must give the
+// clean report exactly, log lines included (a transient fault leaves nothing
+// behind in the registry, the parsers, the ring or the vendor tag lookup).
+//
+//   uilayer_fault_sweep [--limit N] [--jobs N] [--no-log] [--verbose] [SCENARIO.yaml ...]
+//   uilayer_fault_sweep --fail KIND N SCENARIO.yaml
+//
+// The second form replays one scenario with one fault, in this process, and
+// prints its report (to compare with the simulator's report of a clean run).
+//
+// Repeat steps keep their last kMaxRepeat requests; --jobs children run at
+// once. --limit caps the faults per (scenario, kind): past it the calls are
+// sampled evenly, the last call always included (0 = every call).
+#include <HostFaults.h>
+#include <dirent.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "DeviceRoot.h"
+#include "IuiLayer.h"
+#include "Replay.h"
+#include "ReportChecks.h"
+#include "ScenarioReader.h"
+
+namespace {
+
+using HostPlatform::FaultKind;
+using HostPlatform::kFaultKindCount;
+
+constexpr uint64_t kDefaultLimit = 200;
+// Children running at once: the cores of the machines this runs on.
+constexpr size_t kDefaultJobs = 2;
+// Repeated requests beyond this many meet the same calls again, each as the
+// first ones did; the last ones are kept.
+constexpr uint32_t kMaxRepeat = 64;
+
+// What one faulty replay showed; written by the child to its pipe.
+// A plain record, cleared whole (padding included) before it is filled.
+struct RunResult {
+    uint64_t n;
+    bool injected;           // the planned call happened and failed
+    bool setupRefused;       // the simulator could not build the device
+    bool changed;            // the faulty replay's decisions differ
+    bool carriedOver;        // the clean replay after it differs
+    char undocumented[160];  // first undocumented return code, if any
+};
+
+struct Replayed {
+    bool ok = false;
+    std::string text;       // whole report, log lines included
+    std::string decisions;  // the report without log lines
+    std::string undocumented;
+};
+
+struct Tally {
+    uint64_t runs = 0;
+    uint64_t changed = 0;
+    uint64_t setupRefused = 0;
+    uint64_t skipped = 0;
+    uint64_t failures = 0;
+};
+
+// Whether replays interleave the library's log lines. Off for runs whose
+// addresses the report cannot mask (valgrind places the heap low).
+bool g_log = true;
+
+Replayed ReplayOnce(const UilayerSim::Scenario& scenario) {
+    UilayerSim::ReplayOptions options;
+    options.log = g_log;
+    options.siblingRoot = UILAYER_SIM_SIBLING_ROOT;
+    Replayed replayed;
+    try {
+        const UilayerSim::ReportNode report = UilayerSim::Replay(scenario, options);
+        replayed.ok = true;
+        replayed.text = UilayerSim::RenderText(report);
+        replayed.decisions = UilayerSim::RenderText(UilayerFaults::Decisions(report));
+        replayed.undocumented = UilayerFaults::UndocumentedReturnCode(report);
+    } catch (const std::exception& error) {
+        replayed.text = error.what();
+    }
+    return replayed;
+}
+
+// The calls of a kind to fail: all of them, or `limit` spread evenly.
+std::vector<uint64_t> CallsToFail(uint64_t count, uint64_t limit) {
+    std::vector<uint64_t> calls;
+    if (limit == 0 || count <= limit) {
+        for (uint64_t n = 1; n <= count; ++n) {
+            calls.push_back(n);
+        }
+        return calls;
+    }
+    for (uint64_t i = 0; i < limit; ++i) {
+        calls.push_back(1 + i * (count - 1) / (limit - 1));
+    }
+    return calls;
+}
+
+RunResult RunOne(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+                 uint64_t n) {
+    // As in a fresh HAL process: nothing resolved the sibling's lookup yet.
+    GetVendorTagId = nullptr;
+    HostPlatform::ClearFaults();
+    HostPlatform::FailNth(kind, n);
+    const Replayed faulty = ReplayOnce(scenario);
+    RunResult result;
+    memset(&result, 0, sizeof(result));
+    result.n = n;
+    result.injected = HostPlatform::FaultsInjected() == 1;
+    HostPlatform::ClearFaults();
+    const Replayed after = ReplayOnce(scenario);
+    result.setupRefused = !faulty.ok;
+    result.changed = !faulty.ok || faulty.decisions != clean.decisions;
+    result.carriedOver = after.text != clean.text;
+    snprintf(result.undocumented, sizeof(result.undocumented), "%s", faulty.undocumented.c_str());
+    return result;
+}
+
+// A child running faults one after the other, reporting each into its pipe.
+struct Batch {
+    pid_t pid = -1;
+    int fd = -1;
+    std::vector<uint64_t> calls;
+};
+
+Batch StartBatch(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+                 std::vector<uint64_t> calls) {
+    Batch batch;
+    batch.calls = std::move(calls);
+    int fds[2];
+    if (pipe(fds) != 0) {
+        return batch;
+    }
+    fflush(stdout);
+    fflush(stderr);
+    batch.pid = fork();
+    if (batch.pid == 0) {
+        close(fds[0]);
+        for (uint64_t n : batch.calls) {
+            const RunResult result = RunOne(scenario, clean, kind, n);
+            if (write(fds[1], &result, sizeof(result)) != static_cast<ssize_t>(sizeof(result))) {
+                _exit(EXIT_FAILURE);
+            }
+        }
+        close(fds[1]);
+        // A normal exit, so that the leak check of a sanitizer build runs.
+        exit(EXIT_SUCCESS);
+    }
+    close(fds[1]);
+    batch.fd = fds[0];
+    return batch;
+}
+
+// Collects what a batch reported. Returns true when its child exited cleanly
+// (no crash, sanitizer report or leak) after reporting every run.
+bool FinishBatch(const Batch& batch, std::vector<RunResult>* results) {
+    results->clear();
+    RunResult result;
+    while (batch.pid > 0 &&
+           read(batch.fd, &result, sizeof(result)) == static_cast<ssize_t>(sizeof(result))) {
+        results->push_back(result);
+    }
+    if (batch.fd >= 0) {
+        close(batch.fd);
+    }
+    int status = 0;
+    if (batch.pid < 0 || waitpid(batch.pid, &status, 0) != batch.pid) {
+        return false;
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 && results->size() == batch.calls.size();
+}
+
+// Counts one run and reports what it failed. Returns false when it failed any check.
+bool Account(const std::string& label, const RunResult& result, bool verbose, Tally* tally) {
+    ++tally->runs;
+    tally->changed += result.changed ? 1 : 0;
+    tally->setupRefused += result.setupRefused ? 1 : 0;
+    bool ok = true;
+    if (!result.injected) {
+        fprintf(stderr, "FAIL %s: the call was not reached (the replay is not deterministic)\n",
+                label.c_str());
+        ok = false;
+    }
+    if (result.undocumented[0] != '\0') {
+        fprintf(stderr, "FAIL %s: undocumented return code at %s\n", label.c_str(),
+                result.undocumented);
+        ok = false;
+    }
+    if (result.carriedOver) {
+        fprintf(stderr, "FAIL %s: the next clean replay differs from a clean run\n", label.c_str());
+        ok = false;
+    }
+    if (verbose && result.changed) {
+        printf("  changed: %s%s\n", label.c_str(),
+               result.setupRefused ? " (the simulator could not set the device up)" : "");
+    }
+    tally->failures += ok ? 0 : 1;
+    return ok;
+}
+
+// Runs every fault of a kind, split over `jobs` children running at once.
+// When a child does not exit cleanly, each of its faults runs again in a child
+// of its own so that the crash, sanitizer report or leak names its fault.
+void RunKind(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultKind kind,
+             const std::vector<uint64_t>& calls, size_t jobs, bool verbose, Tally* tally) {
+    const std::string prefix = scenario.name + " " + HostPlatform::FaultKindName(kind) + " #";
+    const size_t parts = std::max<size_t>(1, std::min(jobs, calls.size()));
+    std::vector<Batch> batches;
+    for (size_t part = 0; part < parts && !calls.empty(); ++part) {
+        batches.push_back(
+            StartBatch(scenario, clean, kind,
+                       std::vector<uint64_t>(calls.begin() + part * calls.size() / parts,
+                                             calls.begin() + (part + 1) * calls.size() / parts)));
+    }
+    std::vector<RunResult> results;
+    for (const Batch& batch : batches) {
+        if (FinishBatch(batch, &results)) {
+            for (const RunResult& result : results) {
+                Account(prefix + std::to_string(result.n), result, verbose, tally);
+            }
+            continue;
+        }
+        for (uint64_t n : batch.calls) {
+            if (FinishBatch(StartBatch(scenario, clean, kind, {n}), &results)) {
+                Account(prefix + std::to_string(n), results.front(), verbose, tally);
+                continue;
+            }
+            ++tally->runs;
+            ++tally->failures;
+            fprintf(stderr, "FAIL %s%llu: the replay crashed or failed a sanitizer or leak check\n",
+                    prefix.c_str(), static_cast<unsigned long long>(n));
+        }
+    }
+}
+
+std::vector<std::string> BundledScenarios() {
+    std::vector<std::string> paths;
+    DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
+    if (dir == nullptr) {
+        return paths;
+    }
+    while (const dirent* entry = readdir(dir)) {
+        const std::string name = entry->d_name;
+        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".yaml") == 0) {
+            paths.push_back(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/" + name);
+        }
+    }
+    closedir(dir);
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+// Sweeps one scenario; adds its figures to `total` and per kind to `perKind`.
+void SweepScenario(const std::string& path, uint64_t limit, size_t jobs, bool verbose, Tally* total,
+                   std::vector<Tally>* perKind) {
+    UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
+    for (UilayerSim::SessionSetup& session : scenario.sessions) {
+        for (UilayerSim::Step& step : session.steps) {
+            if (step.count > kMaxRepeat) {
+                // The last requests stay, so later steps find their frames.
+                step.request.frame += step.count - kMaxRepeat;
+                step.count = kMaxRepeat;
+            }
+        }
+    }
+    HostPlatform::ClearFaults();
+    const Replayed clean = ReplayOnce(scenario);
+    const HostPlatform::FaultCounts counts = HostPlatform::CallCounts();
+    const Replayed again = ReplayOnce(scenario);
+    if (!clean.ok || again.text != clean.text || !clean.undocumented.empty()) {
+        fprintf(stderr, "FAIL %s: the clean replay %s\n", scenario.name.c_str(),
+                !clean.ok ? clean.text.c_str() : "is not repeatable or returns undocumented codes");
+        ++total->failures;
+        return;
+    }
+    printf("%s calls:", scenario.name.c_str());
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        printf(" %s %llu", HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
+               static_cast<unsigned long long>(counts[k]));
+    }
+    printf("\n");
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        const std::vector<uint64_t> calls = CallsToFail(counts[k], limit);
+        Tally& tally = (*perKind)[k];
+        tally.skipped += counts[k] - calls.size();
+        RunKind(scenario, clean, static_cast<FaultKind>(k), calls, jobs, verbose, &tally);
+    }
+}
+
+int ShowFault(const char* kindName, const char* n, const char* path) {
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        const auto kind = static_cast<FaultKind>(k);
+        if (strcmp(kindName, HostPlatform::FaultKindName(kind)) == 0) {
+            const UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
+            HostPlatform::FailNth(kind, strtoull(n, nullptr, 10));
+            const Replayed faulty = ReplayOnce(scenario);
+            printf("%s", faulty.text.c_str());
+            return faulty.ok ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+    }
+    fprintf(stderr, "no fault kind %s\n", kindName);
+    return EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    uint64_t limit = kDefaultLimit;
+    size_t jobs = kDefaultJobs;
+    bool verbose = false;
+    std::vector<std::string> paths;
+    if (argc == 5 && strcmp(argv[1], "--fail") == 0) {
+        UilayerSim::InstallAbortHandler();
+        return ShowFault(argv[2], argv[3], argv[4]);
+    }
+    for (int i = 1; i < argc; ++i) {
+        if (strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
+            limit = strtoull(argv[++i], nullptr, 10);
+        } else if (strcmp(argv[i], "--jobs") == 0 && i + 1 < argc) {
+            jobs = std::max<size_t>(1, strtoul(argv[++i], nullptr, 10));
+        } else if (strcmp(argv[i], "--no-log") == 0) {
+            g_log = false;
+        } else if (strcmp(argv[i], "--verbose") == 0) {
+            verbose = true;
+        } else {
+            paths.push_back(argv[i]);
+        }
+    }
+    if (paths.empty()) {
+        paths = BundledScenarios();
+    }
+    UilayerSim::InstallAbortHandler();
+    const auto start = std::chrono::steady_clock::now();
+    Tally total;  // scenario failures; the runs are added per kind below
+    std::vector<Tally> perKind(kFaultKindCount);
+    for (const std::string& path : paths) {
+        try {
+            SweepScenario(path, limit, jobs, verbose, &total, &perKind);
+        } catch (const std::exception& error) {
+            fprintf(stderr, "FAIL %s: %s\n", path.c_str(), error.what());
+            ++total.failures;
+        }
+    }
+    printf("%-20s %9s %9s %9s %9s\n", "kind", "injected", "changed", "left out", "failed");
+    uint64_t runFailures = 0;
+    for (size_t k = 0; k < kFaultKindCount; ++k) {
+        const Tally& tally = perKind[k];
+        printf("%-20s %9llu %9llu %9llu %9llu\n",
+               HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
+               static_cast<unsigned long long>(tally.runs),
+               static_cast<unsigned long long>(tally.changed),
+               static_cast<unsigned long long>(tally.skipped),
+               static_cast<unsigned long long>(tally.failures));
+        total.runs += tally.runs;
+        runFailures += tally.failures;
+        total.changed += tally.changed;
+        total.setupRefused += tally.setupRefused;
+        total.skipped += tally.skipped;
+        total.failures += tally.failures;
+    }
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    printf(
+        "%llu faults injected over %zu scenarios in %.1f s; %llu changed the faulty session's "
+        "report (%llu of them before the device could be set up); %llu calls left out by the "
+        "limit\n",
+        static_cast<unsigned long long>(total.runs), paths.size(), seconds,
+        static_cast<unsigned long long>(total.changed),
+        static_cast<unsigned long long>(total.setupRefused),
+        static_cast<unsigned long long>(total.skipped));
+    printf("%llu passed, %llu failed\n", static_cast<unsigned long long>(total.runs - runFailures),
+           static_cast<unsigned long long>(total.failures));
+    return total.failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
