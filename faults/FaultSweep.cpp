@@ -31,7 +31,7 @@
 #include <utility>
 #include <vector>
 
-#include "DeviceRoot.h"
+#include "AbortHandler.h"
 #include "IuiLayer.h"
 #include "Replay.h"
 #include "ReportChecks.h"
