@@ -82,7 +82,7 @@ int property_get(const char* key, char* value, const char* default_value) {
     return CopyValue(value, default_value);
 }
 
-bool property_get_bool(const char* key, bool default_value) {
+int8_t property_get_bool(const char* key, int8_t default_value) {
     char buffer[PROPERTY_VALUE_MAX] = {};
     if (property_get(key, buffer, "") <= 0) {
         return default_value;
@@ -91,12 +91,12 @@ bool property_get_bool(const char* key, bool default_value) {
     static const char* const kFalse[] = {"0", "n", "no", "off", "false"};
     for (const char* word : kTrue) {
         if (strcmp(buffer, word) == 0) {
-            return true;
+            return 1;
         }
     }
     for (const char* word : kFalse) {
         if (strcmp(buffer, word) == 0) {
-            return false;
+            return 0;
         }
     }
     return default_value;
