@@ -3,6 +3,7 @@
 //
 //   uilayer-sim SCENARIO [--json] [--log]
 //   uilayer-sim lint CONFIG
+//   uilayer-sim sweep DEVICE [options]
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +15,7 @@
 #include "Lint.h"
 #include "Replay.h"
 #include "ScenarioReader.h"
+#include "SweepCommand.h"
 
 namespace {
 
@@ -24,7 +26,9 @@ constexpr int kSetupError = 3;
 int Usage() {
     fprintf(stderr,
             "usage: uilayer-sim SCENARIO [--json] [--log]\n"
-            "       uilayer-sim lint CONFIG\n");
+            "       uilayer-sim lint CONFIG\n"
+            "       %s\n",
+            UilayerSim::kSweepUsage);
     return kUsageError;
 }
 
@@ -43,6 +47,11 @@ int Lint(const std::string& path) {
     return findings.empty() ? 0 : 1;
 }
 
+std::string SiblingRoot() {
+    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
+    return root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
+}
+
 int Replay(const std::string& path, bool json, bool log) {
     UilayerSim::Scenario scenario;
     try {
@@ -53,8 +62,7 @@ int Replay(const std::string& path, bool json, bool log) {
     }
     UilayerSim::ReplayOptions options;
     options.log = log;
-    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
-    options.siblingRoot = root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
+    options.siblingRoot = SiblingRoot();
     UilayerSim::InstallAbortHandler();
     std::string output;
     try {
@@ -74,6 +82,9 @@ int main(int argc, char** argv) {
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.size() == 2 && args[0] == "lint") {
         return Lint(args[1]);
+    }
+    if (!args.empty() && args[0] == "sweep") {
+        return UilayerSim::RunSweepCommand({args.begin() + 1, args.end()}, SiblingRoot());
     }
     std::string scenario;
     bool json = false;
