@@ -67,7 +67,11 @@ CombinationOutcome DecodeOutcome(const std::string& text) {
         } else if (StartsWith(line, "error")) {
             outcome.setupError = Rest(line, "error");
         } else if (!line.empty()) {
-            outcome.message += (outcome.message.empty() ? "" : "; ") + line;
+            // The abort message of the tool's own handler, without the tool's name.
+            const std::string tool = "uilayer-sim: ";
+            const std::string text =
+                line.compare(0, tool.size(), tool) == 0 ? line.substr(tool.size()) : line;
+            outcome.message += (outcome.message.empty() ? "" : "; ") + text;
         }
     }
     const bool configured = hasCodes && outcome.staticCode == 0 && outcome.streamCode == 0;
