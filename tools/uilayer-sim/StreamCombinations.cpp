@@ -146,51 +146,22 @@ bool Selected(CombinationTable table, const CombinationSelection& selection) {
 }
 
 const char* KindName(StreamKind kind) {
-    switch (kind) {
-        case K::Priv:
-            return "PRIV";
-        case K::Yuv:
-            return "YUV";
-        case K::Jpeg:
-            return "JPEG";
-        case K::Raw:
-            return "RAW";
-    }
-    return "?";
+    static const char* const kNames[] = {"PRIV", "YUV", "JPEG", "RAW"};
+    return kNames[static_cast<size_t>(kind)];
 }
 
 const char* SizeName(SizeClass size) {
-    switch (size) {
-        case S::Preview:
-            return "PREVIEW";
-        case S::Record:
-            return "RECORD";
-        case S::Maximum:
-            return "MAX";
-        case S::Vga:
-            return "VGA";
-    }
-    return "?";
+    static const char* const kNames[] = {"PREVIEW", "RECORD", "MAX", "VGA"};
+    return kNames[static_cast<size_t>(size)];
 }
 
+// Use cases by their value (0..6).
 const char* UseCaseName(StreamUseCase useCase) {
-    switch (useCase) {
-        case U::Default:
-            return "DEFAULT";
-        case U::Preview:
-            return "PREVIEW";
-        case U::StillCapture:
-            return "STILL_CAPTURE";
-        case U::VideoRecord:
-            return "VIDEO_RECORD";
-        case U::PreviewVideoStill:
-            return "PREVIEW_VIDEO_STILL";
-        case U::VideoCall:
-            return "VIDEO_CALL";
-        case U::CroppedRaw:
-            return "CROPPED_RAW";
-    }
-    return "?";
+    static const char* const kNames[] = {
+        "DEFAULT",    "PREVIEW",     "STILL_CAPTURE", "VIDEO_RECORD", "PREVIEW_VIDEO_STILL",
+        "VIDEO_CALL", "CROPPED_RAW",
+    };
+    return kNames[static_cast<size_t>(useCase)];
 }
 
 bool Fits(StreamSize size, uint32_t width, uint32_t height) {
@@ -243,23 +214,9 @@ std::vector<StreamCombination> GuaranteedCombinations(const CombinationSelection
 }
 
 const char* TableName(CombinationTable table) {
-    switch (table) {
-        case T::Legacy:
-            return "legacy";
-        case T::Limited:
-            return "limited";
-        case T::Full:
-            return "full";
-        case T::Raw:
-            return "raw";
-        case T::Level3:
-            return "level 3";
-        case T::TenBit:
-            return "ten-bit";
-        case T::UseCases:
-            return "use cases";
-    }
-    return "?";
+    static const char* const kNames[] = {"legacy",  "limited", "full",     "raw",
+                                         "level 3", "ten-bit", "use cases"};
+    return kNames[static_cast<size_t>(table)];
 }
 
 std::string StreamLabel(const StreamTarget& target, CombinationTable table) {

@@ -13,6 +13,7 @@
 
 namespace UilayerSim {
 
+// The names of these enumerations are kept by position: add at the end.
 enum class StreamKind { Priv, Yuv, Jpeg, Raw };
 enum class SizeClass { Preview, Record, Maximum, Vga };
 

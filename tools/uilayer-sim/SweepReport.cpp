@@ -9,31 +9,13 @@ namespace UilayerSim {
 namespace {
 
 const char* LevelName(HardwareLevel level) {
-    switch (level) {
-        case HardwareLevel::Legacy:
-            return "legacy";
-        case HardwareLevel::Limited:
-            return "limited";
-        case HardwareLevel::Full:
-            return "full";
-        case HardwareLevel::Level3:
-            return "3";
-    }
-    return "?";
+    static const char* const kNames[] = {"legacy", "limited", "full", "3"};
+    return kNames[static_cast<size_t>(level)];
 }
 
 const char* StatusName(OutcomeStatus status) {
-    switch (status) {
-        case OutcomeStatus::Configured:
-            return "configured";
-        case OutcomeStatus::Failed:
-            return "failed";
-        case OutcomeStatus::Aborted:
-            return "aborted";
-        case OutcomeStatus::Crashed:
-            return "crashed";
-    }
-    return "?";
+    static const char* const kNames[] = {"configured", "failed", "aborted", "crashed"};
+    return kNames[static_cast<size_t>(status)];
 }
 
 ReportNode SizeText(StreamSize size) {
