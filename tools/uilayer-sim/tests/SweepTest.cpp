@@ -78,7 +78,7 @@ TEST(StreamCombinationsTest, SizeClassesFollowTheArray) {
     } cases[] = {
         {8192, 6144, {1920, 1080}, {3840, 2160}}, {3840, 2160, {1920, 1080}, {3840, 2160}},
         {4000, 3000, {1920, 1080}, {3840, 2160}}, {1600, 1200, {1600, 1200}, {1600, 900}},
-        {3000, 2000, {1920, 1080}, {2992, 1683}},
+        {3000, 2000, {1920, 1080}, {2992, 1683}}, {4000, 2000, {1920, 1080}, {3552, 1998}},
     };
     for (const auto& c : cases) {
         const SizeClasses sizes = SizesForArray(c.width, c.height);
@@ -89,6 +89,7 @@ TEST(StreamCombinationsTest, SizeClassesFollowTheArray) {
         EXPECT_EQ(c.width, sizes.Of(SizeClass::Maximum).width);
         EXPECT_EQ(c.height, sizes.Of(SizeClass::Maximum).height);
         EXPECT_EQ(640u, sizes.Of(SizeClass::Vga).width);
+        EXPECT_EQ(480u, sizes.Of(SizeClass::Vga).height);
     }
 }
 
@@ -268,7 +269,17 @@ TEST(SweepTest, EachCombinationRunsApartAndAnAbortEndsOnlyItsOwn) {
     EXPECT_THROW(RunSweep(device, options), SweepInputError);
 }
 
-TEST(SweepCommandTest, RefusesWrongCommandLines) {
+TEST(SweepCommandTest, ReadsNumbersAndNamesAndRefusesWrongCommandLines) {
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(0, RunSweepCommand(
+                     {kPhone, "--camera", "0x4", "--operation-mode",
+                      "CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE", "--level", "legacy", "--json"},
+                     UILAYER_SIM_SIBLING_ROOT));
+    const std::string json = testing::internal::GetCapturedStdout();
+    EXPECT_NE(std::string::npos, json.find("\"camera\": 4,"));
+    EXPECT_NE(std::string::npos, json.find("\"level\": \"legacy\""));
+    EXPECT_NE(std::string::npos, json.find("\"preview\": \"1600x1200\""));
+
     const std::vector<std::vector<std::string>> wrong = {
         {},
         {"--raw"},
