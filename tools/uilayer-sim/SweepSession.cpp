@@ -55,8 +55,6 @@ CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup ses
     const ReportNode& configure = Entry(replayed, "configure");
     outcome.staticCode = Number(configure, "ParseStaticCapabilities");
     outcome.streamCode = Number(configure, "ParseStreamCapabilities");
-    const bool configured = outcome.staticCode == 0 && outcome.streamCode == 0;
-    outcome.status = configured ? OutcomeStatus::Configured : OutcomeStatus::Failed;
     const ReportNode& roles = Entry(replayed, "roles");
     for (const auto& stream : Entry(replayed, "streams").Entries()) {
         StreamOutcome entry;

@@ -13,7 +13,8 @@ namespace UilayerSim {
 
 // Replays `session` (its steps are replaced) on the device, configuration,
 // properties and files of `device`, asks for the sensor mode of the session
-// caps, and reads back codes, roles, caps and pipeline. The library's log is
+// caps, and reads back codes, roles, caps and pipeline (the status follows
+// from the codes once the outcome has crossed the pipe). The library's log is
 // on, so that an abort handler can show the last lines. Throws
 // std::runtime_error when the device cannot be set up.
 CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup session,

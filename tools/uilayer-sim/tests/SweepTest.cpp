@@ -292,6 +292,7 @@ TEST(SweepCommandTest, ReadsNumbersAndNamesAndRefusesWrongCommandLines) {
         {kPhone, "--camera", "9"},
         {kPhone + ".missing"},
         {kPhone, "--config", kPhone + ".missing"},
+        {kPhone, "--config", kPhone},  // not a configuration the store takes
     };
     for (const auto& args : wrong) {
         EXPECT_EQ(2, RunSweepCommand(args, UILAYER_SIM_SIBLING_ROOT))
