@@ -257,6 +257,7 @@ TEST(SweepTest, EachCombinationRunsApartAndAnAbortEndsOnlyItsOwn) {
     options.operationMode = 0x8010;
     const SweepResult bokeh = RunSweep(device, options);
     ASSERT_EQ(8u, bokeh.rows.size());
+    EXPECT_EQ(8192u, bokeh.sizes.maximum.width);  // of camera 0, its primary sensor
     for (const SweepRow& row : bokeh.rows) {
         EXPECT_EQ(OutcomeStatus::Aborted, row.outcome.status);
         EXPECT_NE(std::string::npos, row.outcome.message.find("ParseStaticCapabilities"));
