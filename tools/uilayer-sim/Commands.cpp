@@ -15,8 +15,20 @@
 #include "ScenarioReader.h"
 #include "Signals.h"
 #include "Suggest.h"
+#include "SweepCommand.h"
 
 namespace UilayerSim {
+
+namespace {
+
+// The root holding the host sibling camera layer: UILAYER_SIM_SIBLING_ROOT, or
+// the build tree's.
+std::string SiblingRoot() {
+    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
+    return root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
+}
+
+}  // namespace
 
 namespace {
 
@@ -56,8 +68,7 @@ int RunReplayCommand(const CommandLine& line) {
     }
     ReplayOptions options;
     options.log = line.Has("--log");
-    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
-    options.siblingRoot = root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
+    options.siblingRoot = SiblingRoot();
     InstallAbortHandler();
     InstallAbortLogWriter();
     InstallInterruptHandlers();
@@ -120,6 +131,18 @@ int RunNamesCommand(const CommandLine& line) {
     throw UsageError("no list named '" + which + "'" +
                      (closest.empty() ? "; the lists are caps, tags, formats and roles"
                                       : " (did you mean '" + closest + "'?)"));
+}
+
+int RunSweepTableCommand(const CommandLine& line) {
+    // The sweep reads its own options; the table has checked their names.
+    std::vector<std::string> args = line.operands;
+    for (const auto& option : line.options) {
+        args.push_back(option.first);
+        if (!option.second.empty()) {
+            args.push_back(option.second);
+        }
+    }
+    return RunSweepCommand(args, SiblingRoot());
 }
 
 }  // namespace UilayerSim

@@ -13,6 +13,7 @@ int RunReplayCommand(const CommandLine& line);
 int RunLintCommand(const CommandLine& line);
 // caps|tags|formats|roles
 int RunNamesCommand(const CommandLine& line);
+int RunSweepTableCommand(const CommandLine& line);
 
 }  // namespace UilayerSim
 

@@ -72,6 +72,15 @@ std::string BaseName(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+YAML::Node LoadYaml(const std::string& text, const std::string& path) {
+    try {
+        return YAML::Load(text);
+    } catch (const YAML::Exception& error) {
+        throw ScenarioError(path, error.mark.line >= 0 ? error.mark.line + 1 : 0, "",
+                            "not valid YAML: " + error.msg);
+    }
+}
+
 // Reading state of one session: its stream names and the frames seen so far.
 struct SessionState {
     std::vector<std::string> streamNames;
@@ -86,6 +95,8 @@ public:
         : m_file(std::move(file)), m_baseDir(std::move(baseDir)) {}
 
     Scenario Read(const YAML::Node& root);
+    // The cameras of a device description into `scenario`.
+    void ReadDevice(const YAML::Node& node, Scenario* scenario);
 
 private:
     [[noreturn]] void Fail(const YAML::Node& node, const std::string& field,
@@ -307,7 +318,6 @@ private:
         return path.empty() || path.front() == '/' ? path : m_baseDir + "/" + path;
     }
 
-    void ReadDevice(const YAML::Node& node, Scenario* scenario);
     CameraSetup ReadCamera(const YAML::Node& node, const std::string& field);
     void ReadConfiguration(const YAML::Node& root, Scenario* scenario);
     std::vector<std::pair<std::string, std::string>> ReadProperties(const YAML::Node& node,
@@ -1185,13 +1195,7 @@ bool ReadWholeFile(const std::string& path, std::string* text, std::string* reas
 }
 
 Scenario ReadScenarioText(const std::string& text, const std::string& path) {
-    YAML::Node root;
-    try {
-        root = YAML::Load(text);
-    } catch (const YAML::Exception& error) {
-        throw ScenarioError(path, error.mark.line >= 0 ? error.mark.line + 1 : 0, "",
-                            "not valid YAML: " + error.msg);
-    }
+    const YAML::Node root = LoadYaml(text, path);
     if (!root.IsMap()) {
         throw ScenarioError(path, 1, "", "a scenario is a map with device and sessions");
     }
@@ -1214,6 +1218,27 @@ Scenario ReadScenarioFile(const std::string& path) {
         throw ScenarioError(path, 0, "", reason);
     }
     return ReadScenarioText(text, path);
+}
+
+Scenario ReadDeviceOrScenarioFile(const std::string& path) {
+    std::string text;
+    if (!ReadWholeFile(path, &text)) {
+        throw ScenarioError(path, 0, "", "cannot read the file");
+    }
+    const YAML::Node root = LoadYaml(text, path);
+    if (!root.IsMap() || !root["cameras"].IsDefined()) {
+        return ReadScenarioText(text, path);
+    }
+    Scenario scenario;
+    try {
+        Reader(path, DirectoryOf(path)).ReadDevice(root, &scenario);
+    } catch (const YAML::Exception& error) {
+        throw ScenarioError(path, error.mark.line >= 0 ? error.mark.line + 1 : 0, "", error.msg);
+    }
+    scenario.path = path;
+    scenario.name = BaseName(path);
+    scenario.configName = "none";
+    return scenario;
 }
 
 }  // namespace UilayerSim

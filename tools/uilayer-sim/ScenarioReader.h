@@ -34,6 +34,11 @@ Scenario ReadScenarioFile(const std::string& path);
 // a relative configuration path.
 Scenario ReadScenarioText(const std::string& text, const std::string& path);
 
+// Reads a device description (a map with `cameras`, as `device:` names it) or
+// a whole scenario; a device description gives a scenario with no
+// configuration, properties, files or sessions. Throws ScenarioError.
+Scenario ReadDeviceOrScenarioFile(const std::string& path);
+
 // Reads a whole file; false when it cannot be read, with the system's reason
 // ("No such file or directory", "Is a directory") in `reason` when given.
 bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason = nullptr);

@@ -67,6 +67,28 @@ const std::vector<Subcommand>& Commands() {
          1,
          1,
          UilayerSim::RunNamesCommand},
+        {"sweep",
+         "DEVICE",
+         "configure every guaranteed stream combination against a device",
+         "Configures each stream combination the framework guarantees for the hardware\n"
+         "level (and, when asked, RAW, 10-bit and use-case combinations) against the\n"
+         "device description or scenario DEVICE, each in a child process, and prints one\n"
+         "row per combination (return codes, roles, caps, sensor mode, pipeline) and a\n"
+         "summary of the combinations that failed, aborted or left a stream in no role.\n"
+         "\n"
+         "exit status: 0 done, 2 bad command line, unreadable file or device mistake,\n"
+         "3 device set-up failed.",
+         {{"--config", "FILE", "the hardware configuration (default: the device's)"},
+          {"--camera", "ID", "the camera to configure (default: the first)"},
+          {"--operation-mode", "M", "the operation mode, a number or a name (default 0)"},
+          {"--level", "legacy|limited|full|3", "the hardware level (default full)"},
+          {"--raw", nullptr, "add the RAW combinations"},
+          {"--ten-bit", nullptr, "add the 10-bit dynamic range combinations"},
+          {"--use-cases", nullptr, "add the stream use case combinations"},
+          {"--json", nullptr, "write the report as JSON"}},
+         1,
+         1,
+         UilayerSim::RunSweepTableCommand},
     };
     return commands;
 }

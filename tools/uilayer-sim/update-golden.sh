@@ -19,3 +19,6 @@ for scenario in "$top"/examples/*.yaml; do
 done
 "$sim" "$top/examples/photo.yaml" --json > "$top/examples/golden/photo.json"
 echo "examples/golden/photo.json"
+"$sim" sweep "$top/examples/devices/phone.yaml" --config "$top/examples/device.conf" \
+    --level full --raw --ten-bit --use-cases > "$top/examples/golden/sweep-phone.txt"
+echo "examples/golden/sweep-phone.txt"
