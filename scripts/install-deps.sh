@@ -4,7 +4,8 @@ set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev libfuzzer-14-dev valgrind libgtest-dev libgmock-dev
           googletest libbenchmark-dev libyaml-cpp-dev abigail-tools g++-aarch64-linux-gnu qemu-user
-          android-libcutils-dev android-liblog-dev android-platform-system-core-headers blueprint-tools)
+          android-libcutils-dev android-liblog-dev android-platform-system-core-headers blueprint-tools
+          python3 python3-jsonschema)
 missing=()
 for package in "${packages[@]}"; do
     dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")
