@@ -5,6 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdint>
@@ -81,6 +82,9 @@ void RemoveEntries(int directory, int depth) {
 }
 
 void OnInterrupt(int signalNumber) {
+    // The signal raised again below is delivered when this handler returns:
+    // leave errno as the interrupted code had it.
+    const int savedErrno = errno;
     if (g_hasCleanupPath != 0) {
         const int directory = open(g_cleanupPath, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
         if (directory >= 0) {
@@ -89,6 +93,7 @@ void OnInterrupt(int signalNumber) {
             rmdir(g_cleanupPath);
         }
     }
+    errno = savedErrno;
     signal(signalNumber, SIG_DFL);
     raise(signalNumber);
 }
