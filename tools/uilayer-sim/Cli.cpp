@@ -123,16 +123,16 @@ bool Parse(const Subcommand& command, bool isDefault, const std::vector<std::str
         }
         const size_t equals = arg.find('=');
         const std::string name = arg.substr(0, equals);
-        const OptionSpec* spec = nullptr;
+        const OptionSpec* match = nullptr;
         for (const OptionSpec& option : command.options) {
             if (name == option.name) {
-                spec = &option;
+                match = &option;
             }
         }
-        if (spec == nullptr) {
+        if (match == nullptr) {
             throw UsageError("unknown option '" + name + "'" + SuggestQuoted(name, known));
         }
-        if (spec->value == nullptr) {
+        if (match->value == nullptr) {
             if (equals != std::string::npos) {
                 throw UsageError("option '" + name + "' takes no value");
             }
@@ -142,7 +142,7 @@ bool Parse(const Subcommand& command, bool isDefault, const std::vector<std::str
         } else if (i + 1 < args.size()) {
             line->options[name] = args[++i];
         } else {
-            throw UsageError("option '" + name + "' needs a value (" + spec->value + ")");
+            throw UsageError("option '" + name + "' needs a value (" + match->value + ")");
         }
     }
     if (line->operands.size() < command.minOperands) {
