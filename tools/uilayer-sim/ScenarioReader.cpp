@@ -2,9 +2,6 @@
 
 #include <cutils/properties.h>
 #include <system/camera_metadata.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
@@ -222,6 +219,22 @@ private:
                  "unknown " + std::string(what) + " \"" + text + "\"" + DidYouMean(text, known));
         }
         return Integer(node, field, min, max);
+    }
+
+    // A "no_..." switch: true when it is given and true, and then none of
+    // `excluded` may be given.
+    bool Without(const YAML::Node& node, const std::string& field, const char* name,
+                 std::initializer_list<const char*> excluded, const char* reason) const {
+        const YAML::Node flag = node[name];
+        if (!flag.IsDefined() || !Boolean(flag, Path(field, name))) {
+            return false;
+        }
+        for (const char* other : excluded) {
+            if (node[other].IsDefined()) {
+                Fail(flag, Path(field, name), reason);
+            }
+        }
+        return true;
     }
 
     const YAML::Node& Sequence(const YAML::Node& node, const std::string& field) const {
@@ -859,13 +872,8 @@ RequestSetup Reader::ReadRequest(const YAML::Node& node, const std::string& fiel
             request.buffers.push_back(static_cast<size_t>(it - state.streamNames.begin()));
         }
     }
-    if (node["no_settings"].IsDefined() &&
-        Boolean(node["no_settings"], Path(field, "no_settings"))) {
-        if (node["sensor_modes"].IsDefined() || node["zoom_ratio"].IsDefined() ||
-            node["settings"].IsDefined()) {
-            Fail(node["no_settings"], Path(field, "no_settings"),
-                 "a request without settings carries no sensor_modes, zoom_ratio or settings");
-        }
+    if (Without(node, field, "no_settings", {"sensor_modes", "zoom_ratio", "settings"},
+                "a request without settings carries no sensor_modes, zoom_ratio or settings")) {
         request.hasSettings = false;
         return request;
     }
@@ -907,12 +915,8 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
     if (needFrame) {
         result.frame = Unsigned32(Required(node, "frame", field), Path(field, "frame"));
     }
-    if (node["no_metadata"].IsDefined() &&
-        Boolean(node["no_metadata"], Path(field, "no_metadata"))) {
-        if (node["aec"].IsDefined() || node["mlft"].IsDefined()) {
-            Fail(node["no_metadata"], Path(field, "no_metadata"),
-                 "a result without metadata carries no aec or mlft");
-        }
+    if (Without(node, field, "no_metadata", {"aec", "mlft"},
+                "a result without metadata carries no aec or mlft")) {
         result.hasMetadata = false;
         return result;
     }
@@ -1106,38 +1110,29 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
     return step;
 }
 
-void SetReason(std::string* reason, const char* text) {
-    if (reason != nullptr) {
-        *reason = text;
+// Calls `use` with the list that holds a tag's values.
+template <typename Use>
+auto WithValues(const TagValue& value, Use use) {
+    switch (value.type) {
+        case ElementType::Int32:
+            return use(value.int32s);
+        case ElementType::Int64:
+            return use(value.int64s);
+        case ElementType::Float:
+            return use(value.floats);
+        default:
+            return use(value.bytes);
     }
 }
 
 }  // namespace
 
 size_t TagValue::Count() const {
-    switch (type) {
-        case ElementType::Int32:
-            return int32s.size();
-        case ElementType::Int64:
-            return int64s.size();
-        case ElementType::Float:
-            return floats.size();
-        default:
-            return bytes.size();
-    }
+    return WithValues(*this, [](const auto& values) { return values.size(); });
 }
 
 const void* TagValue::Data() const {
-    switch (type) {
-        case ElementType::Int32:
-            return int32s.data();
-        case ElementType::Int64:
-            return int64s.data();
-        case ElementType::Float:
-            return floats.data();
-        default:
-            return bytes.data();
-    }
+    return WithValues(*this, [](const auto& values) -> const void* { return values.data(); });
 }
 
 const CameraSetup* Scenario::Camera(uint32_t frameworkId) const {
@@ -1157,42 +1152,6 @@ ScenarioError::ScenarioError(const std::string& file, int line, const std::strin
       m_line(line),
       m_field(field),
       m_reason(reason) {}
-
-bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat info = {};
-    if (fd < 0 || fstat(fd, &info) != 0) {
-        SetReason(reason, strerror(errno));
-        if (fd >= 0) {
-            close(fd);
-        }
-        return false;
-    }
-    if (S_ISDIR(info.st_mode)) {
-        close(fd);
-        SetReason(reason, strerror(EISDIR));
-        return false;
-    }
-    text->clear();
-    char buffer[65536];
-    for (;;) {
-        const ssize_t count = read(fd, buffer, sizeof(buffer));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            SetReason(reason, strerror(errno));
-            close(fd);
-            return false;
-        }
-        if (count == 0) {
-            break;
-        }
-        text->append(buffer, static_cast<size_t>(count));
-    }
-    close(fd);
-    return true;
-}
 
 Scenario ReadScenarioText(const std::string& text, const std::string& path) {
     const YAML::Node root = LoadYaml(text, path);
