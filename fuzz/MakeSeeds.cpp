@@ -107,14 +107,38 @@ Step ResultStep(const UilayerSim::ResultSetup& r, uint32_t frame) {
     step.hasAec = r.hasAec;
     for (const UilayerSim::AecSetup& aec : r.aec) {
         if (step.aec.size() < kMaxAecRecords) {
-            step.aec.push_back(
-                {aec.cameraId, aec.aecValue1, aec.aecValue2, aec.expCount, aec.extra});
+            step.aec.push_back(aec);
         }
     }
     step.hasMlft = r.hasMlft;
     step.mlftBytes = r.hasMlft ? 1804 : 0;
     step.mlft = r.mlft;
     return step;
+}
+
+// The fuzz step of each scenario query step; the rest go to kStepAccessors.
+struct QueryStep {
+    UilayerSim::StepKind scenario;
+    uint8_t fuzz;
+};
+constexpr QueryStep kQuerySteps[] = {
+    {UilayerSim::StepKind::SessionCaps, kStepSessionCaps},
+    {UilayerSim::StepKind::CapsMask, kStepCapsMask},
+    {UilayerSim::StepKind::Streams, kStepStreamLists},
+    {UilayerSim::StepKind::SensorMode, kStepSensorMode},
+    {UilayerSim::StepKind::TuningMode, kStepRequestQueries},
+    {UilayerSim::StepKind::RequestCaps, kStepRequestQueries},
+    {UilayerSim::StepKind::WarmStart, kStepWarmStart},
+    {UilayerSim::StepKind::RemapZoomRatio, kStepRemapZoomRatio},
+};
+
+uint8_t QueryStepKind(UilayerSim::StepKind kind) {
+    for (const QueryStep& step : kQuerySteps) {
+        if (step.scenario == kind) {
+            return step.fuzz;
+        }
+    }
+    return kStepAccessors;
 }
 
 // The steps of a scenario session, queries mapped to the query steps.
@@ -126,17 +150,13 @@ std::vector<Step> StepsOf(const UilayerSim::SessionSetup& session) {
         }
     };
     for (const UilayerSim::Step& s : session.steps) {
-        Step step;
-        step.type = s.camera;
-        step.frame = s.frame;
-        step.caps = static_cast<uint8_t>(s.caps.empty() ? 0 : s.caps.front() % 100);
         switch (s.kind) {
             case UilayerSim::StepKind::Request:
                 add(RequestStep(s.request, s.request.frame));
-                break;
+                continue;
             case UilayerSim::StepKind::Result:
                 add(ResultStep(s.result, s.result.frame));
-                break;
+                continue;
             case UilayerSim::StepKind::Repeat:
                 for (uint32_t n = 0; n < s.count && n < kMaxRepeats; ++n) {
                     add(RequestStep(s.request, s.request.frame + n));
@@ -144,58 +164,39 @@ std::vector<Step> StepsOf(const UilayerSim::SessionSetup& session) {
                         add(ResultStep(s.result, s.request.frame + n));
                     }
                 }
-                break;
-            case UilayerSim::StepKind::SessionCaps:
-                for (uint32_t caps : s.caps) {
-                    step.kind = kStepSessionCaps;
-                    step.caps = static_cast<uint8_t>(caps % 100);
-                    add(step);
-                }
-                break;
-            case UilayerSim::StepKind::CapsMask:
-                step.kind = kStepCapsMask;
-                add(step);
-                break;
-            case UilayerSim::StepKind::Streams:
-                step.kind = kStepStreamLists;
-                step.streamType = s.role;
-                add(step);
-                break;
-            case UilayerSim::StepKind::SensorMode:
-                step.kind = kStepSensorMode;
-                for (uint32_t caps : s.caps) {
-                    if (caps < 64) {
-                        step.capsLow |= uint64_t{1} << caps;
-                    } else if (caps < 100) {
-                        step.capsHigh |= uint64_t{1} << (caps - 64);
-                    }
-                }
-                add(step);
-                break;
-            case UilayerSim::StepKind::TuningMode:
-                step.kind = kStepRequestQueries;
-                step.type = s.tuningType;
-                add(step);
-                break;
-            case UilayerSim::StepKind::RequestCaps:
-                step.kind = kStepRequestQueries;
-                add(step);
-                break;
-            case UilayerSim::StepKind::WarmStart:
-                step.kind = kStepWarmStart;
-                add(step);
-                break;
-            case UilayerSim::StepKind::RemapZoomRatio:
-                step.kind = kStepRemapZoomRatio;
-                step.text = s.sensor.substr(0, 96);
-                step.skip = s.skip;
-                add(step);
-                break;
+                continue;
             default:
-                step.kind = kStepAccessors;
-                add(step);
                 break;
         }
+        Step step;
+        step.kind = QueryStepKind(s.kind);
+        step.type = s.kind == UilayerSim::StepKind::TuningMode ? s.tuningType : s.camera;
+        step.frame = s.frame;
+        step.caps = static_cast<uint8_t>(s.caps.empty() ? 0 : s.caps.front() % 100);
+        if (s.kind == UilayerSim::StepKind::SessionCaps) {
+            for (uint32_t caps : s.caps) {
+                step.caps = static_cast<uint8_t>(caps % 100);
+                add(step);
+            }
+            continue;
+        }
+        if (s.kind == UilayerSim::StepKind::Streams) {
+            step.streamType = s.role;
+        }
+        if (s.kind == UilayerSim::StepKind::SensorMode) {
+            for (uint32_t caps : s.caps) {
+                if (caps < 64) {
+                    step.capsLow |= uint64_t{1} << caps;
+                } else if (caps < 100) {
+                    step.capsHigh |= uint64_t{1} << (caps - 64);
+                }
+            }
+        }
+        if (s.kind == UilayerSim::StepKind::RemapZoomRatio) {
+            step.text = s.sensor.substr(0, 96);
+            step.skip = s.skip;
+        }
+        add(step);
     }
     return steps;
 }
