@@ -22,6 +22,9 @@ namespace UilayerSim {
 
 namespace {
 
+// Properties and device files: names with their texts.
+using NamedTexts = std::vector<std::pair<std::string, std::string>>;
+
 constexpr const char* kSiblingPath = "/odm/lib64/hw/camera.lumora.v2.so";
 constexpr uint32_t kSensorModeListTag = 49;
 constexpr uint32_t kPackageTag = 34;
@@ -221,6 +224,16 @@ private:
         return Integer(node, field, min, max);
     }
 
+    // Reads an optional field into `out` with `read`; leaves `out` as it is
+    // when the field is absent.
+    template <typename T, typename Value>
+    void Optional(const YAML::Node& node, const std::string& field, const char* name, T* out,
+                  Value (Reader::*read)(const YAML::Node&, const std::string&) const) const {
+        if (node[name].IsDefined()) {
+            *out = (this->*read)(node[name], Path(field, name));
+        }
+    }
+
     // A "no_..." switch: true when it is given and true, and then none of
     // `excluded` may be given.
     bool Without(const YAML::Node& node, const std::string& field, const char* name,
@@ -333,10 +346,8 @@ private:
 
     CameraSetup ReadCamera(const YAML::Node& node, const std::string& field);
     void ReadConfiguration(const YAML::Node& root, Scenario* scenario);
-    std::vector<std::pair<std::string, std::string>> ReadProperties(const YAML::Node& node,
-                                                                    const std::string& field);
-    std::vector<std::pair<std::string, std::string>> ReadFiles(const YAML::Node& node,
-                                                               const std::string& field);
+    NamedTexts ReadProperties(const YAML::Node& node, const std::string& field) const;
+    NamedTexts ReadFiles(const YAML::Node& node, const std::string& field) const;
     SessionSetup ReadSession(const YAML::Node& node, const std::string& field,
                              const Scenario& scenario);
     StreamSetup ReadStream(const YAML::Node& node, const std::string& field);
@@ -375,12 +386,8 @@ Scenario Reader::Read(const YAML::Node& root) {
         ReadDevice(device, &scenario);
     }
     ReadConfiguration(root, &scenario);
-    if (root["properties"].IsDefined()) {
-        scenario.properties = ReadProperties(root["properties"], "properties");
-    }
-    if (root["files"].IsDefined()) {
-        scenario.files = ReadFiles(root["files"], "files");
-    }
+    Optional(root, "", "properties", &scenario.properties, &Reader::ReadProperties);
+    Optional(root, "", "files", &scenario.files, &Reader::ReadFiles);
     const YAML::Node sessions = Required(root, "sessions", "");
     Sequence(sessions, "sessions");
     if (sessions.size() == 0) {
@@ -424,12 +431,8 @@ CameraSetup Reader::ReadCamera(const YAML::Node& node, const std::string& field)
     }
     camera.logicalCamId = static_cast<uint32_t>(
         Integer(Required(node, "logical_id", field), Path(field, "logical_id"), 0, 15));
-    if (node["sensor"].IsDefined()) {
-        camera.sensorName = Text(node["sensor"], Path(field, "sensor"));
-    }
-    if (node["type"].IsDefined()) {
-        camera.type = Unsigned32(node["type"], Path(field, "type"));
-    }
+    Optional(node, field, "sensor", &camera.sensorName, &Reader::Text);
+    Optional(node, field, "type", &camera.type, &Reader::Unsigned32);
     if (node["sensor_mode_flags"].IsDefined()) {
         const std::string name = Path(field, "sensor_mode_flags");
         const YAML::Node flags = Sequence(node["sensor_mode_flags"], name);
@@ -533,10 +536,9 @@ void Reader::ReadConfiguration(const YAML::Node& root, Scenario* scenario) {
     }
 }
 
-std::vector<std::pair<std::string, std::string>> Reader::ReadProperties(const YAML::Node& node,
-                                                                        const std::string& field) {
+NamedTexts Reader::ReadProperties(const YAML::Node& node, const std::string& field) const {
     RequireMap(node, field);
-    std::vector<std::pair<std::string, std::string>> properties;
+    NamedTexts properties;
     for (const auto& item : node) {
         const std::string name = Text(item.first, field);
         const std::string path = Path(field, name);
@@ -551,10 +553,9 @@ std::vector<std::pair<std::string, std::string>> Reader::ReadProperties(const YA
     return properties;
 }
 
-std::vector<std::pair<std::string, std::string>> Reader::ReadFiles(const YAML::Node& node,
-                                                                   const std::string& field) {
+NamedTexts Reader::ReadFiles(const YAML::Node& node, const std::string& field) const {
     RequireMap(node, field);
-    std::vector<std::pair<std::string, std::string>> files;
+    NamedTexts files;
     for (const auto& item : node) {
         const std::string path = Text(item.first, field);
         const std::string name = Path(field, path);
@@ -597,9 +598,7 @@ SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& fiel
         session.hasActivity = true;
         session.activity = Text(node["activity"], Path(field, "activity"));
     }
-    if (node["operation_mode"].IsDefined()) {
-        session.operationMode = Unsigned32(node["operation_mode"], Path(field, "operation_mode"));
-    }
+    Optional(node, field, "operation_mode", &session.operationMode, &Reader::Unsigned32);
     if (node["no_session_params"].IsDefined()) {
         session.hasSessionParams =
             !Boolean(node["no_session_params"], Path(field, "no_session_params"));
@@ -619,12 +618,8 @@ SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& fiel
             }
         }
     }
-    if (node["properties"].IsDefined()) {
-        session.properties = ReadProperties(node["properties"], Path(field, "properties"));
-    }
-    if (node["files"].IsDefined()) {
-        session.files = ReadFiles(node["files"], Path(field, "files"));
-    }
+    Optional(node, field, "properties", &session.properties, &Reader::ReadProperties);
+    Optional(node, field, "files", &session.files, &Reader::ReadFiles);
 
     SessionState state;
     for (const CameraSetup& camera : scenario.cameras) {
@@ -712,9 +707,7 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
                                StreamUseCaseByName, "stream use case", INT64_MIN, INT64_MAX,
                                AcceptedNames(NameTable::StreamUseCases));
     }
-    if (node["ext_stream_mode"].IsDefined()) {
-        stream.extMode = Unsigned32(node["ext_stream_mode"], Path(field, "ext_stream_mode"));
-    }
+    Optional(node, field, "ext_stream_mode", &stream.extMode, &Reader::Unsigned32);
     if (node["dynamic_range_profile"].IsDefined()) {
         stream.dynamicRangeProfile =
             Named(node["dynamic_range_profile"], Path(field, "dynamic_range_profile"),
@@ -945,9 +938,7 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
                 aec.aecValue1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
                 aec.aecValue2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
             }
-            if (entry["extra"].IsDefined()) {
-                aec.extra = Unsigned32(entry["extra"], Path(entryName, "extra"));
-            }
+            Optional(entry, entryName, "extra", &aec.extra, &Reader::Unsigned32);
             result.aec.push_back(aec);
         }
     }
@@ -1087,9 +1078,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         step.kind = StepKind::RemapZoomRatio;
         CheckFields(body, bodyName, {"sensor", "skip"});
         step.sensor = Text(Required(body, "sensor", bodyName), Path(bodyName, "sensor"));
-        if (body["skip"].IsDefined()) {
-            step.skip = Signed32(body["skip"], Path(bodyName, "skip"));
-        }
+        Optional(body, bodyName, "skip", &step.skip, &Reader::Signed32);
     } else if (kind == "request_caps") {
         requireBody();
         step.kind = StepKind::RequestCaps;
@@ -1097,9 +1086,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         step.hasFrame = true;
         step.frame = Unsigned32(Required(body, "frame", bodyName), Path(bodyName, "frame"));
         step.camera = QueryCamera(body, bodyName, 7, *state);
-        if (body["caps"].IsDefined()) {
-            step.caps = Capabilities(body["caps"], Path(bodyName, "caps"));
-        }
+        Optional(body, bodyName, "caps", &step.caps, &Reader::Capabilities);
     } else {
         Fail(node, field,
              "unknown step \"" + kind +
