@@ -16,15 +16,12 @@
 #include "IuiLayer.h"
 #include "ScenarioReader.h"
 #include "SessionModel.h"
+#include "common/VendorTags.h"
 
 namespace {
 
 using namespace UilayerFuzz;
 
-constexpr uint32_t kTagSensorModeList = 49;
-constexpr uint32_t kTagZoomRatio = 0x1002F;
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
 constexpr size_t kMaxRepeats = 4;
 
 size_t SizeOf(UilayerSim::ElementType type) {
@@ -81,10 +78,10 @@ Step RequestStep(const UilayerSim::RequestSetup& r, uint32_t frame) {
     step.hasMetadata = r.hasSettings;
     if (r.hasSensorModes) {
         step.tags.push_back(
-            Entry(true, kTagSensorModeList, r.sensorModes.data(), r.sensorModes.size(), 4));
+            Entry(true, Lumora::kTagSensorModeList, r.sensorModes.data(), r.sensorModes.size(), 4));
     }
     if (r.hasZoomRatio) {
-        step.tags.push_back(Entry(false, kTagZoomRatio, &r.zoomRatio, 1, 4));
+        step.tags.push_back(Entry(false, ANDROID_CONTROL_ZOOM_RATIO, &r.zoomRatio, 1, 4));
     }
     for (const UilayerSim::TagValue& value : r.settings) {
         if (step.tags.size() < kMaxTags) {
@@ -245,12 +242,12 @@ SessionInput SessionOf(const UilayerSim::Scenario& scenario,
     in.operationMode = session.operationMode;
     in.nullSessionParams = !session.hasSessionParams;
     if (session.hasPackage) {
-        in.sessionParams.push_back(
-            Entry(true, kTagPackageName, session.package.data(), session.package.size(), 1));
+        in.sessionParams.push_back(Entry(true, Lumora::kTagPackageName, session.package.data(),
+                                         session.package.size(), 1));
     }
     if (session.hasActivity) {
-        in.sessionParams.push_back(
-            Entry(true, kTagActivityName, session.activity.data(), session.activity.size(), 1));
+        in.sessionParams.push_back(Entry(true, Lumora::kTagActivityName, session.activity.data(),
+                                         session.activity.size(), 1));
     }
     for (const UilayerSim::TagValue& value : session.params) {
         if (in.sessionParams.size() < kMaxTags) {

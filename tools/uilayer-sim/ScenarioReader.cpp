@@ -17,6 +17,7 @@
 
 #include "NumberText.h"
 #include "Suggest.h"
+#include "common/VendorTags.h"
 
 namespace UilayerSim {
 
@@ -26,9 +27,6 @@ namespace {
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
 constexpr const char* kSiblingPath = "/odm/lib64/hw/camera.lumora.v2.so";
-constexpr uint32_t kSensorModeListTag = 49;
-constexpr uint32_t kPackageTag = 34;
-constexpr uint32_t kActivityTag = 105;
 constexpr size_t kMaxPhysicalCameras = 8;
 constexpr size_t kMaxSensorModes = 32;
 constexpr size_t kMaxAecRecords = 8;
@@ -610,8 +608,8 @@ SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& fiel
         }
         session.params = ReadTags(node["params"], Path(field, "params"));
         for (const TagValue& tag : session.params) {
-            if (tag.vendor && ((tag.tag == kPackageTag && session.hasPackage) ||
-                               (tag.tag == kActivityTag && session.hasActivity))) {
+            if (tag.vendor && ((tag.tag == Lumora::kTagPackageName && session.hasPackage) ||
+                               (tag.tag == Lumora::kTagActivityName && session.hasActivity))) {
                 throw ScenarioError(m_file, tag.line, Path(field, "params"),
                                     "vendor tag " + std::to_string(tag.tag) +
                                         " is already given by package/activity");
@@ -886,7 +884,7 @@ RequestSetup Reader::ReadRequest(const YAML::Node& node, const std::string& fiel
     if (node["settings"].IsDefined()) {
         request.settings = ReadTags(node["settings"], Path(field, "settings"));
         for (const TagValue& tag : request.settings) {
-            const bool modes = tag.vendor && tag.tag == kSensorModeListTag;
+            const bool modes = tag.vendor && tag.tag == Lumora::kTagSensorModeList;
             const bool zoom = !tag.vendor && tag.tag == ANDROID_CONTROL_ZOOM_RATIO;
             if ((modes && request.hasSensorModes) || (zoom && request.hasZoomRatio)) {
                 throw ScenarioError(m_file, tag.line, Path(field, "settings"),
