@@ -136,10 +136,16 @@ void BM_UpdatePerRequestCapsBuffers(benchmark::State& state) {
 }
 BENCHMARK(BM_UpdatePerRequestCapsBuffers)->RangeMultiplier(2)->Range(1, 16);
 
-void BM_IsRequestSupportCaps(benchmark::State& state) {
+// The path with one request of frame `frame` in its ring, for the lookups.
+RequestPath& PathWithFrame(uint32_t frame) {
     RequestPath& path = Path();
-    path.Request().frame_number = 1000;
+    path.Request().frame_number = frame;
     path.Ring().UpdatePerRequestCaps(&path.Request());
+    return path;
+}
+
+void BM_IsRequestSupportCaps(benchmark::State& state) {
+    RequestPath& path = PathWithFrame(1000);
     for (auto _ : state) {
         benchmark::DoNotOptimize(
             path.Ring().IsRequestSupportCaps(1000, CapsSHDRType1, static_cast<QueryCapsType>(0)));
@@ -148,9 +154,7 @@ void BM_IsRequestSupportCaps(benchmark::State& state) {
 BENCHMARK(BM_IsRequestSupportCaps);
 
 void BM_GetOriginalRequestTuningMode(benchmark::State& state) {
-    RequestPath& path = Path();
-    path.Request().frame_number = 1000;
-    path.Ring().UpdatePerRequestCaps(&path.Request());
+    RequestPath& path = PathWithFrame(1000);
     for (auto _ : state) {
         benchmark::DoNotOptimize(
             path.Ring().GetOriginalRequestTuningMode(1000, TypeFeature1Snapshot));
@@ -159,9 +163,7 @@ void BM_GetOriginalRequestTuningMode(benchmark::State& state) {
 BENCHMARK(BM_GetOriginalRequestTuningMode);
 
 void BM_FailedFrameLookup(benchmark::State& state) {
-    RequestPath& path = Path();
-    path.Request().frame_number = 1000;
-    path.Ring().UpdatePerRequestCaps(&path.Request());
+    RequestPath& path = PathWithFrame(1000);
     for (auto _ : state) {
         // Slot 232 holds frame 1000, not 1256: two error lines, both switched off.
         benchmark::DoNotOptimize(

@@ -45,9 +45,6 @@ using HostPlatform::kFaultKindCount;
 constexpr uint64_t kDefaultLimit = 200;
 // Children running at once: the cores of the machines this runs on.
 constexpr size_t kDefaultJobs = 2;
-// Repeated requests beyond this many meet the same calls again, each as the
-// first ones did; the last ones are kept.
-constexpr uint32_t kMaxRepeat = 64;
 
 // What one faulty replay showed; written by the child to its pipe.
 // A plain record, cleared whole (padding included) before it is filled.
@@ -68,11 +65,7 @@ struct Replayed {
 };
 
 struct Tally {
-    uint64_t runs = 0;
-    uint64_t changed = 0;
-    uint64_t setupRefused = 0;
-    uint64_t skipped = 0;
-    uint64_t failures = 0;
+    uint64_t runs = 0, changed = 0, setupRefused = 0, skipped = 0, failures = 0;
 };
 
 // Whether replays interleave the library's log lines. Off for runs whose
@@ -264,6 +257,10 @@ std::vector<std::string> BundledScenarios() {
     std::sort(paths.begin(), paths.end());
     return paths;
 }
+
+// Repeated requests beyond this many meet the same calls again, each as the
+// first ones did; the last ones are kept.
+constexpr uint32_t kMaxRepeat = 64;
 
 // Sweeps one scenario; adds its figures to `total` and per kind to `perKind`.
 void SweepScenario(const std::string& path, uint64_t limit, size_t jobs, bool verbose, Tally* total,

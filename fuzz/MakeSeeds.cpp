@@ -16,15 +16,12 @@
 #include "IuiLayer.h"
 #include "ScenarioReader.h"
 #include "SessionModel.h"
+#include "common/VendorTags.h"
 
 namespace {
 
 using namespace UilayerFuzz;
 
-constexpr uint32_t kTagSensorModeList = 49;
-constexpr uint32_t kTagZoomRatio = 0x1002F;
-constexpr uint32_t kTagPackageName = 34;
-constexpr uint32_t kTagActivityName = 105;
 constexpr size_t kMaxRepeats = 4;
 
 size_t SizeOf(UilayerSim::ElementType type) {
@@ -81,10 +78,10 @@ Step RequestStep(const UilayerSim::RequestSetup& r, uint32_t frame) {
     step.hasMetadata = r.hasSettings;
     if (r.hasSensorModes) {
         step.tags.push_back(
-            Entry(true, kTagSensorModeList, r.sensorModes.data(), r.sensorModes.size(), 4));
+            Entry(true, Lumora::kTagSensorModeList, r.sensorModes.data(), r.sensorModes.size(), 4));
     }
     if (r.hasZoomRatio) {
-        step.tags.push_back(Entry(false, kTagZoomRatio, &r.zoomRatio, 1, 4));
+        step.tags.push_back(Entry(false, ANDROID_CONTROL_ZOOM_RATIO, &r.zoomRatio, 1, 4));
     }
     for (const UilayerSim::TagValue& value : r.settings) {
         if (step.tags.size() < kMaxTags) {
@@ -107,14 +104,38 @@ Step ResultStep(const UilayerSim::ResultSetup& r, uint32_t frame) {
     step.hasAec = r.hasAec;
     for (const UilayerSim::AecSetup& aec : r.aec) {
         if (step.aec.size() < kMaxAecRecords) {
-            step.aec.push_back(
-                {aec.cameraId, aec.aecValue1, aec.aecValue2, aec.expCount, aec.extra});
+            step.aec.push_back(aec);
         }
     }
     step.hasMlft = r.hasMlft;
     step.mlftBytes = r.hasMlft ? 1804 : 0;
     step.mlft = r.mlft;
     return step;
+}
+
+// The fuzz step of each scenario query step; the rest go to kStepAccessors.
+struct QueryStep {
+    UilayerSim::StepKind scenario;
+    uint8_t fuzz;
+};
+constexpr QueryStep kQuerySteps[] = {
+    {UilayerSim::StepKind::SessionCaps, kStepSessionCaps},
+    {UilayerSim::StepKind::CapsMask, kStepCapsMask},
+    {UilayerSim::StepKind::Streams, kStepStreamLists},
+    {UilayerSim::StepKind::SensorMode, kStepSensorMode},
+    {UilayerSim::StepKind::TuningMode, kStepRequestQueries},
+    {UilayerSim::StepKind::RequestCaps, kStepRequestQueries},
+    {UilayerSim::StepKind::WarmStart, kStepWarmStart},
+    {UilayerSim::StepKind::RemapZoomRatio, kStepRemapZoomRatio},
+};
+
+uint8_t QueryStepKind(UilayerSim::StepKind kind) {
+    for (const QueryStep& step : kQuerySteps) {
+        if (step.scenario == kind) {
+            return step.fuzz;
+        }
+    }
+    return kStepAccessors;
 }
 
 // The steps of a scenario session, queries mapped to the query steps.
@@ -126,17 +147,13 @@ std::vector<Step> StepsOf(const UilayerSim::SessionSetup& session) {
         }
     };
     for (const UilayerSim::Step& s : session.steps) {
-        Step step;
-        step.type = s.camera;
-        step.frame = s.frame;
-        step.caps = static_cast<uint8_t>(s.caps.empty() ? 0 : s.caps.front() % 100);
         switch (s.kind) {
             case UilayerSim::StepKind::Request:
                 add(RequestStep(s.request, s.request.frame));
-                break;
+                continue;
             case UilayerSim::StepKind::Result:
                 add(ResultStep(s.result, s.result.frame));
-                break;
+                continue;
             case UilayerSim::StepKind::Repeat:
                 for (uint32_t n = 0; n < s.count && n < kMaxRepeats; ++n) {
                     add(RequestStep(s.request, s.request.frame + n));
@@ -144,58 +161,39 @@ std::vector<Step> StepsOf(const UilayerSim::SessionSetup& session) {
                         add(ResultStep(s.result, s.request.frame + n));
                     }
                 }
-                break;
-            case UilayerSim::StepKind::SessionCaps:
-                for (uint32_t caps : s.caps) {
-                    step.kind = kStepSessionCaps;
-                    step.caps = static_cast<uint8_t>(caps % 100);
-                    add(step);
-                }
-                break;
-            case UilayerSim::StepKind::CapsMask:
-                step.kind = kStepCapsMask;
-                add(step);
-                break;
-            case UilayerSim::StepKind::Streams:
-                step.kind = kStepStreamLists;
-                step.streamType = s.role;
-                add(step);
-                break;
-            case UilayerSim::StepKind::SensorMode:
-                step.kind = kStepSensorMode;
-                for (uint32_t caps : s.caps) {
-                    if (caps < 64) {
-                        step.capsLow |= uint64_t{1} << caps;
-                    } else if (caps < 100) {
-                        step.capsHigh |= uint64_t{1} << (caps - 64);
-                    }
-                }
-                add(step);
-                break;
-            case UilayerSim::StepKind::TuningMode:
-                step.kind = kStepRequestQueries;
-                step.type = s.tuningType;
-                add(step);
-                break;
-            case UilayerSim::StepKind::RequestCaps:
-                step.kind = kStepRequestQueries;
-                add(step);
-                break;
-            case UilayerSim::StepKind::WarmStart:
-                step.kind = kStepWarmStart;
-                add(step);
-                break;
-            case UilayerSim::StepKind::RemapZoomRatio:
-                step.kind = kStepRemapZoomRatio;
-                step.text = s.sensor.substr(0, 96);
-                step.skip = s.skip;
-                add(step);
-                break;
+                continue;
             default:
-                step.kind = kStepAccessors;
-                add(step);
                 break;
         }
+        Step step;
+        step.kind = QueryStepKind(s.kind);
+        step.type = s.kind == UilayerSim::StepKind::TuningMode ? s.tuningType : s.camera;
+        step.frame = s.frame;
+        step.caps = static_cast<uint8_t>(s.caps.empty() ? 0 : s.caps.front() % 100);
+        if (s.kind == UilayerSim::StepKind::SessionCaps) {
+            for (uint32_t caps : s.caps) {
+                step.caps = static_cast<uint8_t>(caps % 100);
+                add(step);
+            }
+            continue;
+        }
+        if (s.kind == UilayerSim::StepKind::Streams) {
+            step.streamType = s.role;
+        }
+        if (s.kind == UilayerSim::StepKind::SensorMode) {
+            for (uint32_t caps : s.caps) {
+                if (caps < 64) {
+                    step.capsLow |= uint64_t{1} << caps;
+                } else if (caps < 100) {
+                    step.capsHigh |= uint64_t{1} << (caps - 64);
+                }
+            }
+        }
+        if (s.kind == UilayerSim::StepKind::RemapZoomRatio) {
+            step.text = s.sensor.substr(0, 96);
+            step.skip = s.skip;
+        }
+        add(step);
     }
     return steps;
 }
@@ -244,12 +242,12 @@ SessionInput SessionOf(const UilayerSim::Scenario& scenario,
     in.operationMode = session.operationMode;
     in.nullSessionParams = !session.hasSessionParams;
     if (session.hasPackage) {
-        in.sessionParams.push_back(
-            Entry(true, kTagPackageName, session.package.data(), session.package.size(), 1));
+        in.sessionParams.push_back(Entry(true, Lumora::kTagPackageName, session.package.data(),
+                                         session.package.size(), 1));
     }
     if (session.hasActivity) {
-        in.sessionParams.push_back(
-            Entry(true, kTagActivityName, session.activity.data(), session.activity.size(), 1));
+        in.sessionParams.push_back(Entry(true, Lumora::kTagActivityName, session.activity.data(),
+                                         session.activity.size(), 1));
     }
     for (const UilayerSim::TagValue& value : session.params) {
         if (in.sessionParams.size() < kMaxTags) {

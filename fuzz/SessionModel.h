@@ -5,6 +5,7 @@
 #define UILAYER_FUZZ_SESSION_MODEL_H
 
 #include <HostKit/CameraTable.h>
+#include <HostKit/Capture.h>
 #include <HostKit/StreamConfig.h>
 
 #include <cstdint>
@@ -66,14 +67,6 @@ struct StreamInput : HostKit::StreamSetup {
     uint8_t physicalIdKind = kIdEmpty;
 };
 
-struct AecRecordInput {
-    int32_t cameraId = 0;
-    float value1 = 0.0f;
-    float value2 = 0.0f;
-    int32_t expCount = 0;
-    uint32_t extra = 0;
-};
-
 enum StepKind : uint8_t {
     kStepRequest,
     kStepResult,
@@ -106,7 +99,7 @@ struct Step {
     bool nullBufferArray = false;
     // Result.
     bool hasAec = false;
-    std::vector<AecRecordInput> aec;
+    std::vector<HostKit::AecRecord> aec;
     uint32_t aecBytes = 0;  // payload length cut to this many bytes (0: whole)
     bool hasMlft = false;
     uint32_t mlftBytes = 0;
@@ -115,8 +108,7 @@ struct Step {
     uint8_t caps = 0;  // capability number, below 100
     uint32_t type = 0;
     int32_t streamType = 0;
-    uint64_t capsLow = 0;
-    uint64_t capsHigh = 0;
+    uint64_t capsLow = 0, capsHigh = 0;
     uint8_t streamRef = 0;
     std::string text;
     bool nullText = false;
@@ -230,10 +222,10 @@ void VisitStep(Codec& c, Step& s) {
             }
             Bool(c, s.hasAec);
             if (s.hasAec) {
-                List(c, s.aec, kMaxAecRecords, [](Codec& c2, AecRecordInput& r) {
+                List(c, s.aec, kMaxAecRecords, [](Codec& c2, HostKit::AecRecord& r) {
                     Small(c2, r.cameraId, int32_t{-1}, int32_t{9});
-                    Float(c2, r.value1);
-                    Float(c2, r.value2);
+                    Float(c2, r.aecValue1);
+                    Float(c2, r.aecValue2);
                     Small(c2, r.expCount, int32_t{0}, int32_t{5});
                     c2.Int(r.extra, uint32_t{0}, UINT32_MAX);
                 });

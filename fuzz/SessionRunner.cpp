@@ -118,17 +118,8 @@ void TouchText(const char* text) {
 }  // namespace
 
 size_t ElementSize(bool vendor, uint32_t tag) {
-    switch (get_camera_metadata_tag_type(TagId(vendor, tag))) {
-        case TYPE_INT32:
-        case TYPE_FLOAT:
-            return 4;
-        case TYPE_INT64:
-        case TYPE_DOUBLE:
-        case TYPE_RATIONAL:
-            return 8;
-        default:
-            return 1;
-    }
+    const int type = get_camera_metadata_tag_type(TagId(vendor, tag));
+    return type > 0 && type < NUM_TYPES ? camera_metadata_type_size[type] : 1;
 }
 
 namespace {
@@ -326,10 +317,7 @@ void RunResult(Lumora::IuiLayer& parser, const Step& step) {
     if (step.hasMetadata) {
         if (step.hasAec) {
             // The records as given, not padded to eight, and maybe cut short.
-            std::vector<HostKit::AecRecord> records;
-            for (const AecRecordInput& r : step.aec) {
-                records.push_back({r.cameraId, r.value1, r.value2, r.expCount, r.extra});
-            }
+            const std::vector<HostKit::AecRecord>& records = step.aec;
             size_t bytes = records.size() * sizeof(HostKit::AecRecord);
             if (step.aecBytes > 0 && step.aecBytes < bytes) {
                 bytes = step.aecBytes;

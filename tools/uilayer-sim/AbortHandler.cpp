@@ -1,5 +1,6 @@
 #include "AbortHandler.h"
 
+#include <HostFiles.h>
 #include <HostKit/DeviceRoot.h>
 #include <unistd.h>
 
@@ -14,15 +15,7 @@ namespace {
 char g_currentStep[256] = "setting up";
 
 void WriteAll(int fd, const char* text) {
-    size_t length = strlen(text);
-    while (length > 0) {
-        const ssize_t written = write(fd, text, length);
-        if (written <= 0) {
-            return;
-        }
-        text += written;
-        length -= static_cast<size_t>(written);
-    }
+    HostPlatform::WriteAll(fd, text, strlen(text));
 }
 
 void OnAbort(int) {

@@ -2,9 +2,6 @@
 
 #include <cutils/properties.h>
 #include <system/camera_metadata.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
@@ -20,15 +17,16 @@
 
 #include "NumberText.h"
 #include "Suggest.h"
+#include "common/VendorTags.h"
 
 namespace UilayerSim {
 
 namespace {
 
+// Properties and device files: names with their texts.
+using NamedTexts = std::vector<std::pair<std::string, std::string>>;
+
 constexpr const char* kSiblingPath = "/odm/lib64/hw/camera.lumora.v2.so";
-constexpr uint32_t kSensorModeListTag = 49;
-constexpr uint32_t kPackageTag = 34;
-constexpr uint32_t kActivityTag = 105;
 constexpr size_t kMaxPhysicalCameras = 8;
 constexpr size_t kMaxSensorModes = 32;
 constexpr size_t kMaxAecRecords = 8;
@@ -224,6 +222,32 @@ private:
         return Integer(node, field, min, max);
     }
 
+    // Reads an optional field into `out` with `read`; leaves `out` as it is
+    // when the field is absent.
+    template <typename T, typename Value>
+    void Optional(const YAML::Node& node, const std::string& field, const char* name, T* out,
+                  Value (Reader::*read)(const YAML::Node&, const std::string&) const) const {
+        if (node[name].IsDefined()) {
+            *out = (this->*read)(node[name], Path(field, name));
+        }
+    }
+
+    // A "no_..." switch: true when it is given and true, and then none of
+    // `excluded` may be given.
+    bool Without(const YAML::Node& node, const std::string& field, const char* name,
+                 std::initializer_list<const char*> excluded, const char* reason) const {
+        const YAML::Node flag = node[name];
+        if (!flag.IsDefined() || !Boolean(flag, Path(field, name))) {
+            return false;
+        }
+        for (const char* other : excluded) {
+            if (node[other].IsDefined()) {
+                Fail(flag, Path(field, name), reason);
+            }
+        }
+        return true;
+    }
+
     const YAML::Node& Sequence(const YAML::Node& node, const std::string& field) const {
         if (!node.IsSequence()) {
             Fail(node, field, "expected a list");
@@ -320,10 +344,8 @@ private:
 
     CameraSetup ReadCamera(const YAML::Node& node, const std::string& field);
     void ReadConfiguration(const YAML::Node& root, Scenario* scenario);
-    std::vector<std::pair<std::string, std::string>> ReadProperties(const YAML::Node& node,
-                                                                    const std::string& field);
-    std::vector<std::pair<std::string, std::string>> ReadFiles(const YAML::Node& node,
-                                                               const std::string& field);
+    NamedTexts ReadProperties(const YAML::Node& node, const std::string& field) const;
+    NamedTexts ReadFiles(const YAML::Node& node, const std::string& field) const;
     SessionSetup ReadSession(const YAML::Node& node, const std::string& field,
                              const Scenario& scenario);
     StreamSetup ReadStream(const YAML::Node& node, const std::string& field);
@@ -362,12 +384,8 @@ Scenario Reader::Read(const YAML::Node& root) {
         ReadDevice(device, &scenario);
     }
     ReadConfiguration(root, &scenario);
-    if (root["properties"].IsDefined()) {
-        scenario.properties = ReadProperties(root["properties"], "properties");
-    }
-    if (root["files"].IsDefined()) {
-        scenario.files = ReadFiles(root["files"], "files");
-    }
+    Optional(root, "", "properties", &scenario.properties, &Reader::ReadProperties);
+    Optional(root, "", "files", &scenario.files, &Reader::ReadFiles);
     const YAML::Node sessions = Required(root, "sessions", "");
     Sequence(sessions, "sessions");
     if (sessions.size() == 0) {
@@ -411,12 +429,8 @@ CameraSetup Reader::ReadCamera(const YAML::Node& node, const std::string& field)
     }
     camera.logicalCamId = static_cast<uint32_t>(
         Integer(Required(node, "logical_id", field), Path(field, "logical_id"), 0, 15));
-    if (node["sensor"].IsDefined()) {
-        camera.sensorName = Text(node["sensor"], Path(field, "sensor"));
-    }
-    if (node["type"].IsDefined()) {
-        camera.type = Unsigned32(node["type"], Path(field, "type"));
-    }
+    Optional(node, field, "sensor", &camera.sensorName, &Reader::Text);
+    Optional(node, field, "type", &camera.type, &Reader::Unsigned32);
     if (node["sensor_mode_flags"].IsDefined()) {
         const std::string name = Path(field, "sensor_mode_flags");
         const YAML::Node flags = Sequence(node["sensor_mode_flags"], name);
@@ -520,10 +534,9 @@ void Reader::ReadConfiguration(const YAML::Node& root, Scenario* scenario) {
     }
 }
 
-std::vector<std::pair<std::string, std::string>> Reader::ReadProperties(const YAML::Node& node,
-                                                                        const std::string& field) {
+NamedTexts Reader::ReadProperties(const YAML::Node& node, const std::string& field) const {
     RequireMap(node, field);
-    std::vector<std::pair<std::string, std::string>> properties;
+    NamedTexts properties;
     for (const auto& item : node) {
         const std::string name = Text(item.first, field);
         const std::string path = Path(field, name);
@@ -538,10 +551,9 @@ std::vector<std::pair<std::string, std::string>> Reader::ReadProperties(const YA
     return properties;
 }
 
-std::vector<std::pair<std::string, std::string>> Reader::ReadFiles(const YAML::Node& node,
-                                                                   const std::string& field) {
+NamedTexts Reader::ReadFiles(const YAML::Node& node, const std::string& field) const {
     RequireMap(node, field);
-    std::vector<std::pair<std::string, std::string>> files;
+    NamedTexts files;
     for (const auto& item : node) {
         const std::string path = Text(item.first, field);
         const std::string name = Path(field, path);
@@ -584,9 +596,7 @@ SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& fiel
         session.hasActivity = true;
         session.activity = Text(node["activity"], Path(field, "activity"));
     }
-    if (node["operation_mode"].IsDefined()) {
-        session.operationMode = Unsigned32(node["operation_mode"], Path(field, "operation_mode"));
-    }
+    Optional(node, field, "operation_mode", &session.operationMode, &Reader::Unsigned32);
     if (node["no_session_params"].IsDefined()) {
         session.hasSessionParams =
             !Boolean(node["no_session_params"], Path(field, "no_session_params"));
@@ -598,20 +608,16 @@ SessionSetup Reader::ReadSession(const YAML::Node& node, const std::string& fiel
         }
         session.params = ReadTags(node["params"], Path(field, "params"));
         for (const TagValue& tag : session.params) {
-            if (tag.vendor && ((tag.tag == kPackageTag && session.hasPackage) ||
-                               (tag.tag == kActivityTag && session.hasActivity))) {
+            if (tag.vendor && ((tag.tag == Lumora::kTagPackageName && session.hasPackage) ||
+                               (tag.tag == Lumora::kTagActivityName && session.hasActivity))) {
                 throw ScenarioError(m_file, tag.line, Path(field, "params"),
                                     "vendor tag " + std::to_string(tag.tag) +
                                         " is already given by package/activity");
             }
         }
     }
-    if (node["properties"].IsDefined()) {
-        session.properties = ReadProperties(node["properties"], Path(field, "properties"));
-    }
-    if (node["files"].IsDefined()) {
-        session.files = ReadFiles(node["files"], Path(field, "files"));
-    }
+    Optional(node, field, "properties", &session.properties, &Reader::ReadProperties);
+    Optional(node, field, "files", &session.files, &Reader::ReadFiles);
 
     SessionState state;
     for (const CameraSetup& camera : scenario.cameras) {
@@ -699,9 +705,7 @@ StreamSetup Reader::ReadStream(const YAML::Node& node, const std::string& field)
                                StreamUseCaseByName, "stream use case", INT64_MIN, INT64_MAX,
                                AcceptedNames(NameTable::StreamUseCases));
     }
-    if (node["ext_stream_mode"].IsDefined()) {
-        stream.extMode = Unsigned32(node["ext_stream_mode"], Path(field, "ext_stream_mode"));
-    }
+    Optional(node, field, "ext_stream_mode", &stream.extMode, &Reader::Unsigned32);
     if (node["dynamic_range_profile"].IsDefined()) {
         stream.dynamicRangeProfile =
             Named(node["dynamic_range_profile"], Path(field, "dynamic_range_profile"),
@@ -859,13 +863,8 @@ RequestSetup Reader::ReadRequest(const YAML::Node& node, const std::string& fiel
             request.buffers.push_back(static_cast<size_t>(it - state.streamNames.begin()));
         }
     }
-    if (node["no_settings"].IsDefined() &&
-        Boolean(node["no_settings"], Path(field, "no_settings"))) {
-        if (node["sensor_modes"].IsDefined() || node["zoom_ratio"].IsDefined() ||
-            node["settings"].IsDefined()) {
-            Fail(node["no_settings"], Path(field, "no_settings"),
-                 "a request without settings carries no sensor_modes, zoom_ratio or settings");
-        }
+    if (Without(node, field, "no_settings", {"sensor_modes", "zoom_ratio", "settings"},
+                "a request without settings carries no sensor_modes, zoom_ratio or settings")) {
         request.hasSettings = false;
         return request;
     }
@@ -885,7 +884,7 @@ RequestSetup Reader::ReadRequest(const YAML::Node& node, const std::string& fiel
     if (node["settings"].IsDefined()) {
         request.settings = ReadTags(node["settings"], Path(field, "settings"));
         for (const TagValue& tag : request.settings) {
-            const bool modes = tag.vendor && tag.tag == kSensorModeListTag;
+            const bool modes = tag.vendor && tag.tag == Lumora::kTagSensorModeList;
             const bool zoom = !tag.vendor && tag.tag == ANDROID_CONTROL_ZOOM_RATIO;
             if ((modes && request.hasSensorModes) || (zoom && request.hasZoomRatio)) {
                 throw ScenarioError(m_file, tag.line, Path(field, "settings"),
@@ -907,12 +906,8 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
     if (needFrame) {
         result.frame = Unsigned32(Required(node, "frame", field), Path(field, "frame"));
     }
-    if (node["no_metadata"].IsDefined() &&
-        Boolean(node["no_metadata"], Path(field, "no_metadata"))) {
-        if (node["aec"].IsDefined() || node["mlft"].IsDefined()) {
-            Fail(node["no_metadata"], Path(field, "no_metadata"),
-                 "a result without metadata carries no aec or mlft");
-        }
+    if (Without(node, field, "no_metadata", {"aec", "mlft"},
+                "a result without metadata carries no aec or mlft")) {
         result.hasMetadata = false;
         return result;
     }
@@ -941,9 +936,7 @@ ResultSetup Reader::ReadResult(const YAML::Node& node, const std::string& field,
                 aec.aecValue1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
                 aec.aecValue2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
             }
-            if (entry["extra"].IsDefined()) {
-                aec.extra = Unsigned32(entry["extra"], Path(entryName, "extra"));
-            }
+            Optional(entry, entryName, "extra", &aec.extra, &Reader::Unsigned32);
             result.aec.push_back(aec);
         }
     }
@@ -1083,9 +1076,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         step.kind = StepKind::RemapZoomRatio;
         CheckFields(body, bodyName, {"sensor", "skip"});
         step.sensor = Text(Required(body, "sensor", bodyName), Path(bodyName, "sensor"));
-        if (body["skip"].IsDefined()) {
-            step.skip = Signed32(body["skip"], Path(bodyName, "skip"));
-        }
+        Optional(body, bodyName, "skip", &step.skip, &Reader::Signed32);
     } else if (kind == "request_caps") {
         requireBody();
         step.kind = StepKind::RequestCaps;
@@ -1093,9 +1084,7 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
         step.hasFrame = true;
         step.frame = Unsigned32(Required(body, "frame", bodyName), Path(bodyName, "frame"));
         step.camera = QueryCamera(body, bodyName, 7, *state);
-        if (body["caps"].IsDefined()) {
-            step.caps = Capabilities(body["caps"], Path(bodyName, "caps"));
-        }
+        Optional(body, bodyName, "caps", &step.caps, &Reader::Capabilities);
     } else {
         Fail(node, field,
              "unknown step \"" + kind +
@@ -1106,38 +1095,29 @@ Step Reader::ReadStep(const YAML::Node& node, const std::string& field, SessionS
     return step;
 }
 
-void SetReason(std::string* reason, const char* text) {
-    if (reason != nullptr) {
-        *reason = text;
+// Calls `use` with the list that holds a tag's values.
+template <typename Use>
+auto WithValues(const TagValue& value, Use use) {
+    switch (value.type) {
+        case ElementType::Int32:
+            return use(value.int32s);
+        case ElementType::Int64:
+            return use(value.int64s);
+        case ElementType::Float:
+            return use(value.floats);
+        default:
+            return use(value.bytes);
     }
 }
 
 }  // namespace
 
 size_t TagValue::Count() const {
-    switch (type) {
-        case ElementType::Int32:
-            return int32s.size();
-        case ElementType::Int64:
-            return int64s.size();
-        case ElementType::Float:
-            return floats.size();
-        default:
-            return bytes.size();
-    }
+    return WithValues(*this, [](const auto& values) { return values.size(); });
 }
 
 const void* TagValue::Data() const {
-    switch (type) {
-        case ElementType::Int32:
-            return int32s.data();
-        case ElementType::Int64:
-            return int64s.data();
-        case ElementType::Float:
-            return floats.data();
-        default:
-            return bytes.data();
-    }
+    return WithValues(*this, [](const auto& values) -> const void* { return values.data(); });
 }
 
 const CameraSetup* Scenario::Camera(uint32_t frameworkId) const {
@@ -1157,42 +1137,6 @@ ScenarioError::ScenarioError(const std::string& file, int line, const std::strin
       m_line(line),
       m_field(field),
       m_reason(reason) {}
-
-bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat info = {};
-    if (fd < 0 || fstat(fd, &info) != 0) {
-        SetReason(reason, strerror(errno));
-        if (fd >= 0) {
-            close(fd);
-        }
-        return false;
-    }
-    if (S_ISDIR(info.st_mode)) {
-        close(fd);
-        SetReason(reason, strerror(EISDIR));
-        return false;
-    }
-    text->clear();
-    char buffer[65536];
-    for (;;) {
-        const ssize_t count = read(fd, buffer, sizeof(buffer));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            SetReason(reason, strerror(errno));
-            close(fd);
-            return false;
-        }
-        if (count == 0) {
-            break;
-        }
-        text->append(buffer, static_cast<size_t>(count));
-    }
-    close(fd);
-    return true;
-}
 
 Scenario ReadScenarioText(const std::string& text, const std::string& path) {
     const YAML::Node root = LoadYaml(text, path);

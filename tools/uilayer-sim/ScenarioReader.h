@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <HostFiles.h>
+
 #include "Scenario.h"
 
 namespace UilayerSim {
@@ -39,9 +41,8 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path);
 // configuration, properties, files or sessions. Throws ScenarioError.
 Scenario ReadDeviceOrScenarioFile(const std::string& path);
 
-// Reads a whole file; false when it cannot be read, with the system's reason
-// ("No such file or directory", "Is a directory") in `reason` when given.
-bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason = nullptr);
+// Reads a whole file (see HostFiles.h).
+using HostPlatform::ReadWholeFile;
 
 }  // namespace UilayerSim
 

@@ -1,5 +1,6 @@
 #include "Signals.h"
 
+#include <HostFiles.h>
 #include <HostPlatform.h>
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -99,14 +100,7 @@ void OnInterrupt(int signalNumber) {
 }
 
 void WriteText(const std::string& text) {
-    size_t done = 0;
-    while (done < text.size()) {
-        const ssize_t written = write(STDERR_FILENO, text.data() + done, text.size() - done);
-        if (written <= 0) {
-            return;
-        }
-        done += static_cast<size_t>(written);
-    }
+    HostPlatform::WriteAll(STDERR_FILENO, text.data(), text.size());
 }
 
 // The library aborts on purpose from its own code, not from inside the

@@ -5,6 +5,7 @@
 #include <system/graphics.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace UilayerSim {
 
@@ -34,6 +35,16 @@ constexpr StreamTarget kJpegRecord = {K::Jpeg, S::Record, U::Default};
 constexpr StreamTarget kJpegMax = {K::Jpeg, S::Maximum, U::Default};
 constexpr StreamTarget kRawMax = {K::Raw, S::Maximum, U::Default};
 
+constexpr const char* kKindNames[] = {"PRIV", "YUV", "JPEG", "RAW"};
+constexpr const char* kSizeNames[] = {"PREVIEW", "RECORD", "MAX", "VGA"};
+// Use cases by their value (0..6).
+constexpr const char* kUseCaseNames[] = {
+    "DEFAULT",    "PREVIEW",     "STILL_CAPTURE", "VIDEO_RECORD", "PREVIEW_VIDEO_STILL",
+    "VIDEO_CALL", "CROPPED_RAW",
+};
+constexpr const char* kTableNames[] = {"legacy",  "limited", "full",     "raw",
+                                       "level 3", "ten-bit", "use cases"};
+
 constexpr StreamTarget With(StreamTarget target, StreamUseCase useCase) {
     target.useCase = useCase;
     return target;
@@ -42,85 +53,59 @@ constexpr StreamTarget With(StreamTarget target, StreamUseCase useCase) {
 // The guaranteed combinations of each table; a level takes its own table and
 // every table below it.
 const std::vector<StreamCombination>& Tables() {
-    static const std::vector<StreamCombination> tables = {
-        {T::Legacy, {kPrivMax}},
-        {T::Legacy, {kJpegMax}},
-        {T::Legacy, {kYuvMax}},
-        {T::Legacy, {kPrivPreview, kJpegMax}},
-        {T::Legacy, {kYuvPreview, kJpegMax}},
-        {T::Legacy, {kPrivPreview, kPrivPreview}},
-        {T::Legacy, {kPrivPreview, kYuvPreview}},
-        {T::Legacy, {kPrivPreview, kYuvPreview, kJpegMax}},
-
-        {T::Limited, {kPrivPreview, kPrivRecord}},
-        {T::Limited, {kPrivPreview, kYuvRecord}},
-        {T::Limited, {kYuvPreview, kYuvRecord}},
-        {T::Limited, {kPrivPreview, kPrivRecord, kJpegRecord}},
-        {T::Limited, {kPrivPreview, kYuvRecord, kJpegRecord}},
-        {T::Limited, {kYuvPreview, kYuvPreview, kJpegMax}},
-
-        {T::Full, {kPrivPreview, kPrivMax}},
-        {T::Full, {kPrivPreview, kYuvMax}},
-        {T::Full, {kYuvPreview, kYuvMax}},
-        {T::Full, {kPrivPreview, kPrivPreview, kJpegMax}},
-        {T::Full, {kYuvVga, kPrivPreview, kYuvMax}},
-        {T::Full, {kYuvVga, kYuvPreview, kYuvMax}},
-
-        {T::Raw, {kRawMax}},
-        {T::Raw, {kPrivPreview, kRawMax}},
-        {T::Raw, {kYuvPreview, kRawMax}},
-        {T::Raw, {kPrivPreview, kPrivPreview, kRawMax}},
-        {T::Raw, {kPrivPreview, kYuvPreview, kRawMax}},
-        {T::Raw, {kYuvPreview, kYuvPreview, kRawMax}},
-        {T::Raw, {kPrivPreview, kJpegMax, kRawMax}},
-        {T::Raw, {kYuvPreview, kJpegMax, kRawMax}},
-
-        {T::Level3, {kPrivPreview, kPrivVga, kYuvMax, kRawMax}},
-        {T::Level3, {kPrivPreview, kPrivVga, kJpegMax, kRawMax}},
-
-        // PRIV and YUV outputs carry HLG10; JPEG stays 8-bit.
-        {T::TenBit, {kPrivMax}},
-        {T::TenBit, {kYuvMax}},
-        {T::TenBit, {kPrivPreview, kJpegMax}},
-        {T::TenBit, {kPrivPreview, kYuvMax}},
-        {T::TenBit, {kYuvPreview, kYuvMax}},
-        {T::TenBit, {kPrivPreview, kPrivRecord}},
-        {T::TenBit, {kPrivPreview, kPrivRecord, kYuvRecord}},
-        {T::TenBit, {kPrivPreview, kPrivRecord, kJpegRecord}},
-
-        {T::UseCases, {With(kPrivPreview, U::Preview)}},
-        {T::UseCases, {With(kYuvPreview, U::Preview)}},
-        {T::UseCases, {With(kPrivRecord, U::VideoRecord)}},
-        {T::UseCases, {With(kYuvRecord, U::VideoRecord)}},
-        {T::UseCases, {With(kJpegMax, U::StillCapture)}},
-        {T::UseCases, {With(kYuvMax, U::StillCapture)}},
-        {T::UseCases, {With(kPrivPreview, U::PreviewVideoStill)}},
-        {T::UseCases, {With(kYuvPreview, U::PreviewVideoStill)}},
-        {T::UseCases, {With(kPrivPreview, U::VideoCall)}},
-        {T::UseCases, {With(kYuvPreview, U::VideoCall)}},
-        {T::UseCases, {With(kPrivPreview, U::Preview), With(kJpegMax, U::StillCapture)}},
-        {T::UseCases, {With(kPrivPreview, U::Preview), With(kYuvMax, U::StillCapture)}},
-        {T::UseCases, {With(kPrivPreview, U::Preview), With(kPrivRecord, U::VideoRecord)}},
-        {T::UseCases, {With(kPrivPreview, U::Preview), With(kYuvRecord, U::VideoRecord)}},
-        {T::UseCases, {With(kPrivPreview, U::Preview), With(kYuvPreview, U::Preview)}},
-        {T::UseCases,
-         {With(kPrivPreview, U::Preview), With(kPrivRecord, U::VideoRecord),
-          With(kJpegRecord, U::StillCapture)}},
-        {T::UseCases,
-         {With(kPrivPreview, U::Preview), With(kYuvRecord, U::VideoRecord),
-          With(kJpegRecord, U::StillCapture)}},
-        {T::UseCases,
-         {With(kPrivPreview, U::Preview), With(kYuvPreview, U::Preview),
-          With(kJpegMax, U::StillCapture)}},
-        {T::UseCases, {With(kRawMax, U::CroppedRaw)}},
-        {T::UseCases, {With(kPrivPreview, U::Preview), With(kRawMax, U::CroppedRaw)}},
-        {T::UseCases,
-         {With(kPrivPreview, U::Preview), With(kJpegMax, U::StillCapture),
-          With(kRawMax, U::CroppedRaw)}},
-        {T::UseCases,
-         {With(kPrivPreview, U::Preview), With(kYuvMax, U::StillCapture),
-          With(kRawMax, U::CroppedRaw)}},
-    };
+    static const std::vector<StreamCombination> tables = [] {
+        using Streams = std::vector<StreamTarget>;
+        // clang-format off
+        const std::pair<CombinationTable, std::vector<Streams>> groups[] = {
+            {T::Legacy, {{kPrivMax}, {kJpegMax}, {kYuvMax}, {kPrivPreview, kJpegMax},
+                         {kYuvPreview, kJpegMax}, {kPrivPreview, kPrivPreview},
+                         {kPrivPreview, kYuvPreview}, {kPrivPreview, kYuvPreview, kJpegMax}}},
+            {T::Limited, {{kPrivPreview, kPrivRecord}, {kPrivPreview, kYuvRecord},
+                          {kYuvPreview, kYuvRecord}, {kPrivPreview, kPrivRecord, kJpegRecord},
+                          {kPrivPreview, kYuvRecord, kJpegRecord},
+                          {kYuvPreview, kYuvPreview, kJpegMax}}},
+            {T::Full, {{kPrivPreview, kPrivMax}, {kPrivPreview, kYuvMax}, {kYuvPreview, kYuvMax},
+                       {kPrivPreview, kPrivPreview, kJpegMax}, {kYuvVga, kPrivPreview, kYuvMax},
+                       {kYuvVga, kYuvPreview, kYuvMax}}},
+            {T::Raw, {{kRawMax}, {kPrivPreview, kRawMax}, {kYuvPreview, kRawMax},
+                      {kPrivPreview, kPrivPreview, kRawMax}, {kPrivPreview, kYuvPreview, kRawMax},
+                      {kYuvPreview, kYuvPreview, kRawMax}, {kPrivPreview, kJpegMax, kRawMax},
+                      {kYuvPreview, kJpegMax, kRawMax}}},
+            {T::Level3, {{kPrivPreview, kPrivVga, kYuvMax, kRawMax},
+                         {kPrivPreview, kPrivVga, kJpegMax, kRawMax}}},
+            // PRIV and YUV outputs carry HLG10; JPEG stays 8-bit.
+            {T::TenBit, {{kPrivMax}, {kYuvMax}, {kPrivPreview, kJpegMax}, {kPrivPreview, kYuvMax},
+                         {kYuvPreview, kYuvMax}, {kPrivPreview, kPrivRecord},
+                         {kPrivPreview, kPrivRecord, kYuvRecord},
+                         {kPrivPreview, kPrivRecord, kJpegRecord}}},
+            {T::UseCases, {{With(kPrivPreview, U::Preview)}, {With(kYuvPreview, U::Preview)},
+                           {With(kPrivRecord, U::VideoRecord)}, {With(kYuvRecord, U::VideoRecord)},
+                           {With(kJpegMax, U::StillCapture)}, {With(kYuvMax, U::StillCapture)},
+                           {With(kPrivPreview, U::PreviewVideoStill)},
+                           {With(kYuvPreview, U::PreviewVideoStill)},
+                           {With(kPrivPreview, U::VideoCall)}, {With(kYuvPreview, U::VideoCall)},
+                           {With(kPrivPreview, U::Preview), With(kJpegMax, U::StillCapture)},
+                           {With(kPrivPreview, U::Preview), With(kYuvMax, U::StillCapture)},
+                           {With(kPrivPreview, U::Preview), With(kPrivRecord, U::VideoRecord)},
+                           {With(kPrivPreview, U::Preview), With(kYuvRecord, U::VideoRecord)},
+                           {With(kPrivPreview, U::Preview), With(kYuvPreview, U::Preview)},
+                           {With(kPrivPreview, U::Preview), With(kPrivRecord, U::VideoRecord), With(kJpegRecord, U::StillCapture)},
+                           {With(kPrivPreview, U::Preview), With(kYuvRecord, U::VideoRecord), With(kJpegRecord, U::StillCapture)},
+                           {With(kPrivPreview, U::Preview), With(kYuvPreview, U::Preview), With(kJpegMax, U::StillCapture)},
+                           {With(kRawMax, U::CroppedRaw)},
+                           {With(kPrivPreview, U::Preview), With(kRawMax, U::CroppedRaw)},
+                           {With(kPrivPreview, U::Preview), With(kJpegMax, U::StillCapture), With(kRawMax, U::CroppedRaw)},
+                           {With(kPrivPreview, U::Preview), With(kYuvMax, U::StillCapture), With(kRawMax, U::CroppedRaw)}}},
+        };
+        // clang-format on
+        std::vector<StreamCombination> all;
+        for (const auto& group : groups) {
+            for (const Streams& streams : group.second) {
+                all.push_back({group.first, streams});
+            }
+        }
+        return all;
+    }();
     return tables;
 }
 
@@ -143,25 +128,6 @@ bool Selected(CombinationTable table, const CombinationSelection& selection) {
             return selection.useCases;
     }
     return false;
-}
-
-const char* KindName(StreamKind kind) {
-    static const char* const kNames[] = {"PRIV", "YUV", "JPEG", "RAW"};
-    return kNames[static_cast<size_t>(kind)];
-}
-
-const char* SizeName(SizeClass size) {
-    static const char* const kNames[] = {"PREVIEW", "RECORD", "MAX", "VGA"};
-    return kNames[static_cast<size_t>(size)];
-}
-
-// Use cases by their value (0..6).
-const char* UseCaseName(StreamUseCase useCase) {
-    static const char* const kNames[] = {
-        "DEFAULT",    "PREVIEW",     "STILL_CAPTURE", "VIDEO_RECORD", "PREVIEW_VIDEO_STILL",
-        "VIDEO_CALL", "CROPPED_RAW",
-    };
-    return kNames[static_cast<size_t>(useCase)];
 }
 
 bool Fits(StreamSize size, uint32_t width, uint32_t height) {
@@ -214,18 +180,17 @@ std::vector<StreamCombination> GuaranteedCombinations(const CombinationSelection
 }
 
 const char* TableName(CombinationTable table) {
-    static const char* const kNames[] = {"legacy",  "limited", "full",     "raw",
-                                         "level 3", "ten-bit", "use cases"};
-    return kNames[static_cast<size_t>(table)];
+    return NameOf(kTableNames, table);
 }
 
 std::string StreamLabel(const StreamTarget& target, CombinationTable table) {
-    std::string label = std::string(KindName(target.kind)) + " " + SizeName(target.size);
+    std::string label =
+        std::string(NameOf(kKindNames, target.kind)) + " " + NameOf(kSizeNames, target.size);
     if (CarriesTenBit(target, table)) {
         label += " [HLG10]";
     }
     if (target.useCase != U::Default) {
-        label += std::string(" [") + UseCaseName(target.useCase) + "]";
+        label += std::string(" [") + NameOf(kUseCaseNames, target.useCase) + "]";
     }
     return label;
 }

@@ -5,6 +5,7 @@
 #ifndef UILAYER_SIM_STREAM_COMBINATIONS_H
 #define UILAYER_SIM_STREAM_COMBINATIONS_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -78,6 +79,12 @@ std::vector<StreamCombination> GuaranteedCombinations(const CombinationSelection
 
 // "legacy", "limited", "full", "raw", "level 3", "ten-bit", "use cases".
 const char* TableName(CombinationTable table);
+
+// The name of `value` in a table of names indexed by the value.
+template <typename Enum, size_t N>
+const char* NameOf(const char* const (&names)[N], Enum value) {
+    return names[static_cast<size_t>(value)];
+}
 // "PRIV PREVIEW", with "[HLG10]" for a ten-bit stream and "[STILL_CAPTURE]"
 // for a use case.
 std::string StreamLabel(const StreamTarget& target, CombinationTable table);

@@ -1,5 +1,6 @@
 #include "Sweep.h"
 
+#include <HostFiles.h>
 #include <HostPlatform.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,14 +26,7 @@ int g_outcomeFd = -1;
 void (*g_previousAbortHandler)(int) = SIG_DFL;
 
 void WriteAll(int fd, const std::string& text) {
-    size_t done = 0;
-    while (done < text.size()) {
-        const ssize_t written = write(fd, text.data() + done, text.size() - done);
-        if (written <= 0) {
-            return;
-        }
-        done += static_cast<size_t>(written);
-    }
+    HostPlatform::WriteAll(fd, text.data(), text.size());
 }
 
 // The library raises SIGABRT itself, from ordinary code outside any

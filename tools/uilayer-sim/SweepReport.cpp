@@ -8,15 +8,8 @@ namespace UilayerSim {
 
 namespace {
 
-const char* LevelName(HardwareLevel level) {
-    static const char* const kNames[] = {"legacy", "limited", "full", "3"};
-    return kNames[static_cast<size_t>(level)];
-}
-
-const char* StatusName(OutcomeStatus status) {
-    static const char* const kNames[] = {"configured", "failed", "aborted", "crashed"};
-    return kNames[static_cast<size_t>(status)];
-}
+constexpr const char* kLevelNames[] = {"legacy", "limited", "full", "3"};
+constexpr const char* kStatusNames[] = {"configured", "failed", "aborted", "crashed"};
 
 ReportNode SizeText(StreamSize size) {
     return ReportNode::Text(std::to_string(size.width) + "x" + std::to_string(size.height));
@@ -49,7 +42,7 @@ ReportNode RowNode(const SweepRow& row, const SizeClasses& sizes) {
     ReportNode node = ReportNode::Map();
     node.Add("combination", ReportNode::Text(CombinationLabel(combination)));
     node.Add("table", ReportNode::Text(TableName(combination.table)));
-    node.Add("result", ReportNode::Text(StatusName(outcome.status)));
+    node.Add("result", ReportNode::Text(NameOf(kStatusNames, outcome.status)));
     if (outcome.status == OutcomeStatus::Aborted || outcome.status == OutcomeStatus::Crashed) {
         node.Add("message", ReportNode::Text(outcome.message));
         ReportNode& log = node.Add("log", ReportNode::List());
@@ -151,7 +144,7 @@ ReportNode SweepReport(const SweepResult& result) {
     report.Add("configuration", ReportNode::Text(result.configName));
     report.Add("camera", ReportNode::Integer(result.camera));
     report.Add("operation mode", ReportNode::Hex(result.operationMode));
-    report.Add("level", ReportNode::Text(LevelName(result.selection.level)));
+    report.Add("level", ReportNode::Text(NameOf(kLevelNames, result.selection.level)));
     std::vector<StreamCombination> combinations;
     for (const SweepRow& row : result.rows) {
         combinations.push_back(row.combination);

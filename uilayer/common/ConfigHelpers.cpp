@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "common/Log.h"
+
 namespace Lumora {
 
 int ReadUIntList(const char* group, const char* key, std::vector<uint32_t>& out) {
@@ -52,6 +54,16 @@ bool UIntListContains(const char* group, const char* key, uint32_t value) {
 bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index) {
     const int written = snprintf(out, outSize, "%s[%u]", name, index);
     return written > 0 && static_cast<size_t>(written) < outSize;
+}
+
+uint32_t ReadModeRows(const char* func, const char* group, uint32_t rowValues,
+                      uint32_t* firstRowValues) {
+    const uint32_t rows = GetKeyCount(group);
+    *firstRowValues = GetValuesCount(group, "Mode[0]");
+    if (*firstRowValues != rowValues || rows == 0) {
+        UI_LOGE_IN(func, "Check CameraHWConfiguration.config");
+    }
+    return rows;
 }
 
 }  // namespace Lumora

@@ -52,6 +52,13 @@ struct RowIndex {
     char text[16];
 };
 
+// The rows "Mode[0]", "Mode[1]", ... of a group: returns its key count and
+// sets `firstRowValues` to the value count of "Mode[0]". A group without rows,
+// or whose first row does not hold `rowValues` values, is logged as an error
+// of the configuration step `func`.
+uint32_t ReadModeRows(const char* func, const char* group, uint32_t rowValues,
+                      uint32_t* firstRowValues);
+
 // Formats "name[index]" into `out`; false when it does not fit.
 bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index);
 

@@ -106,6 +106,32 @@ int32_t StreamPhysicalId(const camera3_stream* stream) {
     return static_cast<int32_t>(strtol(stream->physical_camera_id, nullptr, 10));
 }
 
+// The sensor mode caps of a plan of 2, 3 or 4 exposures (a warm start DOL
+// state or the last result's exposure count). Two exposures take SHDR type 1
+// where the camera's session has it, else the SHDR path when `pathAlways` is
+// set or the session has that.
+void SetExposurePlanCaps(const StaticSupportCapabilities& session, uint32_t cam, int32_t exposures,
+                         bool pathAlways, _CapsBitset* caps) {
+    const QueryCapsType type = static_cast<QueryCapsType>(cam);
+    switch (exposures) {
+        case 2:
+            if (session.IsSessionSupportCaps(CapsSHDRType1, type)) {
+                caps->set(CapsSHDRType1);
+            } else if (pathAlways || session.IsSessionSupportCaps(CapsSHDRPath, type)) {
+                caps->set(CapsSHDRPath);
+            }
+            break;
+        case 3:
+            caps->set(CapsSHDRType1);
+            break;
+        case 4:
+            caps->set(Caps3DolStreaming);
+            break;
+        default:
+            break;
+    }
+}
+
 }  // namespace
 
 void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilities& session,
@@ -121,22 +147,8 @@ void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilit
     if (param.warmStartEnable != 1) {
         return;
     }
-    const QueryCapsType type = static_cast<QueryCapsType>(cam);
     if (session.m_cameraIsFromMainMenu == 1) {
         switch (param.dolState) {
-            case 2:
-                if (session.IsSessionSupportCaps(CapsSHDRType1, type)) {
-                    caps->set(CapsSHDRType1);
-                } else if (session.IsSessionSupportCaps(CapsSHDRPath, type)) {
-                    caps->set(CapsSHDRPath);
-                }
-                break;
-            case 3:
-                caps->set(CapsSHDRType1);
-                break;
-            case 4:
-                caps->set(Caps3DolStreaming);
-                break;
             case 5:
                 caps->set(CapsSensorModeFlag19);
                 break;
@@ -144,6 +156,7 @@ void RequestDesiredCapabilities::ApplyWarmStartRule(const StaticSupportCapabilit
                 caps->set(CapsSensorModeFlag19).set(CapsSensorModeFlag20);
                 break;
             default:
+                SetExposurePlanCaps(session, cam, param.dolState, false, caps);
                 break;
         }
     } else if (param.dolState == 7 && session.m_operationMode == kOpModeBokeh8031) {
@@ -158,26 +171,11 @@ void RequestDesiredCapabilities::ApplyAecFeedback(const StaticSupportCapabilitie
         return;
     }
     UILAYER_TRACE_CONTRIBUTION(kSourceAecFeedback, static_cast<int32_t>(cam), aec.expCount, 0, );
-    switch (aec.expCount) {
-        case 1:
-            // One exposure: back to the plain mode whatever chose a DOL mode.
-            caps->reset(CapsSHDRPath).reset(CapsSHDRType1).set(CapsSHDRAltPath);
-            break;
-        case 2:
-            if (session.IsSessionSupportCaps(CapsSHDRType1, static_cast<QueryCapsType>(cam))) {
-                caps->set(CapsSHDRType1);
-            } else {
-                caps->set(CapsSHDRPath);
-            }
-            break;
-        case 3:
-            caps->set(CapsSHDRType1);
-            break;
-        case 4:
-            caps->set(Caps3DolStreaming);
-            break;
-        default:
-            break;
+    if (aec.expCount == 1) {
+        // One exposure: back to the plain mode whatever chose a DOL mode.
+        caps->reset(CapsSHDRPath).reset(CapsSHDRType1).set(CapsSHDRAltPath);
+    } else {
+        SetExposurePlanCaps(session, cam, aec.expCount, true, caps);
     }
 }
 

@@ -26,19 +26,21 @@ constexpr const char* kWirelessOnlinePath = "/sys/class/power_supply/wireless/on
 // The sysfs node holds "0" or "1" and a newline; a few bytes are plenty.
 constexpr int kWirelessReadSize = 4;
 
-// Why the zoom pipeline falls back to a single camera.
+// Why the zoom pipeline falls back to a single camera: 0 (off) to 10; 7 is
+// not used.
 enum FallbackUsecase : uint32_t {
-    kFallbackOff = 0,
-    kFallbackDefault = 1,
-    kFallbackOpMode8019 = 2,
-    kFallbackOpMode800B = 3,
-    kFallbackOpMode8021 = 4,
-    kFallbackOpMode8009 = 5,
-    kFallbackBokeh = 6,
+    kFallbackOff,
+    kFallbackDefault,
+    kFallbackOpMode8019,
+    kFallbackOpMode800B,
+    kFallbackOpMode8021,
+    kFallbackOpMode8009,
+    kFallbackBokeh,
     kFallbackThirdPartyClient = 8,
-    kFallbackEngineerOpMode8029 = 9,
-    kFallbackProVideo = 10,
+    kFallbackEngineerOpMode8029,
+    kFallbackProVideo,
 };
+static_assert(kFallbackProVideo == 10, "fallback use cases are reported by number");
 
 // Decimal value at the start of a terminated text, as atoi reads it; text that
 // does not start with a number gives 0, and values beyond int are clamped.

@@ -51,11 +51,8 @@ void ApplyShdrEntry(_CapsBitset& caps, int32_t option, int32_t type, bool snapsh
 }  // namespace
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
-    const uint32_t keyCount = GetKeyCount(kShdrGroup);
-    const uint32_t valueCount = GetValuesCount(kShdrGroup, "Mode[0]");
-    if (valueCount != kShdrEntrySize || keyCount == 0) {
-        UI_LOGE("Check CameraHWConfiguration.config");
-    }
+    uint32_t valueCount = 0;
+    const uint32_t keyCount = ReadModeRows(__func__, kShdrGroup, kShdrEntrySize, &valueCount);
     if (keyCount == 0) {
         return kStatusOk;
     }

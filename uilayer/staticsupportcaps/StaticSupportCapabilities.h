@@ -247,10 +247,8 @@ private:
     std::array<char, kClientNameSize> m_clientPackageName = {};
     std::array<char, kClientNameSize> m_clientActivityName = {};
     uint32_t m_isCameraUint = 0;
-    uint32_t m_SupportOisCenterOn = 0;
-    uint32_t m_SupportOisCloseOcs = 0;
-    uint32_t m_isCtsCamera = 0;
-    uint32_t m_isGSIBuild = 0;
+    uint32_t m_SupportOisCenterOn = 0, m_SupportOisCloseOcs = 0;
+    uint32_t m_isCtsCamera = 0, m_isGSIBuild = 0;
     uint32_t m_isSystemCamera = 0;
     uint32_t m_isEngineerCamera = 0;
     uint32_t m_isCtsVerifier = 0;

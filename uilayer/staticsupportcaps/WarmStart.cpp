@@ -55,11 +55,8 @@ int ReadWarmStartFile(uint32_t physicalCamId, SavedAecState& state) {
 }  // namespace
 
 uint32_t StaticSupportCapabilities::ConfigWarmStart() {
-    const uint32_t rows = GetKeyCount(kWarmDolGroup);
-    const uint32_t valueCount = GetValuesCount(kWarmDolGroup, "Mode[0]");
-    if (valueCount != kWarmDolRowValues || rows == 0) {
-        UI_LOGE("Check CameraHWConfiguration.config");
-    }
+    uint32_t valueCount = 0;
+    const uint32_t rows = ReadModeRows(__func__, kWarmDolGroup, kWarmDolRowValues, &valueCount);
     // A row needs all ten values: with a shorter first row the configuration is
     // broken (already reported above) and no row is used, and any shorter row
     // is skipped. Longer rows are read whole and their extra values ignored.

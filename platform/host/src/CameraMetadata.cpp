@@ -44,19 +44,7 @@ size_t AlignUp(size_t value, size_t alignment) {
 }
 
 size_t ElementSize(uint8_t type) {
-    switch (type) {
-        case TYPE_BYTE:
-            return 1;
-        case TYPE_INT32:
-        case TYPE_FLOAT:
-            return 4;
-        case TYPE_INT64:
-        case TYPE_DOUBLE:
-        case TYPE_RATIONAL:
-            return 8;
-        default:
-            return 0;
-    }
+    return type < NUM_TYPES ? camera_metadata_type_size[type] : 0;
 }
 
 // Byte size of `count` elements of `type`; false on an unknown type or overflow.
@@ -181,6 +169,22 @@ void FillEntry(Metadata* metadata, size_t index, Entry* out) {
     out->data.u8 = entry.count > 0 ? DataArea(metadata) + entry.offset : nullptr;
 }
 
+// The first entry of `tag`: 0, 1 on a null argument, -ENOENT when there is none.
+template <typename Entry, typename Metadata>
+int FindEntry(Metadata* metadata, uint32_t tag, Entry* out) {
+    if (metadata == nullptr || out == nullptr) {
+        return 1;
+    }
+    const MetadataEntry* entries = Entries(metadata);
+    for (size_t i = 0; i < metadata->entryCount; ++i) {
+        if (entries[i].tag == tag) {
+            FillEntry(metadata, i, out);
+            return 0;
+        }
+    }
+    return -ENOENT;
+}
+
 bool PointsInto(const camera_metadata* metadata, const void* pointer) {
     const uint8_t* begin = reinterpret_cast<const uint8_t*>(metadata);
     const uint8_t* p = static_cast<const uint8_t*>(pointer);
@@ -190,6 +194,8 @@ bool PointsInto(const camera_metadata* metadata, const void* pointer) {
 }  // namespace
 
 extern "C" {
+
+const size_t camera_metadata_type_size[NUM_TYPES] = {1, 4, 4, 8, 8, 8};
 
 camera_metadata_t* allocate_camera_metadata(size_t entry_capacity, size_t data_capacity) {
     const size_t entriesOffset = AlignUp(sizeof(camera_metadata), alignof(MetadataEntry));
@@ -345,32 +351,12 @@ int get_camera_metadata_ro_entry(const camera_metadata_t* src, size_t index,
 
 int find_camera_metadata_entry(camera_metadata_t* src, uint32_t tag,
                                camera_metadata_entry_t* entry) {
-    if (src == nullptr || entry == nullptr) {
-        return 1;
-    }
-    const MetadataEntry* entries = Entries(src);
-    for (size_t i = 0; i < src->entryCount; ++i) {
-        if (entries[i].tag == tag) {
-            FillEntry(src, i, entry);
-            return 0;
-        }
-    }
-    return -ENOENT;
+    return FindEntry(src, tag, entry);
 }
 
 int find_camera_metadata_ro_entry(const camera_metadata_t* src, uint32_t tag,
                                   camera_metadata_ro_entry_t* entry) {
-    if (src == nullptr || entry == nullptr) {
-        return 1;
-    }
-    const MetadataEntry* entries = Entries(src);
-    for (size_t i = 0; i < src->entryCount; ++i) {
-        if (entries[i].tag == tag) {
-            FillEntry(src, i, entry);
-            return 0;
-        }
-    }
-    return -ENOENT;
+    return FindEntry(src, tag, entry);
 }
 
 int update_camera_metadata_entry(camera_metadata_t* dst, size_t index, const void* data,

@@ -4,10 +4,6 @@
 // argument is null), 22 when a value does not convert. Outputs are written only
 // on success. Strings handed out point into the store and stay valid until the
 // next successful load replaces it.
-#include <errno.h>
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -19,6 +15,7 @@
 #include <CameraHWConfiguration.h>
 #include <HostConfigText.h>
 #include <HostConfigValues.h>
+#include <HostFiles.h>
 #include <HostPlatform.h>
 
 #include "ConfigurationData.h"
@@ -151,6 +148,15 @@ uint32_t ValuesCount(const char* group, std::string_view key) {
     return found != nullptr ? static_cast<uint32_t>(found->values.size()) : 0;
 }
 
+// The number of keys of a group, -1 when it is absent.
+int64_t GroupKeyCount(const char* group) {
+    NoteConfigurationRead(ConfigReadKind::Group, group, "");
+    Store& store = TheStore();
+    std::lock_guard<std::mutex> lock(store.mutex);
+    const ConfigGroup* found = store.data->FindGroup(group);
+    return found != nullptr ? static_cast<int64_t>(found->keys.size()) : -1;
+}
+
 }  // namespace
 
 namespace HostPlatform {
@@ -163,30 +169,10 @@ int LoadConfiguration(const char* text) {
 }
 
 int LoadConfigurationFile(const char* path) {
-    if (path == nullptr) {
-        return -1;
-    }
-    const int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) {
-        return -1;
-    }
     std::string text;
-    char buffer[4096];
-    for (;;) {
-        const ssize_t n = read(fd, buffer, sizeof(buffer));
-        if (n < 0 && errno == EINTR) {
-            continue;
-        }
-        if (n < 0) {
-            close(fd);
-            return -1;
-        }
-        if (n == 0) {
-            break;
-        }
-        text.append(buffer, static_cast<size_t>(n));
+    if (path == nullptr || !ReadWholeFile(path, &text)) {
+        return -1;
     }
-    close(fd);
     return Load(text);
 }
 
@@ -195,24 +181,12 @@ int LoadConfigurationFile(const char* path) {
 extern "C" {
 
 int HasGroupConfiguration(const char* group) {
-    if (group == nullptr) {
-        return 0;
-    }
-    NoteConfigurationRead(ConfigReadKind::Group, group, "");
-    Store& store = TheStore();
-    std::lock_guard<std::mutex> lock(store.mutex);
-    return store.data->FindGroup(group) != nullptr ? 1 : 0;
+    return group != nullptr && GroupKeyCount(group) >= 0 ? 1 : 0;
 }
 
 uint32_t GetKeyCount(const char* group) {
-    if (group == nullptr) {
-        return 0;
-    }
-    NoteConfigurationRead(ConfigReadKind::Group, group, "");
-    Store& store = TheStore();
-    std::lock_guard<std::mutex> lock(store.mutex);
-    const ConfigGroup* found = store.data->FindGroup(group);
-    return found != nullptr ? static_cast<uint32_t>(found->keys.size()) : 0;
+    const int64_t count = group != nullptr ? GroupKeyCount(group) : 0;
+    return count > 0 ? static_cast<uint32_t>(count) : 0;
 }
 
 uint32_t GetValuesCount(const char* group, const char* key) {

@@ -60,6 +60,9 @@ typedef struct camera_metadata_ro_entry {
     } data;
 } camera_metadata_ro_entry_t;
 
+// Size in bytes of one element of each type.
+extern const size_t camera_metadata_type_size[NUM_TYPES];
+
 // Section layout of the standard tags used by the camera layer.
 enum {
     ANDROID_CONTROL_START = 1 << 16,

@@ -1,5 +1,7 @@
 #include "HostKit/DeviceRoot.h"
 
+#include <HostFiles.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -132,14 +134,9 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& con
     if (!existed) {
         m_created.push_back(path);
     }
-    size_t done = 0;
-    while (done < content.size()) {
-        const ssize_t written = write(fd, content.data() + done, content.size() - done);
-        if (written <= 0) {
-            close(fd);
-            throw SystemError("cannot write", path);
-        }
-        done += static_cast<size_t>(written);
+    if (!HostPlatform::WriteAll(fd, content.data(), content.size())) {
+        close(fd);
+        throw SystemError("cannot write", path);
     }
     close(fd);
 }

@@ -17,8 +17,7 @@ namespace HostKit {
 
 struct StreamSetup {
     int streamType = 0;
-    uint32_t width = 0;
-    uint32_t height = 0;
+    uint32_t width = 0, height = 0;
     int format = 0;
     uint32_t usage = 0;
     int32_t dataSpace = 0;
