@@ -5,6 +5,7 @@
 #include <HostKit/DeviceRoot.h>
 #include <HostKit/Metadata.h>
 #include <HostKit/StreamConfig.h>
+#include <HostConfigText.h>
 #include <HostPlatform.h>
 #include <cutils/properties.h>
 #include <hardware/camera3.h>
@@ -18,8 +19,10 @@
 #include <vector>
 
 #include "AbortHandler.h"
-#include "Signals.h"
 #include "IuiLayer.h"
+#include "SessionFacts.h"
+#include "Signals.h"
+#include "TraceRecorder.h"
 #include "common/VendorTags.h"
 
 namespace UilayerSim {
@@ -147,7 +150,12 @@ void SetTag(HostKit::Metadata* metadata, const TagValue& value) {
 class Replayer {
 public:
     Replayer(const Scenario& scenario, const ReplayOptions& options)
-        : m_scenario(scenario), m_options(options) {}
+        : m_scenario(scenario), m_options(options) {
+        if (options.recorder == nullptr) {
+            m_ownRecorder = std::make_unique<TraceRecorder>();
+        }
+        m_recorder = options.recorder != nullptr ? options.recorder : m_ownRecorder.get();
+    }
     ~Replayer() {
         // Parsers go before the camera table they point into.
         m_parsers.clear();
@@ -189,22 +197,32 @@ private:
     ReportNode SatReport(IuiLayer* parser) const;
     ReportNode WarmStartReport(uint32_t physicalId, IuiLayer* parser) const;
     ReportNode StarModeReport(IuiLayer* parser) const;
+    ReportNode FactsReport(PreparedSession* session) const;
     std::vector<uint32_t> PhysicalIds(const SessionSetup& setup) const;
+    void WriteFiles(const std::vector<std::pair<std::string, std::string>>& files);
 
     const Scenario& m_scenario;
     const ReplayOptions& m_options;
     std::unique_ptr<HostKit::DeviceRoot> m_root;
     std::unique_ptr<HostKit::CameraTable> m_device;
     std::map<uint32_t, std::shared_ptr<IuiLayer>> m_parsers;
+    std::unique_ptr<TraceRecorder> m_ownRecorder;
+    TraceRecorder* m_recorder = nullptr;
+    std::map<std::string, std::string> m_files;  // device files written so far
+    // The configuration's switch of the wireless charging rule, as written.
+    std::string m_wirelessSwitch;
 };
 
 std::vector<std::string> Replayer::TakeLog() const {
-    std::vector<std::string> lines = HostPlatform::TakeCameraLog();
     HostPlatform::TakeAndroidLog();
-    for (std::string& line : lines) {
-        line = MaskAddresses(line);
+    return m_recorder->TakeCameraLog();
+}
+
+void Replayer::WriteFiles(const std::vector<std::pair<std::string, std::string>>& files) {
+    for (const auto& file : files) {
+        m_root->WriteFile(file.first, file.second);
+        m_files[file.first] = file.second;
     }
-    return lines;
 }
 
 void Replayer::AttachLog(ReportNode* node, std::vector<std::string> lines) const {
@@ -297,15 +315,18 @@ std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& se
 ReportNode Replayer::Run() {
     m_root = std::make_unique<HostKit::DeviceRoot>(m_options.siblingRoot, "uilayer-sim");
     RegisterCleanupPath(m_root->Path());
-    for (const auto& file : m_scenario.files) {
-        m_root->WriteFile(file.first, file.second);
-    }
+    WriteFiles(m_scenario.files);
     m_root->Activate();
     HostPlatform::ResetProperties();
     for (const auto& property : m_scenario.properties) {
         property_set(property.first.c_str(), property.second.c_str());
     }
     const int refused = HostPlatform::LoadConfiguration(m_scenario.configText.c_str());
+    const HostPlatform::ConfigText configText = HostPlatform::ReadConfigText(m_scenario.configText);
+    if (const HostPlatform::ConfigGroup* group = configText.Find("SatFallback")) {
+        const HostPlatform::ConfigKey* key = group->Find("isEnablewireless");
+        m_wirelessSwitch = key != nullptr && !key->values.empty() ? key->values.front() : "";
+    }
     if (refused != 0) {
         throw std::runtime_error("the configuration store refuses line " + std::to_string(refused) +
                                  " of " + m_scenario.configName);
@@ -357,9 +378,7 @@ ReportNode Replayer::Run() {
 
 ReportNode Replayer::RunSession(PreparedSession* session) {
     const SessionSetup& setup = *session->setup;
-    for (const auto& file : setup.files) {
-        m_root->WriteFile(file.first, file.second);
-    }
+    WriteFiles(setup.files);
     for (const auto& property : setup.properties) {
         property_set(property.first.c_str(), property.second.c_str());
     }
@@ -373,6 +392,7 @@ ReportNode Replayer::RunSession(PreparedSession* session) {
     report.Add("session", ReportNode::Text(setup.name));
     report.Add("camera", ReportNode::Integer(setup.camera));
     ReportNode& configure = report.Add("configure", ReportNode::Map());
+    m_recorder->BeginSession(setup.name, setup.camera);
     SetCurrentStep("ParseStaticCapabilities of session \"" + setup.name + "\"");
     configure.Add("ParseStaticCapabilities",
                   ReportNode::Integer(parser->ParseStaticCapabilities(session->config.Get())));
@@ -482,6 +502,15 @@ ReportNode Replayer::StarModeReport(IuiLayer* parser) const {
     return node;
 }
 
+ReportNode Replayer::FactsReport(PreparedSession* session) const {
+    if (m_recorder->Sessions().empty()) {
+        return ReportNode();
+    }
+    return FactsNode(m_recorder->Sessions().back(), session->setup->operationMode,
+                     session->config.Get()->operation_mode, ReadGsiState(),
+                     WirelessStateOf(m_files, m_wirelessSwitch));
+}
+
 ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     const SessionSetup& setup = *session->setup;
     // The report's own questions are asked with the log switches off.
@@ -496,6 +525,7 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     report.Add("activity", TextOrNone(parser->GetActivityName()));
     report.Add("camera mode", TextOrNone(parser->GetCameraMode()));
     report.Add("pipeline", TextOrNone(parser->GetPipelineName()));
+    report.Add("facts", FactsReport(session));
     report.Add("logical caps", SessionCaps(kLogicalCamera, parser));
     const std::vector<uint32_t> physicalIds = PhysicalIds(setup);
     ReportNode& physical = report.Add("physical caps", ReportNode::Map());

@@ -9,11 +9,16 @@
 
 namespace UilayerSim {
 
+class TraceRecorder;
+
 struct ReplayOptions {
     // Interleave the library's own log lines; otherwise every log switch is off.
     bool log = false;
     // Device root of the build tree that holds the host sibling camera layer.
     std::string siblingRoot;
+    // Keeps the trace of the replay when set (requests too, if it asks);
+    // otherwise the replay keeps its own, for the session facts.
+    TraceRecorder* recorder = nullptr;
 };
 
 // Builds the device in memory, loads the configuration, sets the properties,
