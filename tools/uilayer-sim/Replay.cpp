@@ -506,9 +506,9 @@ ReportNode Replayer::FactsReport(PreparedSession* session) const {
     if (m_recorder->Sessions().empty()) {
         return ReportNode();
     }
-    return FactsNode(m_recorder->Sessions().back(), session->setup->operationMode,
-                     session->config.Get()->operation_mode, ReadGsiState(),
-                     WirelessStateOf(m_files, m_wirelessSwitch));
+    m_recorder->NoteSession(session->config.Get()->operation_mode, ReadGsiState(),
+                            WirelessStateOf(m_files, m_wirelessSwitch));
+    return FactsNode(m_recorder->Sessions().back(), session->setup->operationMode);
 }
 
 ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {

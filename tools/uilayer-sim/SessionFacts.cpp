@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+#include "TraceRecorder.h"
+
 namespace UilayerSim {
 
 const char* const kWirelessOnlinePath = "/sys/class/power_supply/wireless/online";
@@ -75,9 +77,9 @@ std::string TableCameraNameNote(const _RecordedFacts& facts) {
     return "a set of " + std::to_string(count) + " cameras has no set name";
 }
 
-ReportNode FactsNode(const _RecordedSession& session, uint32_t requestedMode,
-                     uint32_t configuredMode, const _GsiState& gsi,
-                     const _WirelessState& wireless) {
+ReportNode FactsNode(const _RecordedSession& session, uint32_t requestedMode) {
+    const _GsiState& gsi = session.gsi;
+    const _WirelessState& wireless = session.wireless;
     if (session.steps.empty()) {
         return ReportNode::Text("no configuration step ran");
     }
@@ -85,7 +87,8 @@ ReportNode FactsNode(const _RecordedSession& session, uint32_t requestedMode,
     const Lumora::Trace::_SessionFacts& raw = facts.raw;
     ReportNode node = ReportNode::Map();
     node.Add("masked operation mode", ReportNode::Hex(raw.operationMode));
-    node.Add("operation mode rewritten", ReportNode::Boolean(requestedMode != configuredMode));
+    node.Add("operation mode rewritten",
+             ReportNode::Boolean(requestedMode != session.configuredOperationMode));
     node.Add("fps range",
              ReportNode::Text(std::to_string(raw.minFps) + ".." + std::to_string(raw.maxFps)))
         .WithJson([&] {

@@ -11,9 +11,10 @@
 #include <string>
 
 #include "Report.h"
-#include "TraceRecorder.h"
 
 namespace UilayerSim {
+
+struct _RecordedSession;
 
 // A system property as the library reads it.
 struct _PropertyValue {
@@ -53,11 +54,11 @@ _WirelessState WirelessStateOf(const std::map<std::string, std::string>& files,
 
 // "the set of 2 cameras has no set name" and the like: why the name the
 // tables are looked up by is what it is.
+struct _RecordedFacts;
 std::string TableCameraNameNote(const _RecordedFacts& facts);
 
 // The facts of a session after its configuration.
-ReportNode FactsNode(const _RecordedSession& session, uint32_t requestedMode,
-                     uint32_t configuredMode, const _GsiState& gsi, const _WirelessState& wireless);
+ReportNode FactsNode(const _RecordedSession& session, uint32_t requestedMode);
 
 }  // namespace UilayerSim
 

@@ -50,6 +50,14 @@ void TraceRecorder::BeginSession(const std::string& name, uint32_t camera) {
     m_sessions.back().camera = camera;
 }
 
+void TraceRecorder::NoteSession(uint32_t configuredMode, const _GsiState& gsi,
+                                const _WirelessState& wireless) {
+    _RecordedSession* session = Current();
+    session->configuredOperationMode = configuredMode;
+    session->gsi = gsi;
+    session->wireless = wireless;
+}
+
 _RecordedSession* TraceRecorder::Current() {
     if (m_sessions.empty()) {
         BeginSession("", 0);

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "SessionFacts.h"
 #include "common/Trace.h"
 
 namespace UilayerSim {
@@ -49,7 +50,11 @@ struct _RecordedRequest {
 struct _RecordedSession {
     std::string name;
     uint32_t camera = 0;
-    uint32_t frameworkOperationMode = 0;  // as the configuration arrived
+    uint32_t frameworkOperationMode = 0;   // as the configuration arrived
+    uint32_t configuredOperationMode = 0;  // after the library's rewrite, if any
+    // Read by the simulator right after the configuration.
+    _GsiState gsi;
+    _WirelessState wireless;
     std::vector<_RecordedStep> steps;
     std::map<uint32_t, _RecordedRequest> requests;  // the last request of each frame
 };
@@ -75,6 +80,8 @@ public:
     void RecordRequests(bool on) { m_recordRequests = on; }
     // The configuration that follows belongs to this session.
     void BeginSession(const std::string& name, uint32_t camera);
+    // What the simulator read right after the session's configuration.
+    void NoteSession(uint32_t configuredMode, const _GsiState& gsi, const _WirelessState& wireless);
     // The camera log since the last call, the lines the recorder read for its
     // steps included, in order, addresses masked.
     std::vector<std::string> TakeCameraLog();
