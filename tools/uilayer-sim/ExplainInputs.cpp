@@ -223,10 +223,13 @@ _PropertyValue PropertyOf(const std::string& name, const _InputContext& c) {
     return ReadProperty(name, name == "persist.vendor.camera.3dlut.enable" ? "-1" : "");
 }
 
+std::string GsiProperties(const _GsiState& gsi) {
+    return "ro.product.brand " + PropertyText(gsi.brand) + ", ro.product.system.brand " +
+           PropertyText(gsi.systemBrand) + ", ro.build.product " + PropertyText(gsi.buildProduct);
+}
+
 std::string GsiText(const _GsiState& gsi) {
-    return std::string(gsi.gsi ? "yes" : "no") + " (ro.product.brand " + PropertyText(gsi.brand) +
-           ", ro.product.system.brand " + PropertyText(gsi.systemBrand) + ", ro.build.product " +
-           PropertyText(gsi.buildProduct) + ")";
+    return std::string(gsi.gsi ? "yes" : "no") + " (" + GsiProperties(gsi) + ")";
 }
 
 // The 3D LUT switch: the configuration's, unless the property says otherwise.
@@ -273,7 +276,7 @@ void JudgeCloseOcs(const _InputContext& c, std::vector<_ExplainInput>* inputs) {
     if (gsi.gsi || c.facts->raw.supportOisCloseOcs != 0) {
         client.verdict = InputVerdict::Met;
     } else {
-        Fail(&client, "not a generic system image: " + GsiText(gsi) + ", and package '" +
+        Fail(&client, "not a generic system image (" + GsiProperties(gsi) + "), and package '" +
                           c.facts->packageName + "' is not an OisCloseOcsApp client");
     }
     inputs->push_back(client);
@@ -453,6 +456,7 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
             }
             case Lumora::kInputSession:
                 if (in.value == "set camera name") {
+                    input.what = "set camera name";
                     input.value =
                         "'" + facts.tableCameraName + "' (" + TableCameraNameNote(facts) + ")";
                 } else if (in.value == "numPhysicalCameras") {
