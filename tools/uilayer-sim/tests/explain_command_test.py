@@ -34,7 +34,7 @@ CASES = [
     (["CapsStreamPreview", "--session", "1", "--frame", "1"], 0,
      "added by a buffer of stream preview (role Preview)", WARNING),
     (["CapsVideoEISS"], 2, "", 'did you mean "CapsVideoEIS"'),
-    (["-1"], 2, "", "no capability named '-1'"),
+    (["4x4"], 2, "", "no capability named '4x4'"),
     (["100"], 2, "", "out of range: the bits are 0..99"),
     (["0", "--frame", "9"], 2, "", "no record for the frame 9"),
     (["0", "--camera", "7"], 2, "", "not 'logical' or a physical camera"),
