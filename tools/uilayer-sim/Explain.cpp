@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "Names.h"
+#include "Replay.h"
 #include "Suggest.h"
 
 namespace UilayerSim {
@@ -51,17 +52,6 @@ size_t FindSession(const Scenario& scenario, const std::string& wanted) {
     throw ExplainError("--session: no session named or numbered '" + wanted + "'" +
                        DidYouMean(wanted, names) + "; the scenario has " +
                        std::to_string(scenario.sessions.size()) + " session(s)");
-}
-
-std::vector<uint32_t> PhysicalIdsOf(const Scenario& scenario, const SessionSetup& setup) {
-    std::vector<uint32_t> ids;
-    const CameraSetup* camera = scenario.Camera(setup.camera);
-    if (camera != nullptr && camera->hasRecord) {
-        for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
-            ids.push_back(physical.physicalCamId);
-        }
-    }
-    return ids;
 }
 
 int64_t ParseCamera(const std::string& text, const std::vector<uint32_t>& ids) {
@@ -257,7 +247,7 @@ _Explanation Explain(const Scenario& scenario, const TraceRecorder& recorder,
         throw ExplainError("session \"" + setup.name + "\" was not replayed");
     }
     const _RecordedSession& recorded = recorder.Sessions()[index];
-    const std::vector<uint32_t> ids = PhysicalIdsOf(scenario, setup);
+    const std::vector<uint32_t> ids = PhysicalCameraIds(scenario, setup);
     out.session = setup.name;
     out.sessionCamera = setup.camera;
     out.camera = ParseCamera(query.camera, ids);

@@ -198,7 +198,9 @@ private:
     ReportNode WarmStartReport(uint32_t physicalId, IuiLayer* parser) const;
     ReportNode StarModeReport(IuiLayer* parser) const;
     ReportNode FactsReport(PreparedSession* session) const;
-    std::vector<uint32_t> PhysicalIds(const SessionSetup& setup) const;
+    std::vector<uint32_t> PhysicalIds(const SessionSetup& setup) const {
+        return PhysicalCameraIds(m_scenario, setup);
+    }
     void WriteFiles(const std::vector<std::pair<std::string, std::string>>& files);
 
     const Scenario& m_scenario;
@@ -233,17 +235,6 @@ void Replayer::AttachLog(ReportNode* node, std::vector<std::string> lines) const
     for (std::string& line : lines) {
         log.Push(ReportNode::Text(std::move(line)));
     }
-}
-
-std::vector<uint32_t> Replayer::PhysicalIds(const SessionSetup& setup) const {
-    std::vector<uint32_t> ids;
-    const CameraSetup* camera = m_scenario.Camera(setup.camera);
-    if (camera != nullptr && camera->hasRecord) {
-        for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
-            ids.push_back(physical.physicalCamId);
-        }
-    }
-    return ids;
 }
 
 std::unique_ptr<HostKit::Request> Replayer::PrepareRequest(const RequestSetup& setup,
@@ -892,6 +883,17 @@ std::string MaskAddresses(const std::string& line) {
         ++i;
     }
     return out;
+}
+
+std::vector<uint32_t> PhysicalCameraIds(const Scenario& scenario, const SessionSetup& setup) {
+    std::vector<uint32_t> ids;
+    const CameraSetup* camera = scenario.Camera(setup.camera);
+    if (camera != nullptr && camera->hasRecord) {
+        for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
+            ids.push_back(physical.physicalCamId);
+        }
+    }
+    return ids;
 }
 
 ReportNode Replay(const Scenario& scenario, const ReplayOptions& options) {

@@ -2,7 +2,9 @@
 #ifndef UILAYER_SIM_REPLAY_H
 #define UILAYER_SIM_REPLAY_H
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Report.h"
 #include "Scenario.h"
@@ -27,6 +29,9 @@ struct ReplayOptions {
 // be set up; nothing of the scenario reaches the library before all of it is
 // prepared.
 ReportNode Replay(const Scenario& scenario, const ReplayOptions& options);
+
+// The physical camera ids of the session's camera record, in record order.
+std::vector<uint32_t> PhysicalCameraIds(const Scenario& scenario, const SessionSetup& setup);
 
 // Replaces the addresses that log lines print ("0x" and nine or more lower
 // case hexadecimal digits) with "<addr>", so that reports stay comparable.

@@ -47,12 +47,20 @@ void Record(const Scenario& scenario, TraceRecorder* recorder) {
     Replay(scenario, options);
 }
 
-_ExplainQuery Query(uint32_t bit, size_t session, int64_t camera) {
+_ExplainQuery Query(const std::string& cap, const std::string& session, const std::string& camera,
+                    bool hasFrame = false, uint32_t frame = 0) {
     _ExplainQuery query;
-    query.capability = std::to_string(bit);
-    query.session = std::to_string(session + 1);
-    query.camera = camera < 0 ? "logical" : std::to_string(camera);
+    query.capability = cap;
+    query.session = session;
+    query.camera = camera;
+    query.hasFrame = hasFrame;
+    query.frame = frame;
     return query;
+}
+
+_ExplainQuery Query(uint32_t bit, size_t session, int64_t camera) {
+    return Query(std::to_string(bit), std::to_string(session + 1),
+                 camera < 0 ? "logical" : std::to_string(camera));
 }
 
 TEST(ExplainTest, EveryBitSetInAnExampleHasItsStep) {
@@ -96,10 +104,10 @@ TEST(ExplainTest, EveryBitSetInAnExampleHasItsStep) {
                     if (!set) {
                         continue;
                     }
-                    _ExplainQuery query = Query(bit, s, camera);
-                    query.hasFrame = true;
-                    query.frame = step.frame;
-                    const _Explanation e = Explain(scenario, recorder, query);
+                    const _Explanation e = Explain(
+                        scenario, recorder,
+                        Query(std::to_string(bit), std::to_string(s + 1),
+                              camera < 0 ? "logical" : std::to_string(camera), true, step.frame));
                     EXPECT_TRUE(e.set && !e.contributions.empty() && e.contributions.back().added)
                         << path << " frame " << step.frame << " bit " << bit;
                     ++requestBits;
@@ -133,11 +141,7 @@ TEST(ExplainTest, NamesTheInputThatKeptTheBitClear) {
          "OisCloseOcsApp client"},
     };
     for (const Case& c : cases) {
-        _ExplainQuery query;
-        query.capability = c.cap;
-        query.session = c.session;
-        query.camera = c.camera;
-        const _Explanation e = Explain(scenario, recorder, query);
+        const _Explanation e = Explain(scenario, recorder, Query(c.cap, c.session, c.camera));
         EXPECT_FALSE(e.set) << c.cap;
         bool named = false;
         for (const _ExplainRule& rule : e.rules) {
@@ -165,22 +169,15 @@ TEST(ExplainTest, RefusesWhatItCannotAnswer) {
         {"0", "pro video", "logical", true, "no record for the frame 1"},
     };
     for (const auto& c : cases) {
-        _ExplainQuery query;
-        query.capability = c.cap;
-        query.session = c.session;
-        query.camera = c.camera;
-        query.hasFrame = c.hasFrame;
-        query.frame = 1;
         try {
-            Explain(scenario, recorder, query);
+            Explain(scenario, recorder, Query(c.cap, c.session, c.camera, c.hasFrame, 1));
             ADD_FAILURE() << c.cap << " was answered";
         } catch (const ExplainError& error) {
             EXPECT_NE(std::string::npos, std::string(error.what()).find(c.message)) << error.what();
         }
     }
     // Either name of the shared bit, and the session's position, answer alike.
-    _ExplainQuery byName = Query(81, 2, -1);
-    byName.capability = "Caps4x4Izoom";
+    const _ExplainQuery byName = Query("Caps4x4Izoom", "3", "logical");
     EXPECT_EQ(81u, Explain(scenario, recorder, byName).bit);
     EXPECT_EQ("chat", Explain(scenario, recorder, byName).session);
 }
