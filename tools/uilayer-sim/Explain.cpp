@@ -3,6 +3,7 @@
 #include <HostConfigValues.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "Names.h"
 #include "Replay.h"
@@ -79,6 +80,27 @@ std::string StreamName(const SessionSetup& setup, int32_t index) {
     return "#" + std::to_string(index);
 }
 
+// The request the scenario sent for `frame` (the last one, or the repeat
+// that covers it).
+const RequestSetup* RequestOfFrame(const SessionSetup& setup, uint32_t frame) {
+    const RequestSetup* found = nullptr;
+    for (const Step& step : setup.steps) {
+        const bool request = step.kind == StepKind::Request && step.request.frame == frame;
+        const bool repeat = step.kind == StepKind::Repeat && frame >= step.request.frame &&
+                            frame - step.request.frame < step.count;
+        if (request || repeat) {
+            found = &step.request;
+        }
+    }
+    return found;
+}
+
+std::string Number(float value) {
+    std::ostringstream text;
+    text << value;
+    return text.str();
+}
+
 std::string CameraText(int32_t camera) {
     return camera < 0 ? "the logical camera" : "camera " + std::to_string(camera);
 }
@@ -87,7 +109,7 @@ std::string CameraText(int32_t camera) {
 std::string ContributionText(const Trace::_Contribution& c, const SessionSetup& setup) {
     switch (c.source) {
         case Trace::kSourceZoomRatio:
-            return "zoom ratio " + std::to_string(c.zoomRatio) + " (the 4x QBC threshold) for " +
+            return "zoom ratio " + Number(c.zoomRatio) + " (at the 4x QBC threshold) for " +
                    CameraText(c.camera);
         case Trace::kSourceSensorModeList:
             return "sensor mode list value " + std::to_string(c.value) + " for " +
@@ -266,6 +288,7 @@ _Explanation Explain(const Scenario& scenario, const TraceRecorder& recorder,
     context.facts = recorded.steps.empty() ? nullptr : &recorded.steps.back().facts;
     context.config = &config;
     context.camera = out.camera;
+    context.request = out.hasFrame ? RequestOfFrame(setup, out.frame) : nullptr;
     ChooseRules(context, &out);
     out.facts = SessionFactInputs(context);
     return out;

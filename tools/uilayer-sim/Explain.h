@@ -93,6 +93,7 @@ struct _InputContext {
     const _RecordedFacts* facts = nullptr;
     const HostPlatform::ConfigText* config = nullptr;
     int64_t camera = -1;
+    const RequestSetup* request = nullptr;  // the request of the explained frame
 };
 
 // The inputs of `rule` as this session had them, in the rule's order; rules

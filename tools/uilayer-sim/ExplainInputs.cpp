@@ -4,7 +4,10 @@
 // rule), the input is shown with its value and no verdict.
 #include <HostConfigValues.h>
 
+#include <system/camera_metadata.h>
+
 #include <cstdio>
+#include <sstream>
 
 #include "Explain.h"
 #include "Names.h"
@@ -23,6 +26,12 @@ std::string Hex(uint32_t value) {
     char text[16];
     snprintf(text, sizeof(text), "0x%X", value);
     return text;
+}
+
+std::string FloatText(float value) {
+    std::ostringstream text;
+    text << value;
+    return text.str();
 }
 
 std::string Trim(const std::string& text) {
@@ -111,7 +120,7 @@ std::string TagText(const TagValue& value) {
             break;
         case ElementType::Float:
             for (float each : value.floats) {
-                items.push_back(std::to_string(each));
+                items.push_back(FloatText(each));
             }
             break;
         case ElementType::Unknown:
@@ -305,6 +314,44 @@ void JudgeCloseOcsList(const _InputContext& c, _ExplainInput* input) {
                     " is not among the first five ids of OIS/OisCtsCloseOcs");
 }
 
+// A setting of the explained request, as the scenario sent it.
+_ExplainInput RequestInput(const _CapabilityInput& in, const _InputContext& c) {
+    _ExplainInput input;
+    const bool vendor = in.kind == Lumora::kInputRequestTag;
+    input.what = (vendor ? "request tag " : "request setting ") + in.value;
+    if (c.request == nullptr) {
+        input.value = "(per request; explain a frame with --frame)";
+        return input;
+    }
+    uint32_t tag = 0;
+    const bool known =
+        vendor ? HostPlatform::ParseUInt32(in.value, &tag) == HostPlatform::NumberStatus::Ok
+               : StandardTagByName(in.value, &tag);
+    if (!c.request->hasSettings) {
+        input.value = "absent (the request has no settings)";
+        return input;
+    }
+    if (vendor && tag == Lumora::kTagSensorModeList && c.request->hasSensorModes) {
+        std::vector<std::string> modes;
+        for (int32_t mode : c.request->sensorModes) {
+            modes.push_back(std::to_string(mode));
+        }
+        input.value = Joined(modes);
+        return input;
+    }
+    if (!vendor && tag == ANDROID_CONTROL_ZOOM_RATIO && c.request->hasZoomRatio) {
+        input.value = FloatText(c.request->zoomRatio);
+        return input;
+    }
+    input.value = "absent";
+    for (const TagValue& value : c.request->settings) {
+        if (known && value.vendor == vendor && value.tag == tag) {
+            input.value = TagText(value);
+        }
+    }
+    return input;
+}
+
 }  // namespace
 
 std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _InputContext& c) {
@@ -313,6 +360,9 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
         return out;
     }
     const bool judge = rule.effect == Lumora::kEffectSets;
+    // A condition of alternatives ("..., or ...") may hold without the mode the
+    // other alternative names: modes are judged only for single conditions.
+    const bool judgeModes = judge && std::string(rule.condition).find(", or ") == std::string::npos;
     const std::vector<_CapabilityInput> inputs = Lumora::ParseInputs(rule);
     const bool nameTable = HasInput(inputs, Lumora::kInputSession, "set camera name");
     const bool gsiRule = HasInput(inputs, Lumora::kInputProperty, "ro.product.brand");
@@ -409,7 +459,7 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
                         listed = listed || mode == masked || mode == raw;
                     }
                 }
-                if (judge && any) {
+                if (judgeModes && any) {
                     if (listed) {
                         input.verdict = InputVerdict::Met;
                     } else {
@@ -425,7 +475,7 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
                 for (const std::string& item : SplitList(in.value)) {
                     listed = listed || item == facts.cameraMode;
                 }
-                if (judge) {
+                if (judgeModes) {
                     if (listed) {
                         input.verdict = InputVerdict::Met;
                     } else {
@@ -466,6 +516,10 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
                 } else {
                     input.value = "(not shown)";
                 }
+                break;
+            case Lumora::kInputRequestTag:
+            case Lumora::kInputRequestSetting:
+                input = RequestInput(in, c);
                 break;
             default:
                 input.value = "(per stream or request; see the replay report)";
