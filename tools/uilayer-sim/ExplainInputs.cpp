@@ -314,6 +314,30 @@ void JudgeCloseOcsList(const _InputContext& c, _ExplainInput* input) {
                     " is not among the first five ids of OIS/OisCtsCloseOcs");
 }
 
+// A device file of the scenario ("%d" stands for the explained camera).
+_ExplainInput FileInput(const std::string& pattern, const _InputContext& c) {
+    _ExplainInput input;
+    std::string path = pattern;
+    const size_t slot = path.find("%d");
+    if (slot != std::string::npos && c.camera >= 0) {
+        path.replace(slot, 2, std::to_string(c.camera));
+    }
+    input.what = "file " + path;
+    input.value = "absent from the scenario";
+    for (const auto* files : {&c.scenario->files, &c.setup->files}) {
+        for (const auto& file : *files) {
+            if (file.first == path) {
+                input.value =
+                    "written by the scenario (" + std::to_string(file.second.size()) + " bytes)";
+            }
+        }
+    }
+    if (slot != std::string::npos && c.camera < 0) {
+        input.value = "one per physical camera; explain one with --camera";
+    }
+    return input;
+}
+
 // A setting of the explained request, as the scenario sent it.
 _ExplainInput RequestInput(const _CapabilityInput& in, const _InputContext& c) {
     _ExplainInput input;
@@ -516,6 +540,9 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
                 } else {
                     input.value = "(not shown)";
                 }
+                break;
+            case Lumora::kInputFile:
+                input = FileInput(in.value, c);
                 break;
             case Lumora::kInputRequestTag:
             case Lumora::kInputRequestSetting:
