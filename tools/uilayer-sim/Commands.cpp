@@ -152,7 +152,9 @@ int RunExplainCommand(const CommandLine& line) {
     _Explanation explanation;
     try {
         TraceRecorder recorder;
-        recorder.RecordRequests(query.hasFrame);
+        if (query.hasFrame) {
+            recorder.RecordOnlyFrame(query.frame);
+        }
         options.recorder = &recorder;
         Replay(scenario, options);
         explanation = Explain(scenario, recorder, query);

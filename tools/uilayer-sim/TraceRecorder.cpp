@@ -116,7 +116,8 @@ void TraceRecorder::OnStepEnd(const Trace::_Step& step) {
 
 void TraceRecorder::OnRequestBegin(const camera3_capture_request* request) {
     m_request = nullptr;
-    if (!m_recordRequests || request == nullptr) {
+    if (!m_recordRequests || request == nullptr ||
+        (m_oneFrame && request->frame_number != m_onlyFrame)) {
         return;
     }
     _RecordedRequest& record = Current()->requests[request->frame_number];

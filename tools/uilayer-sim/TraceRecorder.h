@@ -78,6 +78,12 @@ public:
 
     // Requests are kept only when asked: a long repeat would keep them all.
     void RecordRequests(bool on) { m_recordRequests = on; }
+    // Only this frame's requests are kept (a question about one frame).
+    void RecordOnlyFrame(uint32_t frame) {
+        m_recordRequests = true;
+        m_onlyFrame = frame;
+        m_oneFrame = true;
+    }
     // The configuration that follows belongs to this session.
     void BeginSession(const std::string& name, uint32_t camera);
     // What the simulator read right after the session's configuration.
@@ -102,6 +108,8 @@ private:
 
     Lumora::Trace::Observer* m_previous = nullptr;
     bool m_recordRequests = false;
+    bool m_oneFrame = false;
+    uint32_t m_onlyFrame = 0;
     std::vector<_RecordedSession> m_sessions;
     std::vector<std::string> m_carried;  // read for a step, not yet taken
     _RecordedRequest* m_request = nullptr;
