@@ -139,6 +139,11 @@ TEST(ExplainTest, NamesTheInputThatKeptTheBitClear) {
          "not a generic system image (ro.product.brand 'lumora', ro.product.system.brand "
          "'lumora', ro.build.product 'lumora_phone'), and package 'com.example.chat' is not an "
          "OisCloseOcsApp client"},
+        {"CapsBokeh", "chat", "logical",
+         "operation mode 0x0 is not 0x8010, 0x8011, 0x8030, 0x8031, 0x8035, 0x8036"},
+        {"Caps3DLut", "chat", "logical", "the client sent no camera mode (session tag 160)"},
+        {"CapsCameraModeProVideoLog", "2", "logical",
+         "camera mode 'pro_video_mode' is not pro_video_log_mode"},
     };
     for (const Case& c : cases) {
         const _Explanation e = Explain(scenario, recorder, Query(c.cap, c.session, c.camera));
