@@ -7,7 +7,10 @@
 #include <string>
 #include <vector>
 
+#include <HostConfigValues.h>
+
 #include "AbortHandler.h"
+#include "Explain.h"
 #include "Lint.h"
 #include "LintOutput.h"
 #include "Names.h"
@@ -16,6 +19,7 @@
 #include "Signals.h"
 #include "Suggest.h"
 #include "SweepCommand.h"
+#include "TraceRecorder.h"
 
 namespace UilayerSim {
 
@@ -51,27 +55,65 @@ constexpr NameListing kListings[] = {
 
 }  // namespace
 
-int RunReplayCommand(const CommandLine& line) {
-    const std::string& path = line.operands.front();
+namespace {
+
+// Reads the scenario of the command line; false (after saying why on
+// standard error) when it cannot be read or has a mistake.
+bool LoadScenario(const std::string& path, Scenario* scenario) {
     std::string text;
     std::string reason;
     if (!ReadWholeFile(path, &text, &reason)) {
         ReportUnreadable(path, reason);
-        return kExitUsage;
+        return false;
     }
-    Scenario scenario;
     try {
-        scenario = ReadScenarioText(text, path);
+        *scenario = ReadScenarioText(text, path);
     } catch (const ScenarioError& error) {
         fprintf(stderr, "%s\n", error.what());
-        return kExitUsage;
+        return false;
     }
+    return true;
+}
+
+// A misspelt group or key silently turns a rule off: the scenario's
+// configuration is linted first and each finding is a warning on standard
+// error; the replay, its output and its status do not change.
+void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
+    if (line.Has("--no-lint")) {
+        return;
+    }
+    const std::string text =
+        RenderLintText(LintConfiguration(scenario.configText, scenario.configName));
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) {
+            end = text.size();
+        }
+        fprintf(stderr, "warning: %s\n", text.substr(start, end - start).c_str());
+        start = end + 1;
+    }
+}
+
+ReplayOptions OptionsOf(bool log) {
     ReplayOptions options;
-    options.log = line.Has("--log");
+    options.log = log;
     options.siblingRoot = SiblingRoot();
     InstallAbortHandler();
     InstallAbortLogWriter();
     InstallInterruptHandlers();
+    return options;
+}
+
+}  // namespace
+
+int RunReplayCommand(const CommandLine& line) {
+    Scenario scenario;
+    if (!LoadScenario(line.operands.front(), &scenario)) {
+        return kExitUsage;
+    }
+    LintBeforeReplay(line, scenario);
+    const ReplayOptions options = OptionsOf(line.Has("--log"));
     std::string output;
     try {
         const ReportNode report = Replay(scenario, options);
@@ -82,6 +124,49 @@ int RunReplayCommand(const CommandLine& line) {
     }
     WriteOut(output);
     return kExitDone;
+}
+
+int RunExplainCommand(const CommandLine& line) {
+    _ExplainQuery query;
+    query.capability = line.operands[1];
+    query.session = line.Value("--session", "");
+    query.camera = line.Value("--camera", "logical");
+    if (line.Has("--frame")) {
+        const std::string frame = line.Value("--frame", "");
+        if (HostPlatform::ParseUInt32(frame, &query.frame) != HostPlatform::NumberStatus::Ok) {
+            throw UsageError("--frame takes a frame number, not '" + frame + "'");
+        }
+        query.hasFrame = true;
+    }
+    try {
+        ParseCapability(query.capability);
+    } catch (const ExplainError& error) {
+        throw UsageError(error.what());
+    }
+    Scenario scenario;
+    if (!LoadScenario(line.operands.front(), &scenario)) {
+        return kExitUsage;
+    }
+    LintBeforeReplay(line, scenario);
+    ReplayOptions options = OptionsOf(true);
+    _Explanation explanation;
+    try {
+        TraceRecorder recorder;
+        if (query.hasFrame) {
+            recorder.RecordOnlyFrame(query.frame);
+        }
+        options.recorder = &recorder;
+        Replay(scenario, options);
+        explanation = Explain(scenario, recorder, query);
+    } catch (const ExplainError& error) {
+        throw UsageError(error.what());
+    } catch (const std::exception& error) {
+        fprintf(stderr, "uilayer-sim: %s\n", error.what());
+        return kExitSetup;
+    }
+    WriteOut(line.Has("--json") ? RenderExplanationJson(explanation)
+                                : RenderExplanationText(explanation));
+    return explanation.set ? kExitDone : kExitFindings;
 }
 
 int RunLintCommand(const CommandLine& line) {

@@ -7,8 +7,10 @@
 
 namespace UilayerSim {
 
-// SCENARIO [--json] [--log]
+// SCENARIO [--json] [--log] [--no-lint]
 int RunReplayCommand(const CommandLine& line);
+// SCENARIO CAP [--session N] [--camera logical|K] [--frame F] [--json]
+int RunExplainCommand(const CommandLine& line);
 // [--format text|json] CONFIG...
 int RunLintCommand(const CommandLine& line);
 // caps|tags|formats|roles

@@ -8,121 +8,13 @@
 #include <cstring>
 #include <iterator>
 
+#include "CapabilityReference.h"
 #include "IuiLayer.h"
 #include "common/VendorTags.h"
 
 namespace UilayerSim {
 
 namespace {
-
-struct CapabilityEntry {
-    const char* name;
-    uint32_t bit;
-};
-
-// Every enumerator of DesiredSupportCaps; a shared bit appears once per name.
-constexpr CapabilityEntry kCapabilities[] = {
-    {"CapsStreamPreview", Lumora::CapsStreamPreview},
-    {"CapsStreamSnapshotYUV", Lumora::CapsStreamSnapshotYUV},
-    {"CapsStreamSnapshotJPEG", Lumora::CapsStreamSnapshotJPEG},
-    {"CapsStreamSnapshotRAW", Lumora::CapsStreamSnapshotRAW},
-    {"CapsStreamSnapshotRAWShort", Lumora::CapsStreamSnapshotRAWShort},
-    {"CapsStreamSnapshotRAWMiddle", Lumora::CapsStreamSnapshotRAWMiddle},
-    {"CapsStreamSnapshotRAWFull", Lumora::CapsStreamSnapshotRAWFull},
-    {"CapsStreamSnapshotRAWQcfa2x2", Lumora::CapsStreamSnapshotRAWQcfa2x2},
-    {"CapsStreamVideo", Lumora::CapsStreamVideo},
-    {"CapsStreamVideoLiveShot", Lumora::CapsStreamVideoLiveShot},
-    {"CapsStreamViewFinder", Lumora::CapsStreamViewFinder},
-    {"CapsStreamASDPreview", Lumora::CapsStreamASDPreview},
-    {"CapsStreamMetadata", Lumora::CapsStreamMetadata},
-    {"CapsStreamMultiSpectralRaw", Lumora::CapsStreamMultiSpectralRaw},
-    {"CapsSHDR", Lumora::CapsSHDR},
-    {"CapsSHDROption", Lumora::CapsSHDROption},
-    {"CapsSHDRAltPath", Lumora::CapsSHDRAltPath},
-    {"CapsSHDRPath", Lumora::CapsSHDRPath},
-    {"CapsSensorModeFlag19", Lumora::CapsSensorModeFlag19},
-    {"CapsSensorModeFlag20", Lumora::CapsSensorModeFlag20},
-    {"CapsPhysicalRawStream", Lumora::CapsPhysicalRawStream},
-    {"CapsSHDRType1", Lumora::CapsSHDRType1},
-    {"CapsSHDRType2", Lumora::CapsSHDRType2},
-    {"CapsReserved24", Lumora::CapsReserved24},
-    {"CapsFps60", Lumora::CapsFps60},
-    {"CapsFps120", Lumora::CapsFps120},
-    {"CapsFps240", Lumora::CapsFps240},
-    {"CapsFps480", Lumora::CapsFps480},
-    {"CapsExtModePreview", Lumora::CapsExtModePreview},
-    {"Caps3DolStreaming", Lumora::Caps3DolStreaming},
-    {"CapsQBC4x", Lumora::CapsQBC4x},
-    {"CapsVideo120Fps", Lumora::CapsVideo120Fps},
-    {"CapsReserved33", Lumora::CapsReserved33},
-    {"CapsResolution4K", Lumora::CapsResolution4K},
-    {"CapsResolution1080P", Lumora::CapsResolution1080P},
-    {"CapsResolution720P", Lumora::CapsResolution720P},
-    {"CapsSuperText", Lumora::CapsSuperText},
-    {"CapsNotBokeh", Lumora::CapsNotBokeh},
-    {"CapsMultiSpectral", Lumora::CapsMultiSpectral},
-    {"CapsAIAFTouch2Track", Lumora::CapsAIAFTouch2Track},
-    {"CapsOpMode80BE8009", Lumora::CapsOpMode80BE8009},
-    {"CapsSystemCamera", Lumora::CapsSystemCamera},
-    {"CapsBokehOrSingleCamera", Lumora::CapsBokehOrSingleCamera},
-    {"CapsPhotoRealtimeEIS", Lumora::CapsPhotoRealtimeEIS},
-    {"CapsBokeh", Lumora::CapsBokeh},
-    {"CapsVideoCameraMode", Lumora::CapsVideoCameraMode},
-    {"CapsRawStream", Lumora::CapsRawStream},
-    {"CapsSystemCameraApp", Lumora::CapsSystemCameraApp},
-    {"CapsVideoEIS", Lumora::CapsVideoEIS},
-    {"CapsProVideo", Lumora::CapsProVideo},
-    {"CapsProVideoLog", Lumora::CapsProVideoLog},
-    {"CapsTwoCameraAlwaysOn", Lumora::CapsTwoCameraAlwaysOn},
-    {"CapsVideoStream", Lumora::CapsVideoStream},
-    {"CapsCameraUnitSdk", Lumora::CapsCameraUnitSdk},
-    {"CapsSystemCameraClient", Lumora::CapsSystemCameraClient},
-    {"CapsThirdPartyClient", Lumora::CapsThirdPartyClient},
-    {"CapsScanMode", Lumora::CapsScanMode},
-    {"CapsEngineerMode", Lumora::CapsEngineerMode},
-    {"Caps2x2XCFA", Lumora::Caps2x2XCFA},
-    {"CapsOpModeMarker", Lumora::CapsOpModeMarker},
-    {"CapsVideoMLFT", Lumora::CapsVideoMLFT},
-    {"CapsSkipRawStream", Lumora::CapsSkipRawStream},
-    {"CapsReturnPrivateChiPhyMetaEarly", Lumora::CapsReturnPrivateChiPhyMetaEarly},
-    {"CapsOverrideASDStreamDtSpace", Lumora::CapsOverrideASDStreamDtSpace},
-    {"CapsStarModeOverrideAE", Lumora::CapsStarModeOverrideAE},
-    {"CapsFineFood", Lumora::CapsFineFood},
-    {"CapsBokehOperationMode", Lumora::CapsBokehOperationMode},
-    {"CapsBokehStartWithFallback", Lumora::CapsBokehStartWithFallback},
-    {"CapsBokehTriplePreview", Lumora::CapsBokehTriplePreview},
-    {"CapsGrMode", Lumora::CapsGrMode},
-    {"CapsThirdAppStream", Lumora::CapsThirdAppStream},
-    {"CapsDisableProVideoIZoom", Lumora::CapsDisableProVideoIZoom},
-    {"CapsCtsVerifier", Lumora::CapsCtsVerifier},
-    {"CapsThirdAppTuning", Lumora::CapsThirdAppTuning},
-    {"Caps4x4XCFADisableMultiFrame", Lumora::Caps4x4XCFADisableMultiFrame},
-    {"CapsExtModeStream", Lumora::CapsExtModeStream},
-    {"CapsProVideoFamily", Lumora::CapsProVideoFamily},
-    {"CapsCaptureHdrP010Preview", Lumora::CapsCaptureHdrP010Preview},
-    {"CapsOisCloseOcs", Lumora::CapsOisCloseOcs},
-    {"CapsOisCenterOn", Lumora::CapsOisCenterOn},
-    {"CapsSensorModeFlag81", Lumora::CapsSensorModeFlag81},
-    {"Caps4x4Izoom", Lumora::Caps4x4Izoom},
-    {"CapsSatFusion", Lumora::CapsSatFusion},
-    {"CapsLowLatencyPipeline", Lumora::CapsLowLatencyPipeline},
-    {"CapsVideoBelow4K", Lumora::CapsVideoBelow4K},
-    {"CapsMLFTNodeExcluded", Lumora::CapsMLFTNodeExcluded},
-    {"CapsMipmapPreview", Lumora::CapsMipmapPreview},
-    {"CapsMoonLayout", Lumora::CapsMoonLayout},
-    {"CapsSnapshotRaw12", Lumora::CapsSnapshotRaw12},
-    {"CapsVIULL", Lumora::CapsVIULL},
-    {"CapsVideoFrameInsert", Lumora::CapsVideoFrameInsert},
-    {"CapsSnapshotLockMaster", Lumora::CapsSnapshotLockMaster},
-    {"CapsCameraModeProVideoLog", Lumora::CapsCameraModeProVideoLog},
-    {"CapsCameraModeProVideo", Lumora::CapsCameraModeProVideo},
-    {"Caps3DLut", Lumora::Caps3DLut},
-    {"CapsEquivalentFocallengthOverride", Lumora::CapsEquivalentFocallengthOverride},
-    {"CapsFlowControl", Lumora::CapsFlowControl},
-    {"CapsViewFinderUseAsdFullFovPath", Lumora::CapsViewFinderUseAsdFullFovPath},
-    {"CapsVideoHalWatermark", Lumora::CapsVideoHalWatermark},
-    {"CapsPreviewOis", Lumora::CapsPreviewOis},
-};
 
 struct NamedValue {
     const char* name;
@@ -290,8 +182,15 @@ std::vector<NamedNumber> Table(NameTable table, bool withFull) {
     std::vector<NamedNumber> out;
     switch (table) {
         case NameTable::Capabilities:
-            for (const CapabilityEntry& entry : kCapabilities) {
-                out.push_back({entry.name, entry.bit});
+            // The capability reference is the one table of names; a shared bit
+            // appears once per name.
+            for (uint32_t bit = 0; bit < Lumora::kCapabilityCount; ++bit) {
+                const Lumora::_Capability& capability = Lumora::Capabilities()[bit];
+                for (const char* name : {capability.name, capability.otherName}) {
+                    if (name != nullptr) {
+                        out.push_back({name, bit});
+                    }
+                }
             }
             break;
         case NameTable::StandardTags:
@@ -343,26 +242,22 @@ std::vector<std::string> AcceptedNames(NameTable table) {
 }
 
 std::string CapabilityName(uint32_t bit) {
-    std::string name;
-    for (const CapabilityEntry& entry : kCapabilities) {
-        if (entry.bit == bit) {
-            if (!name.empty()) {
-                name += '/';
-            }
-            name += entry.name;
-        }
+    if (bit >= Lumora::kCapabilityCount || Lumora::Capabilities()[bit].name == nullptr) {
+        return "bit" + std::to_string(bit);
     }
-    return name.empty() ? "bit" + std::to_string(bit) : name;
+    const Lumora::_Capability& capability = Lumora::Capabilities()[bit];
+    return capability.otherName == nullptr
+               ? capability.name
+               : std::string(capability.name) + "/" + capability.otherName;
 }
 
 bool CapabilityByName(const std::string& name, uint32_t* bit) {
-    for (const CapabilityEntry& entry : kCapabilities) {
-        if (name == entry.name) {
-            *bit = entry.bit;
-            return true;
-        }
+    const int found = Lumora::FindCapability(name);
+    if (found < 0) {
+        return false;
     }
-    return false;
+    *bit = static_cast<uint32_t>(found);
+    return true;
 }
 
 std::string StreamRoleName(int32_t role) {

@@ -5,6 +5,7 @@
 #include <HostKit/DeviceRoot.h>
 #include <HostKit/Metadata.h>
 #include <HostKit/StreamConfig.h>
+#include <HostConfigText.h>
 #include <HostPlatform.h>
 #include <cutils/properties.h>
 #include <hardware/camera3.h>
@@ -18,8 +19,10 @@
 #include <vector>
 
 #include "AbortHandler.h"
-#include "Signals.h"
 #include "IuiLayer.h"
+#include "SessionFacts.h"
+#include "Signals.h"
+#include "TraceRecorder.h"
 #include "common/VendorTags.h"
 
 namespace UilayerSim {
@@ -147,7 +150,12 @@ void SetTag(HostKit::Metadata* metadata, const TagValue& value) {
 class Replayer {
 public:
     Replayer(const Scenario& scenario, const ReplayOptions& options)
-        : m_scenario(scenario), m_options(options) {}
+        : m_scenario(scenario), m_options(options) {
+        if (options.recorder == nullptr) {
+            m_ownRecorder = std::make_unique<TraceRecorder>();
+        }
+        m_recorder = options.recorder != nullptr ? options.recorder : m_ownRecorder.get();
+    }
     ~Replayer() {
         // Parsers go before the camera table they point into.
         m_parsers.clear();
@@ -189,22 +197,34 @@ private:
     ReportNode SatReport(IuiLayer* parser) const;
     ReportNode WarmStartReport(uint32_t physicalId, IuiLayer* parser) const;
     ReportNode StarModeReport(IuiLayer* parser) const;
-    std::vector<uint32_t> PhysicalIds(const SessionSetup& setup) const;
+    ReportNode FactsReport(PreparedSession* session) const;
+    std::vector<uint32_t> PhysicalIds(const SessionSetup& setup) const {
+        return PhysicalCameraIds(m_scenario, setup);
+    }
+    void WriteFiles(const std::vector<std::pair<std::string, std::string>>& files);
 
     const Scenario& m_scenario;
     const ReplayOptions& m_options;
     std::unique_ptr<HostKit::DeviceRoot> m_root;
     std::unique_ptr<HostKit::CameraTable> m_device;
     std::map<uint32_t, std::shared_ptr<IuiLayer>> m_parsers;
+    std::unique_ptr<TraceRecorder> m_ownRecorder;
+    TraceRecorder* m_recorder = nullptr;
+    std::map<std::string, std::string> m_files;  // device files written so far
+    // The configuration's switch of the wireless charging rule, as written.
+    std::string m_wirelessSwitch;
 };
 
 std::vector<std::string> Replayer::TakeLog() const {
-    std::vector<std::string> lines = HostPlatform::TakeCameraLog();
     HostPlatform::TakeAndroidLog();
-    for (std::string& line : lines) {
-        line = MaskAddresses(line);
+    return m_recorder->TakeCameraLog();
+}
+
+void Replayer::WriteFiles(const std::vector<std::pair<std::string, std::string>>& files) {
+    for (const auto& file : files) {
+        m_root->WriteFile(file.first, file.second);
+        m_files[file.first] = file.second;
     }
-    return lines;
 }
 
 void Replayer::AttachLog(ReportNode* node, std::vector<std::string> lines) const {
@@ -215,17 +235,6 @@ void Replayer::AttachLog(ReportNode* node, std::vector<std::string> lines) const
     for (std::string& line : lines) {
         log.Push(ReportNode::Text(std::move(line)));
     }
-}
-
-std::vector<uint32_t> Replayer::PhysicalIds(const SessionSetup& setup) const {
-    std::vector<uint32_t> ids;
-    const CameraSetup* camera = m_scenario.Camera(setup.camera);
-    if (camera != nullptr && camera->hasRecord) {
-        for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
-            ids.push_back(physical.physicalCamId);
-        }
-    }
-    return ids;
 }
 
 std::unique_ptr<HostKit::Request> Replayer::PrepareRequest(const RequestSetup& setup,
@@ -297,15 +306,18 @@ std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& se
 ReportNode Replayer::Run() {
     m_root = std::make_unique<HostKit::DeviceRoot>(m_options.siblingRoot, "uilayer-sim");
     RegisterCleanupPath(m_root->Path());
-    for (const auto& file : m_scenario.files) {
-        m_root->WriteFile(file.first, file.second);
-    }
+    WriteFiles(m_scenario.files);
     m_root->Activate();
     HostPlatform::ResetProperties();
     for (const auto& property : m_scenario.properties) {
         property_set(property.first.c_str(), property.second.c_str());
     }
     const int refused = HostPlatform::LoadConfiguration(m_scenario.configText.c_str());
+    const HostPlatform::ConfigText configText = HostPlatform::ReadConfigText(m_scenario.configText);
+    if (const HostPlatform::ConfigGroup* group = configText.Find("SatFallback")) {
+        const HostPlatform::ConfigKey* key = group->Find("isEnablewireless");
+        m_wirelessSwitch = key != nullptr && !key->values.empty() ? key->values.front() : "";
+    }
     if (refused != 0) {
         throw std::runtime_error("the configuration store refuses line " + std::to_string(refused) +
                                  " of " + m_scenario.configName);
@@ -357,9 +369,7 @@ ReportNode Replayer::Run() {
 
 ReportNode Replayer::RunSession(PreparedSession* session) {
     const SessionSetup& setup = *session->setup;
-    for (const auto& file : setup.files) {
-        m_root->WriteFile(file.first, file.second);
-    }
+    WriteFiles(setup.files);
     for (const auto& property : setup.properties) {
         property_set(property.first.c_str(), property.second.c_str());
     }
@@ -373,6 +383,7 @@ ReportNode Replayer::RunSession(PreparedSession* session) {
     report.Add("session", ReportNode::Text(setup.name));
     report.Add("camera", ReportNode::Integer(setup.camera));
     ReportNode& configure = report.Add("configure", ReportNode::Map());
+    m_recorder->BeginSession(setup.name, setup.camera);
     SetCurrentStep("ParseStaticCapabilities of session \"" + setup.name + "\"");
     configure.Add("ParseStaticCapabilities",
                   ReportNode::Integer(parser->ParseStaticCapabilities(session->config.Get())));
@@ -482,6 +493,15 @@ ReportNode Replayer::StarModeReport(IuiLayer* parser) const {
     return node;
 }
 
+ReportNode Replayer::FactsReport(PreparedSession* session) const {
+    if (m_recorder->Sessions().empty()) {
+        return ReportNode();
+    }
+    m_recorder->NoteSession(session->config.Get()->operation_mode, ReadGsiState(),
+                            WirelessStateOf(m_files, m_wirelessSwitch));
+    return FactsNode(m_recorder->Sessions().back(), session->setup->operationMode);
+}
+
 ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     const SessionSetup& setup = *session->setup;
     // The report's own questions are asked with the log switches off.
@@ -496,6 +516,7 @@ ReportNode Replayer::SessionReport(PreparedSession* session, IuiLayer* parser) {
     report.Add("activity", TextOrNone(parser->GetActivityName()));
     report.Add("camera mode", TextOrNone(parser->GetCameraMode()));
     report.Add("pipeline", TextOrNone(parser->GetPipelineName()));
+    report.Add("facts", FactsReport(session));
     report.Add("logical caps", SessionCaps(kLogicalCamera, parser));
     const std::vector<uint32_t> physicalIds = PhysicalIds(setup);
     ReportNode& physical = report.Add("physical caps", ReportNode::Map());
@@ -862,6 +883,17 @@ std::string MaskAddresses(const std::string& line) {
         ++i;
     }
     return out;
+}
+
+std::vector<uint32_t> PhysicalCameraIds(const Scenario& scenario, const SessionSetup& setup) {
+    std::vector<uint32_t> ids;
+    const CameraSetup* camera = scenario.Camera(setup.camera);
+    if (camera != nullptr && camera->hasRecord) {
+        for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
+            ids.push_back(physical.physicalCamId);
+        }
+    }
+    return ids;
 }
 
 ReportNode Replay(const Scenario& scenario, const ReplayOptions& options) {

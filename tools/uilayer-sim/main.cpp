@@ -18,7 +18,7 @@ constexpr const char* kAbout =
     "\n"
     "exit status:\n"
     "  0  replay done, configuration clean, help or list shown\n"
-    "  1  lint: there are findings\n"
+    "  1  lint: there are findings; explain: the capability is not set\n"
     "  2  bad command line, unreadable file, or a mistake in the scenario\n"
     "  3  the device could not be set up\n"
     "  killed by SIGABRT (134 in a shell) when the library aborts the process";
@@ -36,10 +36,34 @@ const std::vector<Subcommand>& Commands() {
          "exit status: 0 done, 2 bad command line, unreadable file or scenario mistake,\n"
          "3 device set-up failed, SIGABRT when the library aborts the process.",
          {{"--json", nullptr, "write the report as JSON (see docs/report.schema.json)"},
-          {"--log", nullptr, "show the library's log lines under each call"}},
+          {"--log", nullptr, "show the library's log lines under each call"},
+          {"--no-lint", nullptr, "do not check the configuration before the replay"}},
          1,
          1,
          UilayerSim::RunReplayCommand},
+        {"explain",
+         "SCENARIO CAP",
+         "say why a capability is or is not set in a replayed session",
+         "Replays the scenario and explains capability CAP (a name, either name of bit\n"
+         "81, or a bit number 0..99) on a camera of one session: on which cameras it is\n"
+         "set, the configuration step that set it or cleared it last with that step's\n"
+         "log lines, the rules behind the bit with their inputs as the session had them\n"
+         "(configuration keys with their file line, properties, session parameters,\n"
+         "operation and camera mode, client, the set's camera name) and, for a bit that\n"
+         "is not set, the first input that kept each rule from setting it. With --frame\n"
+         "it explains the request caps of that frame: the buffers, sensor mode list\n"
+         "values, settings and warm start rule that added or removed the bit.\n"
+         "\n"
+         "exit status: 0 set, 1 not set, 2 bad command line, unknown CAP, session,\n"
+         "camera or frame, unreadable file or scenario mistake, 3 device set-up failed.",
+         {{"--session", "N", "the session's name or 1-based position (default: the last)"},
+          {"--camera", "logical|K", "the logical camera (default) or physical camera K"},
+          {"--frame", "F", "explain the request caps of frame F"},
+          {"--json", nullptr, "write the explanation as one JSON object"},
+          {"--no-lint", nullptr, "do not check the configuration before the replay"}},
+         2,
+         2,
+         UilayerSim::RunExplainCommand},
         {"lint",
          "CONFIG...",
          "check hardware configuration files",

@@ -1,0 +1,191 @@
+// explain against the bundled examples (every set bit is traced to the step or
+// request contribution that set it) and the questions of tests/data/explain.yaml,
+// each answered with the input that kept the bit clear.
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <string>
+#include <vector>
+
+#include "Explain.h"
+#include "Replay.h"
+#include "ScenarioReader.h"
+
+namespace UilayerSim {
+namespace {
+
+std::vector<std::string> Examples() {
+    std::vector<std::string> paths;
+    DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
+    for (dirent* entry = dir != nullptr ? readdir(dir) : nullptr; entry != nullptr;
+         entry = readdir(dir)) {
+        const std::string name = entry->d_name;
+        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".yaml") == 0) {
+            paths.push_back(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/" + name);
+        }
+    }
+    if (dir != nullptr) {
+        closedir(dir);
+    }
+    return paths;
+}
+
+Scenario Load(const std::string& path) {
+    std::string text;
+    std::string reason;
+    EXPECT_TRUE(ReadWholeFile(path, &text, &reason)) << path << ": " << reason;
+    return ReadScenarioText(text, path);
+}
+
+void Record(const Scenario& scenario, TraceRecorder* recorder) {
+    ReplayOptions options;
+    options.log = true;
+    options.siblingRoot = UILAYER_SIM_SIBLING_ROOT;
+    options.recorder = recorder;
+    recorder->RecordRequests(true);
+    Replay(scenario, options);
+}
+
+_ExplainQuery Query(const std::string& cap, const std::string& session, const std::string& camera,
+                    bool hasFrame = false, uint32_t frame = 0) {
+    _ExplainQuery query;
+    query.capability = cap;
+    query.session = session;
+    query.camera = camera;
+    query.hasFrame = hasFrame;
+    query.frame = frame;
+    return query;
+}
+
+_ExplainQuery Query(uint32_t bit, size_t session, int64_t camera) {
+    return Query(std::to_string(bit), std::to_string(session + 1),
+                 camera < 0 ? "logical" : std::to_string(camera));
+}
+
+TEST(ExplainTest, EveryBitSetInAnExampleHasItsStep) {
+    const std::vector<std::string> examples = Examples();
+    ASSERT_GE(examples.size(), 5u);
+    size_t sessionBits = 0;
+    size_t requestBits = 0;
+    for (const std::string& path : examples) {
+        const Scenario scenario = Load(path);
+        TraceRecorder recorder;
+        Record(scenario, &recorder);
+        for (size_t s = 0; s < recorder.Sessions().size(); ++s) {
+            const _RecordedSession& session = recorder.Sessions()[s];
+            ASSERT_FALSE(session.steps.empty()) << path;
+            const _RecordedStep& last = session.steps.back();
+            std::vector<int64_t> cameras = {-1};
+            for (const auto& camera : last.cameras) {
+                cameras.push_back(camera.first);
+            }
+            for (int64_t camera : cameras) {
+                for (uint32_t bit = 0; bit < Lumora::kCapabilityCount; ++bit) {
+                    if (!last.Caps(camera)->test(bit)) {
+                        continue;
+                    }
+                    const _Explanation e = Explain(scenario, recorder, Query(bit, s, camera));
+                    EXPECT_TRUE(e.set && !e.setBy.empty() && !e.rules.empty())
+                        << path << " session " << s + 1 << " camera " << camera << " bit " << bit;
+                    ++sessionBits;
+                }
+            }
+            // The request caps of the frames the scenario asks about.
+            for (const Step& step : scenario.sessions[s].steps) {
+                if (step.kind != StepKind::RequestCaps || session.requests.count(step.frame) == 0) {
+                    continue;
+                }
+                const int64_t camera = step.camera == kLogicalCamera ? -1 : step.camera;
+                const _RecordedRequest& request = session.requests.at(step.frame);
+                for (uint32_t bit = 0; bit < Lumora::kCapabilityCount; ++bit) {
+                    const bool set = camera < 0 ? request.primary.test(bit)
+                                                : request.cameraCaps[camera].test(bit);
+                    if (!set) {
+                        continue;
+                    }
+                    const _Explanation e = Explain(
+                        scenario, recorder,
+                        Query(std::to_string(bit), std::to_string(s + 1),
+                              camera < 0 ? "logical" : std::to_string(camera), true, step.frame));
+                    EXPECT_TRUE(e.set && !e.contributions.empty() && e.contributions.back().added)
+                        << path << " frame " << step.frame << " bit " << bit;
+                    ++requestBits;
+                }
+            }
+        }
+    }
+    EXPECT_GT(sessionBits, 100u);
+    EXPECT_GT(requestBits, 0u);
+}
+
+TEST(ExplainTest, NamesTheInputThatKeptTheBitClear) {
+    const Scenario scenario = Load(UILAYER_SIM_TEST_DATA_DIR "/explain.yaml");
+    TraceRecorder recorder;
+    Record(scenario, &recorder);
+    struct Case {
+        const char* cap;
+        const char* session;
+        const char* camera;
+        const char* failed;  // the reason of the first rule that names it
+    };
+    const Case cases[] = {
+        {"CapsVideoEIS", "dual video", "logical",
+         "EISTypeMatching: no row names camera name ''; a set of 2 cameras has no set name"},
+        {"94", "pro video", "logical",
+         "3D LUT off: persist.vendor.camera.3dlut.enable '0' overrides "
+         "OemCommonCapbility/Enable3DLut true (inline:5)"},
+        {"CapsOisCloseOcs", "chat", "0",
+         "not a generic system image (ro.product.brand 'lumora', ro.product.system.brand "
+         "'lumora', ro.build.product 'lumora_phone'), and package 'com.example.chat' is not an "
+         "OisCloseOcsApp client"},
+        {"CapsBokeh", "chat", "logical",
+         "operation mode 0x0 is not 0x8010, 0x8011, 0x8030, 0x8031, 0x8035, 0x8036"},
+        {"Caps3DLut", "chat", "logical", "the client sent no camera mode (session tag 160)"},
+        {"CapsCameraModeProVideoLog", "2", "logical",
+         "camera mode 'pro_video_mode' is not pro_video_log_mode"},
+    };
+    for (const Case& c : cases) {
+        const _Explanation e = Explain(scenario, recorder, Query(c.cap, c.session, c.camera));
+        EXPECT_FALSE(e.set) << c.cap;
+        bool named = false;
+        for (const _ExplainRule& rule : e.rules) {
+            named = named || (rule.Failed() != nullptr && rule.Failed()->reason == c.failed);
+        }
+        EXPECT_TRUE(named) << c.cap << "\n" << RenderExplanationText(e);
+    }
+}
+
+TEST(ExplainTest, RefusesWhatItCannotAnswer) {
+    const Scenario scenario = Load(UILAYER_SIM_TEST_DATA_DIR "/explain.yaml");
+    TraceRecorder recorder;
+    Record(scenario, &recorder);
+    const struct {
+        const char* cap;
+        const char* session;
+        const char* camera;
+        bool hasFrame;
+        const char* message;
+    } cases[] = {
+        {"CapsVideoEISS", "", "logical", false, "did you mean \"CapsVideoEIS\""},
+        {"100", "", "logical", false, "out of range"},
+        {"Caps4x4Izoom", "4", "logical", false, "no session named or numbered '4'"},
+        {"0", "chat", "2", false, "not 'logical' or a physical camera of the session (0)"},
+        {"0", "pro video", "logical", true, "no record for the frame 1"},
+    };
+    for (const auto& c : cases) {
+        try {
+            Explain(scenario, recorder, Query(c.cap, c.session, c.camera, c.hasFrame, 1));
+            ADD_FAILURE() << c.cap << " was answered";
+        } catch (const ExplainError& error) {
+            EXPECT_NE(std::string::npos, std::string(error.what()).find(c.message)) << error.what();
+        }
+    }
+    // Either name of the shared bit, and the session's position, answer alike.
+    const _ExplainQuery byName = Query("Caps4x4Izoom", "3", "logical");
+    EXPECT_EQ(81u, Explain(scenario, recorder, byName).bit);
+    EXPECT_EQ("chat", Explain(scenario, recorder, byName).session);
+}
+
+}  // namespace
+}  // namespace UilayerSim
