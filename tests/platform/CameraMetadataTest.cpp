@@ -98,21 +98,6 @@ TEST(CameraMetadataTest, TagTypesOfStandardAndVendorTags) {
     EXPECT_EQ(-1, get_camera_metadata_tag_type(VendorTag(kVendorTagCount)));
 }
 
-TEST(CameraMetadataTest, VendorEntriesCountInElementsOfTheirType) {
-    Metadata m = Allocate(4, 128);
-    const int32_t ints[3] = {1, 2, 3};
-    const float f[2] = {1.5f, 2.5f};
-    const char text[] = "com.example";
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), kVendorInt32, ints, 3));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), kVendorFloat, f, 2));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), kVendorBytes, text, sizeof(text)));
-    EXPECT_EQ(12u + 4u /*pad*/ + 8u + sizeof(text), get_camera_metadata_data_count(m.get()));
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), kVendorBytes, &e));
-    EXPECT_EQ(TYPE_BYTE, e.type);
-    EXPECT_STREQ("com.example", reinterpret_cast<const char*>(e.data.u8));
-}
-
 TEST(CameraMetadataTest, UnknownTagsAndBadArgumentsFail) {
     Metadata m = Allocate(2, 64);
     const int32_t v = 1;
@@ -129,51 +114,6 @@ TEST(CameraMetadataTest, UnknownTagsAndBadArgumentsFail) {
     EXPECT_EQ(1, delete_camera_metadata_entry(m.get(), 0));
     EXPECT_EQ(1, get_camera_metadata_entry(m.get(), 0, &e));
     EXPECT_EQ(0u, get_camera_metadata_entry_count(nullptr));
-}
-
-TEST(CameraMetadataTest, FullEntryTableOrDataAreaFailsWithoutChange) {
-    Metadata m = Allocate(2, 12);
-    const int32_t v[3] = {1, 2, 3};
-    const uint8_t b = 1;
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, v, 1));
-    // The second entry starts at 8 and needs 8 bytes: beyond 12.
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_TARGET_FPS_RANGE, v, 2));
-    ASSERT_EQ(0,
-              add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION, v, 1));
-    EXPECT_EQ(12u, get_camera_metadata_data_count(m.get()));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_MODE, &b, 0));
-    EXPECT_EQ(2u, get_camera_metadata_entry_count(m.get()));
-    EXPECT_EQ(2u, get_camera_metadata_entry_capacity(m.get()));
-    EXPECT_EQ(12u, get_camera_metadata_data_capacity(m.get()));
-    EXPECT_EQ((std::vector<int32_t>{1}), Int32s(m.get(), ANDROID_SENSOR_SENSITIVITY));
-
-    Metadata empty = Allocate(0, 0);
-    ASSERT_NE(nullptr, empty);
-    EXPECT_EQ(1, add_camera_metadata_entry(empty.get(), ANDROID_CONTROL_AE_MODE, &b, 1));
-}
-
-TEST(CameraMetadataTest, EveryEntrysDataIsEightByteAligned) {
-    Metadata m = Allocate(16, 512);
-    const uint8_t bytes[7] = {1, 2, 3, 4, 5, 6, 7};
-    const int32_t ints[3] = {1, 2, 3};
-    const int64_t wide = 5;
-    for (size_t n = 1; n <= 7; ++n) {
-        ASSERT_EQ(0, add_camera_metadata_entry(m.get(), VendorTag(100 + n), bytes, n));
-        ASSERT_EQ(0,
-                  add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_REGIONS, ints, n % 3 + 1));
-    }
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_FRAME_DURATION, &wide, 1));
-    // Resizing keeps the later entries aligned too.
-    ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 0, bytes, 5, nullptr));
-    ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 3, ints, 1, nullptr));
-    for (size_t i = 0; i < get_camera_metadata_entry_count(m.get()); ++i) {
-        camera_metadata_entry_t e{};
-        ASSERT_EQ(0, get_camera_metadata_entry(m.get(), i, &e));
-        EXPECT_TRUE(Aligned(e.data.u8)) << "entry " << i;
-    }
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), ANDROID_SENSOR_FRAME_DURATION, &e));
-    EXPECT_EQ(5, e.data.i64[0]);
 }
 
 TEST(CameraMetadataTest, RecordsWithPointersAreReadInPlace) {
@@ -209,16 +149,6 @@ protected:
     Metadata m_meta;
 };
 
-TEST_F(CameraMetadataUpdateTest, SameSizeWritesInPlace) {
-    camera_metadata_entry_t before{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, &before));
-    const uint8_t other[5] = {5, 5, 5, 5, 5};
-    camera_metadata_entry_t after{};
-    ASSERT_EQ(0, update_camera_metadata_entry(m_meta.get(), 2, other, 5, &after));
-    EXPECT_EQ(before.data.u8, after.data.u8);
-    EXPECT_EQ((std::vector<uint8_t>{5, 5, 5, 5, 5}), Bytes(m_meta.get(), ANDROID_CONTROL_AE_MODE));
-}
-
 TEST_F(CameraMetadataUpdateTest, UpdateFromTheEntrysOwnData) {
     camera_metadata_entry_t e{};
     ASSERT_EQ(0, find_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, &e));
@@ -243,19 +173,6 @@ TEST(CameraMetadataTest, GrowingFromALaterEntrysDataCopiesTheOriginal) {
     ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 0, later.data.u8, 16, nullptr));
     EXPECT_EQ(std::vector<uint8_t>(b, b + 16), Bytes(m.get(), VendorTag(300)));
     EXPECT_EQ(std::vector<uint8_t>(b, b + 16), Bytes(m.get(), VendorTag(301)));
-}
-
-TEST_F(CameraMetadataUpdateTest, CloneIsIndependentAndSizedToItsContent) {
-    Metadata copy(clone_camera_metadata(m_meta.get()));
-    ASSERT_NE(nullptr, copy);
-    EXPECT_EQ(3u, get_camera_metadata_entry_count(copy.get()));
-    EXPECT_EQ(get_camera_metadata_data_count(m_meta.get()),
-              get_camera_metadata_data_capacity(copy.get()));
-    const int32_t changed[2] = {-1, -2};
-    ASSERT_EQ(0, update_camera_metadata_entry(m_meta.get(), 1, changed, 2, nullptr));
-    EXPECT_EQ((std::vector<int32_t>{10, 20}), Int32s(copy.get(), kVendorInt32));
-    EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), Bytes(copy.get(), ANDROID_CONTROL_AE_MODE));
-    EXPECT_EQ(nullptr, clone_camera_metadata(nullptr));
 }
 
 // Random adds, updates and deletes against a plain model: contents, order,
