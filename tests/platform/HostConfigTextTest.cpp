@@ -9,61 +9,8 @@
 namespace HostPlatform {
 namespace {
 
-TEST(HostConfigTextTest, KeepsLinesOfGroupsAndKeysAsTheStoreReadsThem) {
-    const ConfigText config = ReadConfigText(
-        "\xEF\xBB\xBF# comment\r\n"
-        "  ; another\r\n"
-        "[OPreviewPipelines]\r\n"
-        "mode[0] = 0x8005 , 255,1, \"Preview, low latency\"\r\n"
-        "[ PackageName Group ]\n"
-        "OisCenterOnApp =\n"
-        "[OPreviewPipelines]\n"
-        "mode[1] = 1\n"
-        "mode[0] = 2\n");
-    ASSERT_EQ(2u, config.groups.size());
-    const ConfigGroup* pipelines = config.Find("OPreviewPipelines");
-    ASSERT_NE(nullptr, pipelines);
-    EXPECT_EQ(3, pipelines->line);
-    // A repeated group header continues the group; a repeated key keeps its
-    // place and takes the later values and line.
-    ASSERT_EQ(2u, pipelines->keys.size());
-    EXPECT_EQ("mode[0]", pipelines->keys[0].name);
-    EXPECT_EQ(std::vector<std::string>{"2"}, pipelines->keys[0].values);
-    EXPECT_EQ(9, pipelines->keys[0].line);
-    EXPECT_EQ(8, pipelines->keys[1].line);
-    const ConfigGroup* packages = config.Find("PackageName Group");
-    ASSERT_NE(nullptr, packages);
-    ASSERT_NE(nullptr, packages->Find("OisCenterOnApp"));
-    EXPECT_TRUE(packages->Find("OisCenterOnApp")->values.empty());
-    ASSERT_EQ(1u, config.problems.size());
-    EXPECT_EQ(nullptr, config.FirstMalformed());
-    EXPECT_EQ("repeats the key of line 4, whose values are dropped",
-              DescribeConfigProblem(config.problems[0]));
-}
-
-TEST(HostConfigTextTest, CollectsEveryMalformedLineAndReadsOn) {
-    const ConfigText config = ReadConfigText(
-        "outside\n"
-        "[G]\n"
-        "no equals\n"
-        "[Open\n"
-        " = value\n"
-        "A = 1\n");
-    std::vector<std::string> problems;
-    for (const ConfigProblem& problem : config.problems) {
-        problems.push_back(std::to_string(problem.line) + " [" + problem.group + "] " +
-                           DescribeConfigProblem(problem));
-    }
-    EXPECT_EQ((std::vector<std::string>{"1 [] text outside a group", "3 [G] a line with no '='",
-                                        "4 [] a group line must end with ']'",
-                                        "5 [G] a key line with no key"}),
-              problems);
-    ASSERT_NE(nullptr, config.FirstMalformed());
-    EXPECT_EQ(1, config.FirstMalformed()->line);
-    // The broken header left [G] open.
-    ASSERT_NE(nullptr, config.Find("G"));
-    EXPECT_NE(nullptr, config.Find("G")->Find("A"));
-}
+// How the text's groups, keys and malformed lines are read shows in the lint
+// findings of tools/uilayer-sim/tests/lint.
 
 TEST(HostConfigValuesTest, TellsJunkFromNumbersOutOfRange) {
     struct Case {
