@@ -234,6 +234,7 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
     EXPECT_TRUE(LoggedExactly("I select pipeline name LowLatencyA"));
     ConfigureFor(0x8002);
     EXPECT_STREQ("OtherMode", m_parser->GetPipelineName());
+    EXPECT_TRUE(Has(CapsLowLatencyPipeline));
     ConfigureFor(0x8003);
     EXPECT_STREQ("TavroSingleDefault", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
@@ -245,6 +246,11 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
     ConfigureFor(0x8001);
     EXPECT_STREQ("Short", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
+    // A row shorter than the first has no name: the earlier row's stays.
+    LoadConfig(
+        "[OPreviewPipelines]\nmode[0] = 0x8001, 255, 0, \"Named\"\nmode[1] = 0x8001, 255, 0\n");
+    ConfigureFor(0x8001);
+    EXPECT_STREQ("Named", m_parser->GetPipelineName());
 }
 
 TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {
@@ -265,6 +271,10 @@ TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {
     EXPECT_TRUE(LoggedExactly("I pStream->width 7000 frameworkId 0 phyId 0 QCFA size 7000:5000"));
     EXPECT_TRUE(Has(CapsPhysicalRawStream, 0));
     EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 6999, 5000, "0")));
+    LoadConfig(
+        "[SensorNameList]\nmode[0] = 0, qcfa50\n[OemSupportedCustomRAWFullSizes]\n"
+        "Size[qcfa50] = 6000, 4000\n");
+    EXPECT_EQ(EStreamTypeSnapshotRAWFull, ClassifyAlone(RawStream(0x20, 6000, 4000, "0")));
 }
 
 }  // namespace
