@@ -60,6 +60,9 @@ TEST_F(StreamsIntegrationTest, SeamlessKeysCarryNameReducedMaskAndMode) {
                   QueryFailure(caps, 7).find(std::string("Query imx766[") + c.mask + "][-1]"))
             << c.mask;
     }
+    signed char index = 0;
+    Query(_CapsBitset().set(21), 7, index);
+    EXPECT_TRUE(LoggedExactly("V supportCaps 0x200000 -> 0x0020"));
 }
 
 TEST_F(StreamsIntegrationTest, OnlyAMissingKeyFallsBackToEveryMode) {
@@ -97,6 +100,14 @@ TEST_F(StreamsIntegrationTest, SensorNameComesFromTheQueriedCamerasLogicalId) {
     EXPECT_EQ(6, Query(_CapsBitset(), 5, index));
     EXPECT_TRUE(LoggedExactly("E Can't find primary camera id for TypeLogicalCamera"));
     EXPECT_TRUE(LoggedContaining("Query [0x0002][-1] fail"));
+
+    // Of two primary cameras the first names the sensor.
+    CameraSetup twoPrimaries = MultiCamera(2, 3, 3);
+    twoPrimaries.physicalCameras[1].isPrimary = 1;
+    m_device.Add(twoPrimaries);
+    Start(3);
+    ConfigureFor(0x8001);
+    EXPECT_NE(std::string::npos, QueryFailure(_CapsBitset(), 7).find("Query wide[0x0002][-1]"));
 }
 
 TEST_F(StreamsIntegrationTest, KeysAreCutToSixtyThreeCharacters) {
