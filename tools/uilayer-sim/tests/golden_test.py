@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Reports of small cases against the files committed beside them: the lint
-findings of every lint/*.conf (lint/findings.txt), the replay with its log
+findings of every lint/*.conf (lint/findings.txt and .json), the replay with its log
 lines of every scenarios/*.yaml (scenarios/NAME.txt), and what the simulator
 says of each scenario with a mistake in mistakes/scenarios.txt
 (mistakes/errors.txt). With --update the files are written from this build
@@ -66,6 +66,8 @@ def check_mistakes(folder):
 lint = os.path.join(HERE, "lint")
 confs = sorted(os.path.basename(p) for p in glob.glob(os.path.join(lint, "*.conf")))
 ok = check(lint, ["lint"] + confs, 1, os.path.join(lint, "findings.txt"))
+ok = check(lint, ["lint"] + confs + ["--format", "json"], 1,
+           os.path.join(lint, "findings.json")) and ok
 replays = os.path.join(HERE, "scenarios")
 for scenario in sorted(glob.glob(os.path.join(replays, "*.yaml"))):
     base = os.path.basename(scenario)
