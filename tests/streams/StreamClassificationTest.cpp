@@ -163,8 +163,9 @@ TEST_F(StreamClassificationTest, FullRawUseCaseMarksItsPhysicalCamera) {
 
 class QcfaClassificationTest : public SessionTest {
 protected:
-    void StartQcfa(uint16_t modeFlag) {
+    void StartQcfa(uint16_t modeFlag, int32_t physicalFrameworkId = 0) {
         CameraSetup setup = SingleCamera("qcfa50");
+        setup.physicalCameras[0].frameworkId = physicalFrameworkId;
         setup.fullArrayWidth = 8000;
         setup.fullArrayHeight = 6000;
         setup.sensorModeFlags = {0x1, modeFlag};
@@ -199,6 +200,13 @@ TEST_F(QcfaClassificationTest, RawBetweenHalfAndFullArrayWidthIsQcfa2x2) {
     // A camera id that is not a number reads as camera 0.
     EXPECT_EQ(EStreamTypeSnapshotRAWQcfa2x2, ClassifyAlone(RawStream(0x20, 4000, 3000, "x")));
     EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 4000, 3000, "9")));
+}
+
+// A stream names its camera by framework id, not by physical id.
+TEST_F(QcfaClassificationTest, StreamsNameTheCameraByFrameworkId) {
+    StartQcfa(0x800, 5);
+    EXPECT_EQ(EStreamTypeSnapshotRAWQcfa2x2, ClassifyAlone(RawStream(0x20, 4000, 3000, "5")));
+    EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 4000, 3000, "0")));
 }
 
 TEST_F(QcfaClassificationTest, NoQcfaRolesWithoutTheRemosaicSensorMode) {

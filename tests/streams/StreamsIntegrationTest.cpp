@@ -211,6 +211,8 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
     EXPECT_EQ(EStreamTypeSnapshotJPEG, m_parser->GetStreamTypeByStream(beforeVideo));
     EXPECT_EQ(EStreamTypeASDPreview, m_parser->GetStreamTypeByStream(afterVideo));
     EXPECT_TRUE(Has(CapsStreamASDPreview));
+    EXPECT_EQ(EStreamTypePreview, ClassifyAlone(PreviewStream(), 0x8006));
+    EXPECT_FALSE(Has(CapsCaptureHdrP010Preview));  // a preview other than P010
 
     LoadConfig(kSystemCamera +
                "[PIPFeatureConfig]\nViewFinderOperationMode = 0x8006\n"
@@ -231,6 +233,14 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
     EXPECT_FALSE(Has(CapsThirdAppStream));
     ConfigureFor(0x8005);
     EXPECT_FALSE(Has(CapsPreviewOis));
+
+    // Sizes that are not configured match no stream, not even one of no size.
+    LoadConfig(
+        "[ASDFeatureConfig]\nVideoASDOperationMode = 0x8105\n"
+        "[PIPFeatureConfig]\nViewFinderOperationMode = 0x8005\n");
+    for (const StreamSetup& stream : {PreviewStream(1, 0), PreviewStream(0, 1)}) {
+        EXPECT_EQ(EStreamTypePreview, ClassifyAlone(stream, 0x8005)) << stream.width;
+    }
 }
 
 TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
