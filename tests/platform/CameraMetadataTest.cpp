@@ -52,36 +52,6 @@ const uint32_t kVendorInt32 = VendorTag(19);
 const uint32_t kVendorFloat = VendorTag(85);
 const uint32_t kVendorBytes = VendorTag(5);
 
-TEST(CameraMetadataTest, AddAndFindStandardTags) {
-    Metadata m = Allocate(8, 256);
-    const int32_t fps[2] = {15, 30};
-    const uint8_t mode = 1;
-    const float zoom = 2.5f;
-    const int64_t exposure = 33333333;
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_TARGET_FPS_RANGE, fps, 2));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_MODE, &mode, 1));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_ZOOM_RATIO, &zoom, 1));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_EXPOSURE_TIME, &exposure, 1));
-    EXPECT_EQ(4u, get_camera_metadata_entry_count(m.get()));
-
-    camera_metadata_ro_entry_t ro{};
-    ASSERT_EQ(0, find_camera_metadata_ro_entry(m.get(), ANDROID_CONTROL_ZOOM_RATIO, &ro));
-    EXPECT_EQ(2u, ro.index);
-    EXPECT_EQ(static_cast<uint32_t>(ANDROID_CONTROL_ZOOM_RATIO), ro.tag);
-    EXPECT_EQ(TYPE_FLOAT, ro.type);
-    EXPECT_EQ(1u, ro.count);
-    EXPECT_FLOAT_EQ(2.5f, ro.data.f[0]);
-
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), ANDROID_SENSOR_EXPOSURE_TIME, &e));
-    EXPECT_EQ(TYPE_INT64, e.type);
-    EXPECT_EQ(33333333, e.data.i64[0]);
-    EXPECT_EQ((std::vector<int32_t>{15, 30}), Int32s(m.get(), ANDROID_CONTROL_AE_TARGET_FPS_RANGE));
-
-    EXPECT_EQ(-ENOENT, find_camera_metadata_entry(m.get(), ANDROID_CONTROL_AF_MODE, &e));
-    EXPECT_EQ(-ENOENT, find_camera_metadata_ro_entry(m.get(), ANDROID_CONTROL_AF_MODE, &ro));
-}
-
 TEST(CameraMetadataTest, TagTypesOfStandardAndVendorTags) {
     EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(ANDROID_CONTROL_AE_TARGET_FPS_RANGE));
     EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(ANDROID_CONTROL_VIDEO_STABILIZATION_MODE));
@@ -96,24 +66,6 @@ TEST(CameraMetadataTest, TagTypesOfStandardAndVendorTags) {
     EXPECT_EQ(TYPE_FLOAT, get_camera_metadata_tag_type(VendorTag(544)));
     EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(VendorTag(34)));
     EXPECT_EQ(-1, get_camera_metadata_tag_type(VendorTag(kVendorTagCount)));
-}
-
-TEST(CameraMetadataTest, UnknownTagsAndBadArgumentsFail) {
-    Metadata m = Allocate(2, 64);
-    const int32_t v = 1;
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), 0x12345, &v, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), 0xFFFFFFFFu, &v, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(nullptr, ANDROID_SENSOR_SENSITIVITY, &v, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, nullptr, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, &v, SIZE_MAX));
-    EXPECT_EQ(0u, get_camera_metadata_entry_count(m.get()));
-    camera_metadata_entry_t e{};
-    EXPECT_EQ(1, find_camera_metadata_entry(nullptr, ANDROID_SENSOR_SENSITIVITY, &e));
-    EXPECT_EQ(1, find_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, nullptr));
-    EXPECT_EQ(1, update_camera_metadata_entry(m.get(), 0, &v, 1, nullptr));
-    EXPECT_EQ(1, delete_camera_metadata_entry(m.get(), 0));
-    EXPECT_EQ(1, get_camera_metadata_entry(m.get(), 0, &e));
-    EXPECT_EQ(0u, get_camera_metadata_entry_count(nullptr));
 }
 
 TEST(CameraMetadataTest, RecordsWithPointersAreReadInPlace) {

@@ -33,12 +33,6 @@ TEST_F(PropertiesTest, UnsetOrEmptyGivesTheDefault) {
     EXPECT_EQ(5, property_get_int32("persist.test.p", 5));
 }
 
-TEST_F(PropertiesTest, ResetForgetsEverything) {
-    ASSERT_EQ(0, property_set("a.b", "1"));
-    HostPlatform::ResetProperties();
-    EXPECT_EQ(9, property_get_int32("a.b", 9));
-}
-
 TEST_F(PropertiesTest, ValueLengthLimit) {
     const std::string longest(PROPERTY_VALUE_MAX - 1, 'x');  // 91 characters
     const std::string tooLong(PROPERTY_VALUE_MAX, 'y');      // 92 characters

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <hardware/gralloc.h>
-#include <sys/resource.h>
 #include <system/graphics.h>
 
 #include <map>
@@ -9,29 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "ScenarioReader.h"
-#include "ScopedTempDir.h"
 #include "StreamCombinations.h"
 #include "Sweep.h"
-#include "SweepCommand.h"
 #include "SweepOutcome.h"
 
 namespace UilayerSim {
 namespace {
-
-// Processor time of this process and its finished children.
-double ProcessorSeconds() {
-    double seconds = 0;
-    for (int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        struct rusage usage = {};
-        getrusage(who, &usage);
-        seconds += static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-                   static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-    }
-    return seconds;
-}
-
-const std::string kPhone = std::string(UILAYER_SIM_EXAMPLES_DIR) + "/devices/phone.yaml";
 
 TEST(StreamCombinationsTest, EachTableHoldsItsCombinationsOnceAndLevelsAddUp) {
     CombinationSelection all;
@@ -155,79 +137,9 @@ TEST(SweepReportTest, SummaryNamesFailuresAbortsAndStreamsWithoutRole) {
     EXPECT_EQ(std::string::npos, json.find("\"return codes\""));
 }
 
-TEST(SweepTest, EachCombinationRunsApartAndAnAbortEndsOnlyItsOwn) {
-    ScopedTempDir temp;
-    const Scenario device = ReadDeviceOrScenarioFile(kPhone);
-    SweepOptions options;
-    options.siblingRoot = UILAYER_SIM_SIBLING_ROOT;
-    options.selection = {HardwareLevel::Full, true, true, true};
-    // The whole bundled sweep stays cheap: children are forked, nothing is
-    // read or started again per combination.
-    const double before = ProcessorSeconds();
-    const SweepResult plain = RunSweep(device, options);
-    EXPECT_LT(ProcessorSeconds() - before, 5.0);
-    ASSERT_EQ(58u, plain.rows.size());
-    EXPECT_EQ(0u, plain.camera);
-    for (const SweepRow& row : plain.rows) {
-        EXPECT_EQ(OutcomeStatus::Configured, row.outcome.status) << row.outcome.message;
-        ASSERT_EQ(row.combination.streams.size(), row.outcome.streams.size());
-        for (const StreamOutcome& stream : row.outcome.streams) {
-            EXPECT_TRUE(stream.listed);
-        }
-    }
-    EXPECT_EQ("Preview", plain.rows[0].outcome.streams[0].role);  // PRIV MAX
-    EXPECT_EQ("SnapshotJPEG", plain.rows[1].outcome.streams[0].role);
-
-    // A bokeh session without physical preview streams: the library aborts.
-    options.selection = CombinationSelection{HardwareLevel::Legacy, false, false, false};
-    options.hasCamera = true;
-    options.camera = 6;
-    options.operationMode = 0x8010;
-    const SweepResult bokeh = RunSweep(device, options);
-    ASSERT_EQ(8u, bokeh.rows.size());
-    EXPECT_EQ(8192u, bokeh.sizes.maximum.width);  // of camera 0, its primary sensor
-    for (const SweepRow& row : bokeh.rows) {
-        EXPECT_EQ(OutcomeStatus::Aborted, row.outcome.status);
-        EXPECT_NE(std::string::npos, row.outcome.message.find("ParseStaticCapabilities"));
-        ASSERT_FALSE(row.outcome.log.empty());
-        EXPECT_NE(std::string::npos, row.outcome.log.back().find("physical preview stream"));
-    }
-    EXPECT_TRUE(temp.Entries().empty());
-
-    options.camera = 42;
-    EXPECT_THROW(RunSweep(device, options), SweepInputError);
-}
-
-TEST(SweepCommandTest, ReadsNumbersAndNamesAndRefusesWrongCommandLines) {
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(0, RunSweepCommand(
-                     {kPhone, "--camera", "0x4", "--operation-mode",
-                      "CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE", "--level", "legacy", "--json"},
-                     UILAYER_SIM_SIBLING_ROOT));
-    const std::string json = testing::internal::GetCapturedStdout();
-    EXPECT_NE(std::string::npos, json.find("\"camera\": 4,"));
-    EXPECT_NE(std::string::npos, json.find("\"level\": \"legacy\""));
-    EXPECT_NE(std::string::npos, json.find("\"preview\": \"1600x1200\""));
-
-    const std::vector<std::vector<std::string>> wrong = {
-        {},
-        {"--raw"},
-        {kPhone, "--level", "5"},
-        {kPhone, "--camera"},
-        {kPhone, "--camera", "-1"},
-        {kPhone, "--operation-mode", "FAST"},
-        {kPhone, "--bogus"},
-        {kPhone, kPhone},
-        {kPhone, "--camera", "9"},
-        {kPhone + ".missing"},
-        {kPhone, "--config", kPhone + ".missing"},
-        {kPhone, "--config", kPhone},  // not a configuration the store takes
-    };
-    for (const auto& args : wrong) {
-        EXPECT_EQ(2, RunSweepCommand(args, UILAYER_SIM_SIBLING_ROOT))
-            << (args.empty() ? "" : args.back());
-    }
-}
+// The sweep as the command runs it (one child per combination, an abort ending
+// only its own, the command line) is checked by command_line_test.py and the
+// golden report of the bundled device.
 
 }  // namespace
 }  // namespace UilayerSim
