@@ -224,6 +224,7 @@ TEST_F(StreamQueryTest, ListsFollowTheCurrentConfigurationOnly) {
     StreamConfig config;
     camera3_stream_t* preview = config.Add(PreviewStream(1920, 1080, "1"));
     camera3_stream_t* jpeg = config.Add(JpegStream(4000, 3000, "2"));
+    config.Add(YuvSnapshotStream(640, 480, "0"));
     Configure(config);
     const std::vector<_UIStreamInfo>* list =
         m_parser->GetStreamByStreamType(EStreamTypeSnapshotJPEG);
@@ -235,6 +236,7 @@ TEST_F(StreamQueryTest, ListsFollowTheCurrentConfigurationOnly) {
     // The survey records each stream's size for its physical camera.
     EXPECT_EQ(1920u, m_parser->GetSensorDimension()[1].width);
     EXPECT_EQ(3000u, m_parser->GetSensorDimension()[2].height);
+    EXPECT_EQ(640u, m_parser->GetSensorDimension()[0].width);
 
     StreamConfig next;
     next.Add(VideoStream());
