@@ -1,5 +1,5 @@
-// Host camera metadata: entries in one buffer, capacity limits, alignment and
-// in-place updates that change an entry's size.
+// Host camera metadata: entries in one buffer, capacity limits, alignment,
+// updates that change an entry's size, and records read in place.
 #include <gtest/gtest.h>
 
 #include <errno.h>
@@ -17,7 +17,6 @@ namespace {
 constexpr uint32_t VendorTag(uint32_t index) {
     return 0x80000000u + index;
 }
-constexpr uint32_t kVendorTagCount = 1024;
 
 struct MetadataDeleter {
     void operator()(camera_metadata_t* m) const { free_camera_metadata(m); }
@@ -32,41 +31,7 @@ bool Aligned(const void* p) {
     return reinterpret_cast<uintptr_t>(p) % 8 == 0;
 }
 
-std::vector<int32_t> Int32s(camera_metadata_t* m, uint32_t tag) {
-    camera_metadata_entry_t e{};
-    if (find_camera_metadata_entry(m, tag, &e) != 0) {
-        return {};
-    }
-    return std::vector<int32_t>(e.data.i32, e.data.i32 + e.count);
-}
-
-std::vector<uint8_t> Bytes(camera_metadata_t* m, uint32_t tag) {
-    camera_metadata_entry_t e{};
-    if (find_camera_metadata_entry(m, tag, &e) != 0) {
-        return {};
-    }
-    return std::vector<uint8_t>(e.data.u8, e.data.u8 + e.count);
-}
-
-const uint32_t kVendorInt32 = VendorTag(19);
-const uint32_t kVendorFloat = VendorTag(85);
 const uint32_t kVendorBytes = VendorTag(5);
-
-TEST(CameraMetadataTest, TagTypesOfStandardAndVendorTags) {
-    EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(ANDROID_CONTROL_AE_TARGET_FPS_RANGE));
-    EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(ANDROID_CONTROL_VIDEO_STABILIZATION_MODE));
-    EXPECT_EQ(TYPE_FLOAT, get_camera_metadata_tag_type(ANDROID_CONTROL_ZOOM_RATIO));
-    EXPECT_EQ(TYPE_INT64, get_camera_metadata_tag_type(ANDROID_SENSOR_FRAME_DURATION));
-    EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(ANDROID_SENSOR_SENSITIVITY));
-    EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(ANDROID_CONTROL_AF_TRIGGER));
-    EXPECT_EQ(-1, get_camera_metadata_tag_type(0x10008));
-    for (uint32_t index : {0u, 19u, 35u, 36u, 37u, 38u, 49u, 159u, 212u, 535u}) {
-        EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(VendorTag(index))) << index;
-    }
-    EXPECT_EQ(TYPE_FLOAT, get_camera_metadata_tag_type(VendorTag(544)));
-    EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(VendorTag(34)));
-    EXPECT_EQ(-1, get_camera_metadata_tag_type(VendorTag(kVendorTagCount)));
-}
 
 TEST(CameraMetadataTest, RecordsWithPointersAreReadInPlace) {
     struct Record {
@@ -84,47 +49,6 @@ TEST(CameraMetadataTest, RecordsWithPointersAreReadInPlace) {
     const Record* inPlace = reinterpret_cast<const Record*>(e.data.u8);
     EXPECT_EQ(7u, inPlace->id);
     EXPECT_EQ(kName, inPlace->name);
-}
-
-class CameraMetadataUpdateTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        m_meta = Allocate(4, 64);
-        const uint8_t first[3] = {1, 2, 3};
-        const int32_t middle[2] = {10, 20};
-        const uint8_t last[5] = {9, 8, 7, 6, 5};
-        ASSERT_EQ(0, add_camera_metadata_entry(m_meta.get(), kVendorBytes, first, 3));
-        ASSERT_EQ(0, add_camera_metadata_entry(m_meta.get(), kVendorInt32, middle, 2));
-        ASSERT_EQ(0, add_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, last, 5));
-    }
-
-    Metadata m_meta;
-};
-
-TEST_F(CameraMetadataUpdateTest, UpdateFromTheEntrysOwnData) {
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, &e));
-    ASSERT_EQ(0, update_camera_metadata_entry(m_meta.get(), 0, e.data.u8, 5, nullptr));
-    EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), Bytes(m_meta.get(), kVendorBytes));
-    EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), Bytes(m_meta.get(), ANDROID_CONTROL_AE_MODE));
-    EXPECT_EQ((std::vector<int32_t>{10, 20}), Int32s(m_meta.get(), kVendorInt32));
-}
-
-TEST(CameraMetadataTest, GrowingFromALaterEntrysDataCopiesTheOriginal) {
-    Metadata m = Allocate(2, 64);
-    const uint8_t a[8] = {'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'};
-    uint8_t b[16];
-    for (uint8_t i = 0; i < 16; ++i) {
-        b[i] = static_cast<uint8_t>(100 + i);
-    }
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), VendorTag(300), a, 8));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), VendorTag(301), b, 16));
-    camera_metadata_entry_t later{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), VendorTag(301), &later));
-    // The later entry moves to make room before the new data is written.
-    ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 0, later.data.u8, 16, nullptr));
-    EXPECT_EQ(std::vector<uint8_t>(b, b + 16), Bytes(m.get(), VendorTag(300)));
-    EXPECT_EQ(std::vector<uint8_t>(b, b + 16), Bytes(m.get(), VendorTag(301)));
 }
 
 // Random adds, updates and deletes against a plain model: contents, order,

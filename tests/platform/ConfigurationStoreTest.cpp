@@ -2,12 +2,8 @@
 // codes the library acts on.
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <cstdint>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <CameraHWConfiguration.h>
@@ -153,45 +149,6 @@ TEST_F(ConfigurationStoreTest, MalformedTextIsRefusedWithItsLineAndKeepsTheOldSt
     ASSERT_EQ(kOk, GetStringConfiguration("Keep", "K", &after));
     EXPECT_EQ(before, after);
     EXPECT_STREQ("kept", before);
-}
-
-TEST_F(ConfigurationStoreTest, LoadsFromAFile) {
-    char path[] = "/tmp/uilayer_config_XXXXXX";
-    const int fd = mkstemp(path);
-    ASSERT_GE(fd, 0);
-    const char text[] = "\xEF\xBB\xBF[File]\nValue = 0x10\n";
-    ASSERT_EQ(static_cast<ssize_t>(sizeof(text) - 1), write(fd, text, sizeof(text) - 1));
-    close(fd);
-    EXPECT_EQ(0, HostPlatform::LoadConfigurationFile(path));
-    uint32_t v = 0;
-    EXPECT_EQ(kOk, GetUIntegerConfiguration("File", "Value", &v));
-    EXPECT_EQ(16u, v);
-    unlink(path);
-    EXPECT_EQ(-1, HostPlatform::LoadConfigurationFile(path));
-    EXPECT_EQ(1, HasGroupConfiguration("File"));
-}
-
-TEST_F(ConfigurationStoreTest, ConcurrentReadsSeeConsistentValues) {
-    Load("[G]\nA = 1, 2, 3\n");
-    std::vector<std::thread> readers;
-    std::vector<int> failures(4, 0);
-    for (int t = 0; t < 4; ++t) {
-        readers.emplace_back([t, &failures] {
-            for (int i = 0; i < 2000; ++i) {
-                uint32_t values[3] = {};
-                if (GetUIntegerListConfiguration("G", "A", values, 3) != 0 || values[2] != 3) {
-                    ++failures[t];
-                }
-            }
-        });
-    }
-    for (int i = 0; i < 50; ++i) {
-        EXPECT_EQ(3, HostPlatform::LoadConfiguration("[G]\nA = 1, 2\nbroken\n"));
-    }
-    for (std::thread& reader : readers) {
-        reader.join();
-    }
-    EXPECT_EQ((std::vector<int>{0, 0, 0, 0}), failures);
 }
 
 }  // namespace

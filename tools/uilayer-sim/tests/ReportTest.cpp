@@ -80,21 +80,6 @@ TEST(ReportTest, KeepsNumbersThatJsonCannotHoldAsText) {
     EXPECT_EQ("{\n  \"a\": \"inf\",\n  \"b\": \"-inf\"\n}\n", RenderJson(root));
 }
 
-TEST(ReportTest, JsonKeysAreSnakeCase) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"camera index", "camera_index"},
-        {"ParseStaticCapabilities", "parse_static_capabilities"},
-        {"SAT", "sat"},
-        {"SupportedAINRType", "supported_ainr_type"},
-        {"star mode AE", "star_mode_ae"},
-        {"is3rdCamZoomDivisionApp", "is3rd_cam_zoom_division_app"},
-        {"ext_stream_flags", "ext_stream_flags"},
-    };
-    for (const auto& entry : cases) {
-        EXPECT_EQ(entry.second, JsonKey(entry.first)) << entry.first;
-    }
-}
-
 // The JSON shapes of the report (labelled lists) show in examples/golden/photo.json.
 
 }  // namespace

@@ -59,28 +59,5 @@ TEST(SuggestTest, TellsIntegerTextApartFromItsRange) {
     }
 }
 
-TEST(SuggestTest, ListsEveryNameOfATableWithItsValue) {
-    const std::vector<NamedNumber> caps = ListNames(NameTable::Capabilities);
-    size_t bit81 = 0;
-    for (const NamedNumber& entry : caps) {
-        bit81 += entry.value == 81 ? 1 : 0;
-        uint32_t bit = 0;
-        ASSERT_TRUE(CapabilityByName(entry.name, &bit)) << entry.name;
-        EXPECT_EQ(entry.value, bit) << entry.name;
-    }
-    EXPECT_EQ(2u, bit81);
-    for (const NamedNumber& entry : ListNames(NameTable::PixelFormats)) {
-        int64_t value = 0;
-        ASSERT_TRUE(PixelFormatByName(entry.name, &value)) << entry.name;
-        EXPECT_EQ(entry.value, value);
-        EXPECT_EQ(std::string::npos, entry.name.find("HAL_PIXEL_FORMAT_"));
-    }
-    for (const NamedNumber& entry : ListNames(NameTable::StreamRoles)) {
-        int32_t role = -1;
-        ASSERT_TRUE(StreamRoleByName(entry.name, &role));
-        EXPECT_EQ(entry.value, role);
-    }
-}
-
 }  // namespace
 }  // namespace UilayerSim
