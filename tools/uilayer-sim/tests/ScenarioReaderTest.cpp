@@ -27,16 +27,6 @@ const char* const kSession = R"(sessions:
       - {name: jpeg, width: 4000, height: 3000, format: BLOB}
 )";
 
-ScenarioError ErrorOf(const std::string& text, const std::string& path = "test.yaml") {
-    try {
-        ReadScenarioText(text, path);
-    } catch (const ScenarioError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no error for:\n" << text;
-    return ScenarioError("", 0, "", "");
-}
-
 TEST(ScenarioReaderTest, ReadsEveryStreamFieldByNameOrNumber) {
     const Scenario scenario = ReadScenarioText(std::string(kDevice) + R"(sessions:
   - camera: 0
@@ -153,18 +143,6 @@ TEST(ScenarioReaderTest, TypesTagValuesByTheirTag) {
 
 // Each kind of mistake, with the file, line and field it is named by, is
 // checked in mistakes/ by golden_test.py.
-TEST(ScenarioReaderTest, NamesTheFilesItCannotRead) {
-    const ScenarioError missing =
-        ErrorOf(std::string(kDevice) + "config: no-such.conf\n" + kSession, "/tmp/x/test.yaml");
-    EXPECT_EQ(6, missing.Line());
-    EXPECT_EQ("config", missing.Field());
-    EXPECT_NE(std::string::npos, missing.Reason().find("/tmp/x/no-such.conf"));
-
-    const ScenarioError device =
-        ErrorOf("device: no-such.yaml\n" + std::string(kSession), "/tmp/x/test.yaml");
-    EXPECT_EQ(1, device.Line());
-    EXPECT_EQ("device", device.Field());
-}
 
 }  // namespace
 }  // namespace UilayerSim

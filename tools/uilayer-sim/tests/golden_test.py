@@ -59,7 +59,7 @@ def check_mistakes(folder):
                 fh.write(text)
             done = run(tmp, [name + ".yaml"], 2)
             ok = ok and done is not None
-            said += done.stderr if done is not None else ""
+            said += done.stderr.replace(tmp, "<dir>") if done is not None else ""
     return compare(said, os.path.join(folder, "errors.txt")) and ok
 
 
