@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "Names.h"
-#include "NumberText.h"
 #include "Suggest.h"
 
 namespace UilayerSim {
@@ -46,17 +45,6 @@ TEST(SuggestTest, CountsEditsAndStopsAtAQuarterOfTheName) {
     EXPECT_EQ("", ClosestName("ABCDEXYZ", known));          // 3
     EXPECT_EQ("CapsSHDR", ClosestName("CapsSHDRRR", known));
     EXPECT_EQ("CapsSHDR", ClosestName("aCpsSHDR", known));  // a swap is one edit
-}
-
-TEST(SuggestTest, TellsIntegerTextApartFromItsRange) {
-    const std::pair<const char*, bool> cases[] = {
-        {"12", true},   {"-0x1F", true}, {"+7", true},  {"99999999999999999999", true},
-        {"0x", false},  {"-", false},    {"", false},   {"1a", false},
-        {"0xG", false}, {"1.5", false},  {"x1", false}, {"0X0a", true},
-    };
-    for (const auto& entry : cases) {
-        EXPECT_EQ(entry.second, IsIntegerSyntax(entry.first)) << entry.first;
-    }
 }
 
 }  // namespace

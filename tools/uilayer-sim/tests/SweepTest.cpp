@@ -1,10 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <hardware/gralloc.h>
-#include <system/graphics.h>
-
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -14,44 +9,6 @@
 
 namespace UilayerSim {
 namespace {
-
-TEST(StreamCombinationsTest, EachTableHoldsItsCombinationsOnceAndLevelsAddUp) {
-    CombinationSelection all;
-    all.level = HardwareLevel::Level3;
-    all.tenBit = true;
-    all.useCases = true;
-    std::map<std::string, size_t> counts;
-    std::set<std::string> labels;
-    for (const StreamCombination& combination : GuaranteedCombinations(all)) {
-        ++counts[TableName(combination.table)];
-        EXPECT_TRUE(labels
-                        .insert(std::string(TableName(combination.table)) + ": " +
-                                CombinationLabel(combination))
-                        .second)
-            << CombinationLabel(combination);
-    }
-    const std::map<std::string, size_t> expected = {
-        {"legacy", 8},  {"limited", 6}, {"full", 6},       {"raw", 8},
-        {"level 3", 2}, {"ten-bit", 8}, {"use cases", 22},
-    };
-    EXPECT_EQ(expected, counts);
-
-    const struct {
-        HardwareLevel level;
-        bool raw;
-        size_t count;
-    } levels[] = {
-        {HardwareLevel::Legacy, false, 8}, {HardwareLevel::Limited, false, 14},
-        {HardwareLevel::Full, false, 20},  {HardwareLevel::Full, true, 28},
-        {HardwareLevel::Legacy, true, 16}, {HardwareLevel::Level3, false, 30},
-    };
-    for (const auto& level : levels) {
-        CombinationSelection selection;
-        selection.level = level.level;
-        selection.raw = level.raw;
-        EXPECT_EQ(level.count, GuaranteedCombinations(selection).size());
-    }
-}
 
 TEST(StreamCombinationsTest, SizeClassesFollowTheArray) {
     const struct {
@@ -73,34 +30,6 @@ TEST(StreamCombinationsTest, SizeClassesFollowTheArray) {
         EXPECT_EQ(640u, sizes.Of(SizeClass::Vga).width);
         EXPECT_EQ(480u, sizes.Of(SizeClass::Vga).height);
     }
-}
-
-TEST(SweepOutcomeTest, SurvivesThePipeAndKeepsTheAbortMessage) {
-    CombinationOutcome outcome;
-    outcome.staticCode = 0;
-    outcome.streamCode = -22;
-    outcome.streams = {{"Preview", -1, true}, {"None", 2, false}};
-    outcome.logicalCaps = {"CapsStreamPreview", "CapsSensorModeFlag81/Caps4x4Izoom"};
-    outcome.sensorModeCode = 6;
-    outcome.sensorModeIndex = 3;
-    outcome.hasPipeline = true;
-    outcome.pipeline = "Preview Low Latency";
-    const CombinationOutcome back = DecodeOutcome(EncodeOutcome(outcome));
-    EXPECT_EQ(OutcomeStatus::Failed, back.status);
-    EXPECT_EQ(-22, back.streamCode);
-    ASSERT_EQ(2u, back.streams.size());
-    EXPECT_EQ("None", back.streams[1].role);
-    EXPECT_EQ(2, back.streams[1].cameraIndex);
-    EXPECT_FALSE(back.streams[1].listed);
-    EXPECT_EQ(outcome.logicalCaps, back.logicalCaps);
-    EXPECT_EQ(3, back.sensorModeIndex);
-    EXPECT_EQ("Preview Low Latency", back.pipeline);
-
-    const CombinationOutcome aborted =
-        DecodeOutcome("log E last words\nuilayer-sim: the library aborted the process during X\n");
-    EXPECT_EQ(std::vector<std::string>{"E last words"}, aborted.log);
-    EXPECT_EQ("the library aborted the process during X", aborted.message);
-    EXPECT_FALSE(aborted.hasPipeline);
 }
 
 TEST(SweepReportTest, SummaryNamesFailuresAbortsAndStreamsWithoutRole) {

@@ -125,6 +125,13 @@ def sweep_cases():
           result.stdout.count("during ParseStaticCapabilities") == 8 and
           result.stdout.count("E Unsupport num of physical preview stream 0") == 8, result.stdout[:400])
     check("sweep sizes of the primary sensor", "max: 8192x6144" in result.stdout)
+    # Each level adds its tables to the ones below it.
+    for args, count in ((["--level", "limited"], 14), (["--level", "full"], 20),
+                        (["--level", "full", "--raw"], 28), (["--level", "legacy", "--raw"], 16),
+                        (["--level", "3"], 30), (["--level", "3", "--ten-bit", "--use-cases"], 60)):
+        result = expect("sweep " + " ".join(args), ["sweep", phone, *args], 0)
+        check("sweep " + " ".join(args), result.stdout.count("\n  - combination: ") == count,
+              result.stdout.count("\n  - combination: "))
 
 
 def lint_cases(directory):
@@ -202,8 +209,10 @@ def signal_cases(directory):
     bokeh = os.path.join(directory, "bokeh.yaml")
     with open(bokeh, "w", encoding="utf-8") as stream:
         stream.write(BOKEH_ONE_PREVIEW.format(devices=devices))
-    result = run([bokeh, "--log"])
+    tmp = tempfile.mkdtemp(dir=directory)
+    result = run([bokeh, "--log"], env=dict(os.environ, TMPDIR=tmp))
     check("abort", result.returncode == -signal.SIGABRT, result.returncode)
+    check("abort clean-up", os.listdir(tmp) == [], os.listdir(tmp))
     check("abort log", re.search(r"^uilayer-sim: log: E .*\n(.|\n)*the library aborted the process during",
                                  result.stderr, re.M), result.stderr[-400:])
 

@@ -20,8 +20,15 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 
 
 def run(folder, args, status):
-    done = subprocess.run([SIM] + args, cwd=folder, stdout=subprocess.PIPE,
-                          stderr=subprocess.PIPE, text=True, timeout=60)
+    # A private TMPDIR: the device root of a run must be gone when it ends.
+    with tempfile.TemporaryDirectory() as tmp:
+        done = subprocess.run([SIM] + args, cwd=folder, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True, timeout=60,
+                              env=dict(os.environ, TMPDIR=tmp))
+        left = os.listdir(tmp)
+    if left:
+        print(f"{' '.join(args)}: left {left} behind")
+        return None
     if done.returncode != status:
         print(f"{' '.join(args)}: exit status {done.returncode}, {status} expected\n"
               f"{done.stderr}")
