@@ -1,5 +1,6 @@
-// VIULL for an ordinary client (no package policy configured): the general
-// enable, the HDR exclusion and the SupportedAINRType session parameter.
+// VIULL: the general enable, the HDR exclusion, the SupportedAINRType session
+// parameter, and the client identity of the client package policy (the
+// system camera's own rule, camera unit clients, the per-package precedence).
 #include <string>
 
 #include "support/SessionTest.h"
@@ -8,6 +9,14 @@ namespace LumoraTest {
 namespace {
 
 constexpr const char* kEnableCamera0 = "[3rdAppEnableVIULL]\nisEnable3rdAppVIULL[0] = 1, 0x1\n";
+const std::string kClients =
+    "[PackageName Group]\nSystemCamera = com.sys.camera\nEngineerMode = com.eng.mode\n";
+const std::string kEnable = kClients + "[3rdAppEnableVIULL]\nisEnable3rdAppVIULL[0] = 1, 0x3\n";
+const std::string kDisable = kEnable + "[3rdAppDisableVIULLMap]\ncom.third.app[0] = 0x2\n";
+// Masks in hexadecimal, with or without 0x.
+const std::string kActivityRows =
+    "[3rdAppEnableVIULLMapLumora]\ncom.third.app[0] = 0x1, com.third.app.Night\n"
+    "com.third.app[1] = 2, com.third.app.Video\n";
 
 class AinrTest : public SessionTest {
 protected:
@@ -21,7 +30,9 @@ protected:
     }
 
     // The written AINR type (-1: not written), which always agrees with bit 89.
-    int32_t ConfigureVideo(unsigned int cameraId, int64_t profile = 1, int32_t presetTag = -1) {
+    int32_t ConfigureVideo(unsigned int cameraId, int64_t profile = 1, int32_t presetTag = -1,
+                           const std::string& package = "", const std::string& activity = "",
+                           bool cameraUnit = false) {
         StreamConfig config;
         StreamSetup video = VideoStream();
         video.dynamicRangeProfile = profile;
@@ -30,7 +41,10 @@ protected:
             config.SessionParams().VendorInt32(Lumora::kTagSupportedAINRType,
                                                {presetTag, presetTag});
         }
-        Configure(config, cameraId);
+        if (!package.empty()) {
+            SetClient(config, package, activity, cameraUnit);
+        }
+        ConfigureFresh(config, cameraId);
         const int32_t type =
             config.SessionParams().FirstInt32(GetVendorTagId(Lumora::kTagSupportedAINRType));
         EXPECT_EQ(type == 2, Has(Lumora::CapsVIULL));
@@ -97,6 +111,54 @@ TEST_F(AinrTest, TagIsUpdatedWhenPresentAndSkippedWithoutSessionParameters) {
     Configure(config);
     EXPECT_TRUE(Has(Lumora::CapsVIULL));
     EXPECT_TRUE(LoggedExactly("E sessionParams Invalid Args"));
+}
+
+TEST_F(AinrTest, SystemCameraRuleAndCameraUnitClients) {
+    LoadConfig(kEnable);
+    EXPECT_EQ(-1, ConfigureVideo(0, 1, -1, "com.sys.camera"));
+    EXPECT_EQ(-1, ConfigureVideo(0, 1, -1, "com.eng.mode"));
+    EXPECT_EQ(2, ConfigureVideo(0, 1, -1, "com.sys.camera", "", true));
+}
+
+TEST_F(AinrTest, PrecedenceChain) {
+    const char* app = "com.third.app";
+    const struct {
+        std::string config;
+        const char* package;
+        const char* activity;
+        unsigned int cameraId;
+        int64_t profile;
+        int32_t type;
+    } cases[] = {
+        {kEnable, app, "com.third.app.Video", 1, 1, 2},
+        // The package disable overrides the general enable on its cameras.
+        {kDisable, app, "com.third.app.Video", 1, 1, 0},
+        {kDisable, app, "com.third.app.Video", 0, 1, 2},
+        {kDisable, "com.third.app2", "com.third.app.Video", 1, 1, 2},  // whole package keys
+        // A package and activity row overrides the disable for its activity.
+        {kDisable + kActivityRows, app, "com.third.app.Video", 1, 1, 2},
+        {kDisable + kActivityRows, app, "com.third.app.VideoPlus", 1, 1, 0},
+        {kDisable + kActivityRows, app, "com.third.app.Night", 1, 1, 0},
+        {kClients + kActivityRows, app, "com.third.app.Night", 0, 1, 2},
+        // The HDR rule overrides everything.
+        {kDisable + kActivityRows + "[OemCommonCapbility]\ndisableVIULLForSpecificHDR = 1\n", app,
+         "com.third.app.Video", 1, 4, 0},
+        // Two disable entries of the package, or rows of three values, switch
+        // that group off.
+        {kEnable + "[3rdAppDisableVIULLMap]\ncom.third.app[0] = 2\ncom.third.app[1] = 2\n", app,
+         "com.third.app.Video", 1, 1, 2},
+        {kClients + "[3rdAppEnableVIULLMapLumora]\ncom.third.app[0] = 1, com.third.app.Video, x\n",
+         app, "com.third.app.Video", 0, 1, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << c.config << c.package << " " << c.activity << " camera " << c.cameraId);
+        LoadConfig(c.config);
+        EXPECT_EQ(c.type, ConfigureVideo(c.cameraId, c.profile, -1, c.package, c.activity));
+    }
+    EXPECT_TRUE(LoggedExactly(
+        "I VIULL m_clientPackageName: com.third.app, logicalCameraId: 1, keyCount: 1, "
+        "valueCount: 1"));
 }
 
 }  // namespace

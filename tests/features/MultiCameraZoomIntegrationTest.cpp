@@ -149,6 +149,10 @@ TEST_F(MultiCameraZoomIntegrationTest, SystemCameraSessionSwitches) {
     // A camera unit client gets neither smooth zoom nor the video strategy.
     sat = ConfigureSession({0x8010, kSys, "", "", true});
     EXPECT_EQ(0u, sat.enableSmoothZoom + sat.useVideoStrategy);
+    // Two physical cameras are enough for the AIDL input.
+    m_device.Clear();
+    m_device.Add(MultiCamera(2, 0, 0));
+    EXPECT_EQ(1u, ConfigureSession({0x8001, kSys}).useAIDLInput);
 }
 
 }  // namespace

@@ -29,6 +29,7 @@ TEST_F(VideoFeaturesIntegrationTest, EisBySensorNameThenClearedInProVideo) {
     m_device.Add(SingleCamera("imx766", 0, 0));
     m_device.Add(SingleCamera("imx76", 1, 1));
     m_device.Add(MultiCamera(3, 2, 2));
+    m_device.Add(SingleCamera("imx766", 3, 16));  // a logical id without a sensor name
     m_device.Init();
     const struct {
         unsigned int cameraId;
@@ -47,6 +48,7 @@ TEST_F(VideoFeaturesIntegrationTest, EisBySensorNameThenClearedInProVideo) {
         {0, 0x8001, "pro_video_mode", 0, false},
         {0, 0x8001, "pro_video_mode", 1, true},
         {0, 0x8001, "pro_video_mode_x", 0, true},
+        {3, 0x8002, "video_mode", -1, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message()

@@ -38,5 +38,28 @@ TEST_F(MalformedInputTest, DataSpacesOutsideTheEnumerationAreOrdinaryValues) {
               m_parser->GetSatStaticCaps()->zoomDivisionCurveCfgPrefix);
 }
 
+// A stream count without its array, and null entries in the array, are
+// streams that are not there.
+TEST_F(MalformedInputTest, MissingStreamsAreSkipped) {
+    OpenSingle();
+    StreamConfig bare(0x8001);
+    bare.WithoutStreamArray();
+    SetClient(bare, "com.app");
+    EXPECT_EQ(0, m_parser->ParseStaticCapabilities(bare.Get()));
+    EXPECT_EQ(0, m_parser->ParseStreamCapabilities(bare.Get()));
+    EXPECT_TRUE(Has(CapsThirdPartyClient));
+    EXPECT_FALSE(Has(CapsStreamPreview));
+
+    StreamConfig holes(0x8001);
+    holes.AddNull();
+    StreamSetup extended = PreviewStream();
+    extended.extMode = 2;
+    camera3_stream_t* preview = holes.Add(extended);
+    holes.AddNull();
+    Configure(holes);
+    EXPECT_EQ(EStreamTypePreview, m_parser->GetStreamTypeByStream(preview));
+    EXPECT_TRUE(Has(CapsExtModeStream));
+}
+
 }  // namespace
 }  // namespace LumoraTest

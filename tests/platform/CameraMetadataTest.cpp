@@ -1,5 +1,5 @@
-// Host camera metadata: entries in one buffer, capacity limits, alignment and
-// in-place updates that change an entry's size.
+// Host camera metadata: entries in one buffer, capacity limits, alignment,
+// updates that change an entry's size, and records read in place.
 #include <gtest/gtest.h>
 
 #include <errno.h>
@@ -17,7 +17,6 @@ namespace {
 constexpr uint32_t VendorTag(uint32_t index) {
     return 0x80000000u + index;
 }
-constexpr uint32_t kVendorTagCount = 1024;
 
 struct MetadataDeleter {
     void operator()(camera_metadata_t* m) const { free_camera_metadata(m); }
@@ -32,149 +31,7 @@ bool Aligned(const void* p) {
     return reinterpret_cast<uintptr_t>(p) % 8 == 0;
 }
 
-std::vector<int32_t> Int32s(camera_metadata_t* m, uint32_t tag) {
-    camera_metadata_entry_t e{};
-    if (find_camera_metadata_entry(m, tag, &e) != 0) {
-        return {};
-    }
-    return std::vector<int32_t>(e.data.i32, e.data.i32 + e.count);
-}
-
-std::vector<uint8_t> Bytes(camera_metadata_t* m, uint32_t tag) {
-    camera_metadata_entry_t e{};
-    if (find_camera_metadata_entry(m, tag, &e) != 0) {
-        return {};
-    }
-    return std::vector<uint8_t>(e.data.u8, e.data.u8 + e.count);
-}
-
-const uint32_t kVendorInt32 = VendorTag(19);
-const uint32_t kVendorFloat = VendorTag(85);
 const uint32_t kVendorBytes = VendorTag(5);
-
-TEST(CameraMetadataTest, AddAndFindStandardTags) {
-    Metadata m = Allocate(8, 256);
-    const int32_t fps[2] = {15, 30};
-    const uint8_t mode = 1;
-    const float zoom = 2.5f;
-    const int64_t exposure = 33333333;
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_TARGET_FPS_RANGE, fps, 2));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_MODE, &mode, 1));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_ZOOM_RATIO, &zoom, 1));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_EXPOSURE_TIME, &exposure, 1));
-    EXPECT_EQ(4u, get_camera_metadata_entry_count(m.get()));
-
-    camera_metadata_ro_entry_t ro{};
-    ASSERT_EQ(0, find_camera_metadata_ro_entry(m.get(), ANDROID_CONTROL_ZOOM_RATIO, &ro));
-    EXPECT_EQ(2u, ro.index);
-    EXPECT_EQ(static_cast<uint32_t>(ANDROID_CONTROL_ZOOM_RATIO), ro.tag);
-    EXPECT_EQ(TYPE_FLOAT, ro.type);
-    EXPECT_EQ(1u, ro.count);
-    EXPECT_FLOAT_EQ(2.5f, ro.data.f[0]);
-
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), ANDROID_SENSOR_EXPOSURE_TIME, &e));
-    EXPECT_EQ(TYPE_INT64, e.type);
-    EXPECT_EQ(33333333, e.data.i64[0]);
-    EXPECT_EQ((std::vector<int32_t>{15, 30}), Int32s(m.get(), ANDROID_CONTROL_AE_TARGET_FPS_RANGE));
-
-    EXPECT_EQ(-ENOENT, find_camera_metadata_entry(m.get(), ANDROID_CONTROL_AF_MODE, &e));
-    EXPECT_EQ(-ENOENT, find_camera_metadata_ro_entry(m.get(), ANDROID_CONTROL_AF_MODE, &ro));
-}
-
-TEST(CameraMetadataTest, TagTypesOfStandardAndVendorTags) {
-    EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(ANDROID_CONTROL_AE_TARGET_FPS_RANGE));
-    EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(ANDROID_CONTROL_VIDEO_STABILIZATION_MODE));
-    EXPECT_EQ(TYPE_FLOAT, get_camera_metadata_tag_type(ANDROID_CONTROL_ZOOM_RATIO));
-    EXPECT_EQ(TYPE_INT64, get_camera_metadata_tag_type(ANDROID_SENSOR_FRAME_DURATION));
-    EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(ANDROID_SENSOR_SENSITIVITY));
-    EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(ANDROID_CONTROL_AF_TRIGGER));
-    EXPECT_EQ(-1, get_camera_metadata_tag_type(0x10008));
-    for (uint32_t index : {0u, 19u, 35u, 36u, 37u, 38u, 49u, 159u, 212u, 535u}) {
-        EXPECT_EQ(TYPE_INT32, get_camera_metadata_tag_type(VendorTag(index))) << index;
-    }
-    EXPECT_EQ(TYPE_FLOAT, get_camera_metadata_tag_type(VendorTag(544)));
-    EXPECT_EQ(TYPE_BYTE, get_camera_metadata_tag_type(VendorTag(34)));
-    EXPECT_EQ(-1, get_camera_metadata_tag_type(VendorTag(kVendorTagCount)));
-}
-
-TEST(CameraMetadataTest, VendorEntriesCountInElementsOfTheirType) {
-    Metadata m = Allocate(4, 128);
-    const int32_t ints[3] = {1, 2, 3};
-    const float f[2] = {1.5f, 2.5f};
-    const char text[] = "com.example";
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), kVendorInt32, ints, 3));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), kVendorFloat, f, 2));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), kVendorBytes, text, sizeof(text)));
-    EXPECT_EQ(12u + 4u /*pad*/ + 8u + sizeof(text), get_camera_metadata_data_count(m.get()));
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), kVendorBytes, &e));
-    EXPECT_EQ(TYPE_BYTE, e.type);
-    EXPECT_STREQ("com.example", reinterpret_cast<const char*>(e.data.u8));
-}
-
-TEST(CameraMetadataTest, UnknownTagsAndBadArgumentsFail) {
-    Metadata m = Allocate(2, 64);
-    const int32_t v = 1;
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), 0x12345, &v, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), 0xFFFFFFFFu, &v, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(nullptr, ANDROID_SENSOR_SENSITIVITY, &v, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, nullptr, 1));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, &v, SIZE_MAX));
-    EXPECT_EQ(0u, get_camera_metadata_entry_count(m.get()));
-    camera_metadata_entry_t e{};
-    EXPECT_EQ(1, find_camera_metadata_entry(nullptr, ANDROID_SENSOR_SENSITIVITY, &e));
-    EXPECT_EQ(1, find_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, nullptr));
-    EXPECT_EQ(1, update_camera_metadata_entry(m.get(), 0, &v, 1, nullptr));
-    EXPECT_EQ(1, delete_camera_metadata_entry(m.get(), 0));
-    EXPECT_EQ(1, get_camera_metadata_entry(m.get(), 0, &e));
-    EXPECT_EQ(0u, get_camera_metadata_entry_count(nullptr));
-}
-
-TEST(CameraMetadataTest, FullEntryTableOrDataAreaFailsWithoutChange) {
-    Metadata m = Allocate(2, 12);
-    const int32_t v[3] = {1, 2, 3};
-    const uint8_t b = 1;
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_SENSITIVITY, v, 1));
-    // The second entry starts at 8 and needs 8 bytes: beyond 12.
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_TARGET_FPS_RANGE, v, 2));
-    ASSERT_EQ(0,
-              add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION, v, 1));
-    EXPECT_EQ(12u, get_camera_metadata_data_count(m.get()));
-    EXPECT_EQ(1, add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_MODE, &b, 0));
-    EXPECT_EQ(2u, get_camera_metadata_entry_count(m.get()));
-    EXPECT_EQ(2u, get_camera_metadata_entry_capacity(m.get()));
-    EXPECT_EQ(12u, get_camera_metadata_data_capacity(m.get()));
-    EXPECT_EQ((std::vector<int32_t>{1}), Int32s(m.get(), ANDROID_SENSOR_SENSITIVITY));
-
-    Metadata empty = Allocate(0, 0);
-    ASSERT_NE(nullptr, empty);
-    EXPECT_EQ(1, add_camera_metadata_entry(empty.get(), ANDROID_CONTROL_AE_MODE, &b, 1));
-}
-
-TEST(CameraMetadataTest, EveryEntrysDataIsEightByteAligned) {
-    Metadata m = Allocate(16, 512);
-    const uint8_t bytes[7] = {1, 2, 3, 4, 5, 6, 7};
-    const int32_t ints[3] = {1, 2, 3};
-    const int64_t wide = 5;
-    for (size_t n = 1; n <= 7; ++n) {
-        ASSERT_EQ(0, add_camera_metadata_entry(m.get(), VendorTag(100 + n), bytes, n));
-        ASSERT_EQ(0,
-                  add_camera_metadata_entry(m.get(), ANDROID_CONTROL_AE_REGIONS, ints, n % 3 + 1));
-    }
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), ANDROID_SENSOR_FRAME_DURATION, &wide, 1));
-    // Resizing keeps the later entries aligned too.
-    ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 0, bytes, 5, nullptr));
-    ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 3, ints, 1, nullptr));
-    for (size_t i = 0; i < get_camera_metadata_entry_count(m.get()); ++i) {
-        camera_metadata_entry_t e{};
-        ASSERT_EQ(0, get_camera_metadata_entry(m.get(), i, &e));
-        EXPECT_TRUE(Aligned(e.data.u8)) << "entry " << i;
-    }
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), ANDROID_SENSOR_FRAME_DURATION, &e));
-    EXPECT_EQ(5, e.data.i64[0]);
-}
 
 TEST(CameraMetadataTest, RecordsWithPointersAreReadInPlace) {
     struct Record {
@@ -192,70 +49,6 @@ TEST(CameraMetadataTest, RecordsWithPointersAreReadInPlace) {
     const Record* inPlace = reinterpret_cast<const Record*>(e.data.u8);
     EXPECT_EQ(7u, inPlace->id);
     EXPECT_EQ(kName, inPlace->name);
-}
-
-class CameraMetadataUpdateTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        m_meta = Allocate(4, 64);
-        const uint8_t first[3] = {1, 2, 3};
-        const int32_t middle[2] = {10, 20};
-        const uint8_t last[5] = {9, 8, 7, 6, 5};
-        ASSERT_EQ(0, add_camera_metadata_entry(m_meta.get(), kVendorBytes, first, 3));
-        ASSERT_EQ(0, add_camera_metadata_entry(m_meta.get(), kVendorInt32, middle, 2));
-        ASSERT_EQ(0, add_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, last, 5));
-    }
-
-    Metadata m_meta;
-};
-
-TEST_F(CameraMetadataUpdateTest, SameSizeWritesInPlace) {
-    camera_metadata_entry_t before{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, &before));
-    const uint8_t other[5] = {5, 5, 5, 5, 5};
-    camera_metadata_entry_t after{};
-    ASSERT_EQ(0, update_camera_metadata_entry(m_meta.get(), 2, other, 5, &after));
-    EXPECT_EQ(before.data.u8, after.data.u8);
-    EXPECT_EQ((std::vector<uint8_t>{5, 5, 5, 5, 5}), Bytes(m_meta.get(), ANDROID_CONTROL_AE_MODE));
-}
-
-TEST_F(CameraMetadataUpdateTest, UpdateFromTheEntrysOwnData) {
-    camera_metadata_entry_t e{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m_meta.get(), ANDROID_CONTROL_AE_MODE, &e));
-    ASSERT_EQ(0, update_camera_metadata_entry(m_meta.get(), 0, e.data.u8, 5, nullptr));
-    EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), Bytes(m_meta.get(), kVendorBytes));
-    EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), Bytes(m_meta.get(), ANDROID_CONTROL_AE_MODE));
-    EXPECT_EQ((std::vector<int32_t>{10, 20}), Int32s(m_meta.get(), kVendorInt32));
-}
-
-TEST(CameraMetadataTest, GrowingFromALaterEntrysDataCopiesTheOriginal) {
-    Metadata m = Allocate(2, 64);
-    const uint8_t a[8] = {'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H'};
-    uint8_t b[16];
-    for (uint8_t i = 0; i < 16; ++i) {
-        b[i] = static_cast<uint8_t>(100 + i);
-    }
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), VendorTag(300), a, 8));
-    ASSERT_EQ(0, add_camera_metadata_entry(m.get(), VendorTag(301), b, 16));
-    camera_metadata_entry_t later{};
-    ASSERT_EQ(0, find_camera_metadata_entry(m.get(), VendorTag(301), &later));
-    // The later entry moves to make room before the new data is written.
-    ASSERT_EQ(0, update_camera_metadata_entry(m.get(), 0, later.data.u8, 16, nullptr));
-    EXPECT_EQ(std::vector<uint8_t>(b, b + 16), Bytes(m.get(), VendorTag(300)));
-    EXPECT_EQ(std::vector<uint8_t>(b, b + 16), Bytes(m.get(), VendorTag(301)));
-}
-
-TEST_F(CameraMetadataUpdateTest, CloneIsIndependentAndSizedToItsContent) {
-    Metadata copy(clone_camera_metadata(m_meta.get()));
-    ASSERT_NE(nullptr, copy);
-    EXPECT_EQ(3u, get_camera_metadata_entry_count(copy.get()));
-    EXPECT_EQ(get_camera_metadata_data_count(m_meta.get()),
-              get_camera_metadata_data_capacity(copy.get()));
-    const int32_t changed[2] = {-1, -2};
-    ASSERT_EQ(0, update_camera_metadata_entry(m_meta.get(), 1, changed, 2, nullptr));
-    EXPECT_EQ((std::vector<int32_t>{10, 20}), Int32s(copy.get(), kVendorInt32));
-    EXPECT_EQ((std::vector<uint8_t>{9, 8, 7, 6, 5}), Bytes(copy.get(), ANDROID_CONTROL_AE_MODE));
-    EXPECT_EQ(nullptr, clone_camera_metadata(nullptr));
 }
 
 // Random adds, updates and deletes against a plain model: contents, order,

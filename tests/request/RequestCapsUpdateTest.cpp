@@ -199,6 +199,75 @@ TEST_F(RequestCapsUpdateTest, StreamBitsGoToTheCameraNamedByFrameworkId) {
     EXPECT_TRUE(m_record.GetStreamByStreamType(EStreamTypePreview)->empty());
 }
 
+// The bits a requested buffer sets, by the role of its stream: on the logical
+// camera, and on the camera whose framework id the stream names.
+TEST_F(RequestCapsUpdateTest, EachStreamRoleSetsItsOwnBits) {
+    struct Case {
+        StreamType type;
+        std::initializer_list<size_t> logical;
+        std::initializer_list<size_t> camera;
+    };
+    const Case cases[] = {
+        {EStreamTypeNone, {}, {}},
+        {EStreamTypePreview, {CapsStreamPreview}, {CapsStreamPreview}},
+        {EStreamTypeSnapshotYUV, {CapsStreamSnapshotYUV}, {CapsStreamSnapshotYUV}},
+        {EStreamTypeSnapshotJPEG, {CapsStreamSnapshotJPEG}, {CapsStreamSnapshotJPEG}},
+        {EStreamTypeSnapshotRAW, {CapsStreamSnapshotRAW}, {CapsStreamSnapshotRAW}},
+        {EStreamTypeSnapshotRAWShort, {CapsStreamSnapshotRAWShort}, {CapsStreamSnapshotRAWShort}},
+        {EStreamTypeSnapshotRAWMiddle,
+         {CapsStreamSnapshotRAWMiddle},
+         {CapsStreamSnapshotRAWMiddle}},
+        {EStreamTypeSnapshotRAWFull,
+         {CapsStreamSnapshotRAWFull},
+         {CapsStreamSnapshotRAWFull, CapsPhysicalRawStream}},
+        {EStreamTypeSnapshotRAWFullYUV, {}, {}},
+        {EStreamTypeSnapshotRAWQcfa2x2,
+         {CapsStreamSnapshotRAWQcfa2x2},
+         {CapsStreamSnapshotRAWQcfa2x2, CapsPhysicalRawStream}},
+        {EStreamTypeVideo, {CapsStreamVideo}, {CapsStreamVideo}},
+        {EStreamTypeVideoLiveShot, {}, {}},
+        {EStreamTypeViewFinder, {CapsStreamViewFinder}, {CapsStreamViewFinder}},
+        {EStreamTypeASDPreview, {CapsStreamASDPreview}, {CapsStreamASDPreview}},
+        {EStreamTypeMetadata, {CapsStreamMetadata}, {CapsStreamMetadata}},
+        {EStreamTypeMultiSpectralRaw, {CapsStreamMultiSpectralRaw}, {CapsStreamMultiSpectralRaw}},
+    };
+    CameraSetup camera;
+    camera.physicalCameras = {{0, 5, 0, true}, {0, 6, 1, false}};
+    Build(camera);
+    StreamConfig config;
+    uint32_t frame = 0;
+    for (const Case& c : cases) {
+        // Framework id 5 is the first entry's, whose physical id is 0.
+        camera3_stream_t* stream = config.Add(PreviewStream(640, 480, "5"));
+        m_peer->AddStream(c.type, stream);
+        Request request(++frame);
+        request.SensorModes({0, 0}).Buffer(stream);
+        EXPECT_EQ(0, Update(request));
+        EXPECT_EQ(BitsOf(c.logical), Caps(TypeLogicalCamera)) << c.type;
+        EXPECT_EQ(BitsOf(c.camera), Caps(0)) << c.type;
+        EXPECT_EQ(_CapsBitset(), Caps(5)) << c.type;
+        EXPECT_EQ(1u, m_record.GetStreamByStreamType(c.type)->size()) << c.type;
+    }
+}
+
+// The per-camera rules visit the record's entries and no slot after them,
+// which reads as physical camera 0.
+TEST_F(RequestCapsUpdateTest, CameraLoopsStopAtTheLastEntry) {
+    CameraSetup camera;
+    camera.physicalCameras = {{0, 1, 1, true}, {0, 2, 2, false}};
+    Build(camera);
+    m_peer->SetZoomThresholds({1.0f});
+    m_peer->SetFromMainMenu(1);
+    m_peer->WarmStart(0) = {1, 0, 0, 0, 0, 0, 0, 0, 3};
+    Request zoomed(1);
+    zoomed.SensorModes({0, 0, 0}).ZoomRatio(4.0f);
+    EXPECT_EQ(0, Update(zoomed));
+    EXPECT_EQ(_CapsBitset(), Caps(0));
+    Request noSettings(2);
+    EXPECT_EQ(4, Update(noSettings));  // no camera of the record has an enabled warm start
+    EXPECT_EQ(_CapsBitset(), Caps(0));
+}
+
 TEST_F(RequestCapsUpdateTest, ShortListsAndIdsWithoutSlotsAreHarmless) {
     CameraSetup camera;
     camera.physicalCameras = {{0, 0, 0, true}, {0, 9, 9, false}, {0, 20, 20, false}};

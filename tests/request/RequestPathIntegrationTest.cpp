@@ -61,24 +61,5 @@ TEST_F(RequestPathIntegrationTest, WarmStartOfTheSessionDecidesRequestsWithoutSe
               m_parser->GetRequestSupportCaps(1, static_cast<QueryCapsType>(0x100)));
 }
 
-TEST_F(RequestPathIntegrationTest, OperationModeSelectsTuningEntriesStarModeAndMarker) {
-    LoadConfig(
-        "[OEMFeature2ModeMatch]\nMode[0] = 5, 0x8001, -1, -1, -1, -1, -1\n"
-        "[StarMode]\nneedOverrideAE = true\nexpTime = 50000000\n");
-    Configure(0x8001);
-    Request request(1);
-    request.SensorModes({0});
-    m_parser->UpdatePerRequestCaps(request.Get());
-    EXPECT_EQ(5u, m_parser->GetOriginalRequestTuningMode(1, TypeFeature2Snapshot));
-    EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsStarModeOverrideAE, TypeLogicalCamera));
-
-    Configure(0x80A8);
-    EXPECT_TRUE(m_parser->IsSessionSupportCaps(CapsStarModeOverrideAE, TypeLogicalCamera));
-    EXPECT_EQ(50000000, m_parser->GetStarModeAEInfo()->expTime);
-    Configure(0x80BE);
-    m_parser->UpdatePerRequestCaps(request.Get());
-    EXPECT_TRUE(m_parser->IsRequestSupportCaps(1, CapsOpModeMarker, TypeLogicalCamera));
-}
-
 }  // namespace
 }  // namespace LumoraTest

@@ -82,6 +82,59 @@ TEST_F(TuningPolicyTest, TuningModeQueryMatchesTheRequestValues) {
     }
 }
 
+// Rows of 0 in the bracket, camera flag and bracket-12 fields match a record
+// that no request has set, and a camera without a record has flag 0.
+TEST_F(TuningPolicyTest, RowsOfZeroMatchWhatNoRequestSet) {
+    CameraSetup camera = SingleCamera("wide");
+    camera.hasRecord = false;
+    Build(camera);
+    const struct {
+        const char* row;
+        int32_t bracket;  // of a request before the query; -1 for none
+        int32_t want;
+    } cases[] = {
+        {"30, -1, -1, 0, -1, -1, -1, -1", -1, 30}, {"31, -1, -1, -1, 0, -1, -1, -1", -1, 31},
+        {"32, -1, -1, -1, -1, -1, 0, -1", 5, 32},  {"33, -1, 1, 5, -1, -1, 1, -1", 5, -1},
+        {"34, -1, 1, 12, 0, -1, 1, -1", 12, 34},   {"35, -1", 5, 35},  // two values are a row
+        {"36, -1\nMode[2] = 37, -1", 5, 36},  // two keys: rows 0 and 1 only
+    };
+    for (const auto& c : cases) {
+        Configure(0x8001, std::string("[OEMFeature1ModeMatch]\nMode[0] = ") + c.row + "\n");
+        if (c.bracket < 0) {
+            Request request(1);
+            request.SensorModes({0});
+            Update(request);
+            EXPECT_EQ(c.want, m_record.GetOriginalRequestTuningMode(TypeFeature1Snapshot)) << c.row;
+        } else {
+            EXPECT_EQ(c.want, TuningMode(TypeFeature1Snapshot, c.bracket, 0)) << c.row;
+        }
+    }
+}
+
+// Touch-to-track rows: the operation mode and a mask of physical camera ids.
+TEST_F(TuningPolicyTest, TouchToTrackByModeAndCameraMask) {
+    const struct {
+        const char* rows;
+        bool logical, camera0, camera1;
+    } cases[] = {
+        {"Mode[0] = 0x8009, 0x2", true, false, true},
+        {"Mode[0] = 0x8001, 0x3\nMode[1] = 0x8009, 0x1", true, true, false},
+        {"Mode[0] = 0x8009, 0x1, 0", false, false, false},  // rows of two values only
+        {"Mode[0] = 0x8009, x", false, false, false},
+    };
+    for (const auto& c : cases) {
+        Build(MultiCamera(2, 0, 0));
+        Configure(0x8009, std::string("[AIAFTouch2track]\n") + c.rows + "\n");
+        EXPECT_EQ(c.logical,
+                  m_session->IsSessionSupportCaps(CapsAIAFTouch2Track, TypeLogicalCamera))
+            << c.rows;
+        EXPECT_EQ(c.camera0, m_session->IsSessionSupportCaps(CapsAIAFTouch2Track, QueryCapsType(0)))
+            << c.rows;
+        EXPECT_EQ(c.camera1, m_session->IsSessionSupportCaps(CapsAIAFTouch2Track, QueryCapsType(1)))
+            << c.rows;
+    }
+}
+
 TEST_F(TuningPolicyTest, StarModeOverrideOnlyInItsMode) {
     Build(SingleCamera("wide"));
     const std::string config = "[StarMode]\nneedOverrideAE = true\nAEMode = 2\nsensitiviy = 800\n";

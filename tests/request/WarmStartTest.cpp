@@ -89,6 +89,20 @@ TEST_F(WarmStartTest, SavedStateChoosesTheDolTypeWithExactBounds) {
     EXPECT_EQ(6, m_peer->WarmStart(1).dolState);
 }
 
+TEST_F(WarmStartTest, OnlyTheSessionsCamerasReadTheirSavedState) {
+    m_device.Clear();
+    CameraSetup camera;
+    camera.physicalCameras = {{0, 1, 1, true}, {0, 2, 2, false}};
+    Build(camera);
+    m_peer->SetOperationMode(0x8001);
+    m_peer->SetMaxFps(60);
+    LoadConfig(kRows);
+    Save(0, 5, 50, 100);
+    m_peer->SetWarmStartLux(105);
+    m_peer->ConfigWarmStart();
+    EXPECT_EQ(2, m_peer->WarmStart(0).dolState);  // the row of camera 0; its file is not read
+}
+
 TEST_F(WarmStartTest, MalformedFilesAndConfigurationsKeepTheConfiguredState) {
     LoadConfig(kRows);
     for (const char* junk : {"", "1 2 3 oops\n", "1 2 3 4 5 6 7 8\n"}) {

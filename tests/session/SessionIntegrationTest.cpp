@@ -41,6 +41,19 @@ TEST_F(SessionIntegrationTest, ClientKindReachesTheStreamCaps) {
     EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsOisCenterOn, static_cast<QueryCapsType>(0)));
     EXPECT_TRUE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(1)));
     EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(0)));
+
+    // A listed physical id that no camera of the session has is skipped; ids
+    // after the fifth are not read.
+    LoadConfig(
+        "[PackageName Group]\nOisCloseOcsApp = com.other\n[OIS]\nOisCtsCloseOcs = 0, 2, 7, 8, 9, "
+        "1\n");
+    CameraSetup noZero;
+    noZero.physicalCameras = {{0, 1, 1, true}, {0, 2, 2, false}};
+    Open(noZero);
+    Configure(app);
+    EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(0)));
+    EXPECT_TRUE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(2)));
+    EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(1)));
 }
 
 TEST_F(SessionIntegrationTest, BokehSessionIsNoZoomSession) {

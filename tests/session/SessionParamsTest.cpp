@@ -305,6 +305,12 @@ TEST_F(SessionParamsTest, VideoFrameInsertion) {
     LoadConfig("[VideoFrameInsertSupport]\nMode[0] = 0x8005\nMode[1] = 0x8005, 3840\n");
     EXPECT_FALSE(frameInsert(0x8005, 3840, ""));
     EXPECT_TRUE(LoggedExactly("I VideoFrameInsertSupport 0"));
+    // A group of one row; the video stream first in the configuration.
+    LoadConfig("[VideoFrameInsertSupport]\nMode[0] = 0x8005, 3840\n");
+    StreamConfig config(0x8005);
+    config.Add(VideoStream(3840, 2160));
+    Configure(config);
+    EXPECT_TRUE(Has(CapsVideoFrameInsert));
 }
 
 TEST_F(SessionParamsTest, MissingSessionParameters) {

@@ -166,6 +166,7 @@ TEST(LogFileNameTest, EachClassFamilyLogsUnderItsSourceFile) {
     EXPECT_STREQ("UIParser.cpp", LogSourceName("uilayer/uiparser/UIParser.cpp"));
     // Headers and other folders keep their own names.
     EXPECT_STREQ("RDCMap.h", LogSourceName("uilayer/uiparser/RDCMap.h"));
+    EXPECT_STREQ(".h", LogSourceName("uilayer/common/.h"));
     EXPECT_STREQ("LoggingTest.cpp", LogSourceName("tests/spine/LoggingTest.cpp"));
     EXPECT_STREQ("x.cpp", LogSourceName("mycommon/x.cpp"));
     EXPECT_STREQ("plain.cpp", LogSourceName("plain.cpp"));

@@ -1,4 +1,5 @@
-// Preview pipeline defaults and the mip-map preview switch.
+// The mip-map preview switch; the pipeline rows are tested with the sessions
+// that select them (StreamsIntegrationTest).
 #include "support/SessionTest.h"
 
 namespace LumoraTest {
@@ -7,20 +8,6 @@ namespace {
 using namespace Lumora;
 
 class PreviewPipelineTest : public SessionTest {};
-
-TEST_F(PreviewPipelineTest, DefaultNameWhenNoRowMatches) {
-    OpenSingle();
-    // A row of an operation mode this session does not run.
-    LoadConfig(
-        "[OemDecouplePipelines]\nisSupportLowLatency = true\n"
-        "[OPreviewPipelines]\nmode[0] = 0x8123, 255, 1, \"Other\"\n");
-    StreamConfig config;
-    config.Add(PreviewStream());
-    Configure(config);
-    EXPECT_STREQ("TavroSingleDefault", m_parser->GetPipelineName());
-    EXPECT_FALSE(Has(CapsLowLatencyPipeline));
-    EXPECT_TRUE(LoggedExactly("I select pipeline name TavroSingleDefault"));
-}
 
 TEST_F(PreviewPipelineTest, MipmapPreviewNeedsBothSwitchesAndNoVideo) {
     OpenSingle();

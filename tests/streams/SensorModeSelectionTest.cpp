@@ -34,6 +34,11 @@ TEST_F(SensorModeSelectionTest, ForcedIndexPerCameraType) {
     EXPECT_EQ(99, Forced(1));
     EXPECT_EQ(7, Forced(2));
     EXPECT_EQ(99, Forced(5));
+    // Blanks around a number are no part of it.
+    property_set("vendor.debug.camera.policy.sensormode", "5 , 6\t,\t 8 ");
+    EXPECT_EQ(5, Forced(0));
+    EXPECT_EQ(6, Forced(1));
+    EXPECT_EQ(8, Forced(2));
 }
 
 TEST_F(SensorModeSelectionTest, ForcedIndexKeepsTheLowEightBits) {

@@ -163,8 +163,9 @@ TEST_F(StreamClassificationTest, FullRawUseCaseMarksItsPhysicalCamera) {
 
 class QcfaClassificationTest : public SessionTest {
 protected:
-    void StartQcfa(uint16_t modeFlag) {
+    void StartQcfa(uint16_t modeFlag, int32_t physicalFrameworkId = 0) {
         CameraSetup setup = SingleCamera("qcfa50");
+        setup.physicalCameras[0].frameworkId = physicalFrameworkId;
         setup.fullArrayWidth = 8000;
         setup.fullArrayHeight = 6000;
         setup.sensorModeFlags = {0x1, modeFlag};
@@ -201,6 +202,13 @@ TEST_F(QcfaClassificationTest, RawBetweenHalfAndFullArrayWidthIsQcfa2x2) {
     EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 4000, 3000, "9")));
 }
 
+// A stream names its camera by framework id, not by physical id.
+TEST_F(QcfaClassificationTest, StreamsNameTheCameraByFrameworkId) {
+    StartQcfa(0x800, 5);
+    EXPECT_EQ(EStreamTypeSnapshotRAWQcfa2x2, ClassifyAlone(RawStream(0x20, 4000, 3000, "5")));
+    EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 4000, 3000, "0")));
+}
+
 TEST_F(QcfaClassificationTest, NoQcfaRolesWithoutTheRemosaicSensorMode) {
     StartQcfa(0x400);
     EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 4000, 3000, "0")));
@@ -216,6 +224,7 @@ TEST_F(StreamQueryTest, ListsFollowTheCurrentConfigurationOnly) {
     StreamConfig config;
     camera3_stream_t* preview = config.Add(PreviewStream(1920, 1080, "1"));
     camera3_stream_t* jpeg = config.Add(JpegStream(4000, 3000, "2"));
+    config.Add(YuvSnapshotStream(640, 480, "0"));
     Configure(config);
     const std::vector<_UIStreamInfo>* list =
         m_parser->GetStreamByStreamType(EStreamTypeSnapshotJPEG);
@@ -227,6 +236,7 @@ TEST_F(StreamQueryTest, ListsFollowTheCurrentConfigurationOnly) {
     // The survey records each stream's size for its physical camera.
     EXPECT_EQ(1920u, m_parser->GetSensorDimension()[1].width);
     EXPECT_EQ(3000u, m_parser->GetSensorDimension()[2].height);
+    EXPECT_EQ(640u, m_parser->GetSensorDimension()[0].width);
 
     StreamConfig next;
     next.Add(VideoStream());

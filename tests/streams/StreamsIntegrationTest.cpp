@@ -60,6 +60,9 @@ TEST_F(StreamsIntegrationTest, SeamlessKeysCarryNameReducedMaskAndMode) {
                   QueryFailure(caps, 7).find(std::string("Query imx766[") + c.mask + "][-1]"))
             << c.mask;
     }
+    signed char index = 0;
+    Query(_CapsBitset().set(21), 7, index);
+    EXPECT_TRUE(LoggedExactly("V supportCaps 0x200000 -> 0x0020"));
 }
 
 TEST_F(StreamsIntegrationTest, OnlyAMissingKeyFallsBackToEveryMode) {
@@ -97,6 +100,14 @@ TEST_F(StreamsIntegrationTest, SensorNameComesFromTheQueriedCamerasLogicalId) {
     EXPECT_EQ(6, Query(_CapsBitset(), 5, index));
     EXPECT_TRUE(LoggedExactly("E Can't find primary camera id for TypeLogicalCamera"));
     EXPECT_TRUE(LoggedContaining("Query [0x0002][-1] fail"));
+
+    // Of two primary cameras the first names the sensor.
+    CameraSetup twoPrimaries = MultiCamera(2, 3, 3);
+    twoPrimaries.physicalCameras[1].isPrimary = 1;
+    m_device.Add(twoPrimaries);
+    Start(3);
+    ConfigureFor(0x8001);
+    EXPECT_NE(std::string::npos, QueryFailure(_CapsBitset(), 7).find("Query wide[0x0002][-1]"));
 }
 
 TEST_F(StreamsIntegrationTest, KeysAreCutToSixtyThreeCharacters) {
@@ -200,6 +211,8 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
     EXPECT_EQ(EStreamTypeSnapshotJPEG, m_parser->GetStreamTypeByStream(beforeVideo));
     EXPECT_EQ(EStreamTypeASDPreview, m_parser->GetStreamTypeByStream(afterVideo));
     EXPECT_TRUE(Has(CapsStreamASDPreview));
+    EXPECT_EQ(EStreamTypePreview, ClassifyAlone(PreviewStream(), 0x8006));
+    EXPECT_FALSE(Has(CapsCaptureHdrP010Preview));  // a preview other than P010
 
     LoadConfig(kSystemCamera +
                "[PIPFeatureConfig]\nViewFinderOperationMode = 0x8006\n"
@@ -220,6 +233,14 @@ TEST_F(StreamsIntegrationTest, ConfiguredViewFinderAndSceneDetectionSizes) {
     EXPECT_FALSE(Has(CapsThirdAppStream));
     ConfigureFor(0x8005);
     EXPECT_FALSE(Has(CapsPreviewOis));
+
+    // Sizes that are not configured match no stream, not even one of no size.
+    LoadConfig(
+        "[ASDFeatureConfig]\nVideoASDOperationMode = 0x8105\n"
+        "[PIPFeatureConfig]\nViewFinderOperationMode = 0x8005\n");
+    for (const StreamSetup& stream : {PreviewStream(1, 0), PreviewStream(0, 1)}) {
+        EXPECT_EQ(EStreamTypePreview, ClassifyAlone(stream, 0x8005)) << stream.width;
+    }
 }
 
 TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
@@ -234,6 +255,7 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
     EXPECT_TRUE(LoggedExactly("I select pipeline name LowLatencyA"));
     ConfigureFor(0x8002);
     EXPECT_STREQ("OtherMode", m_parser->GetPipelineName());
+    EXPECT_TRUE(Has(CapsLowLatencyPipeline));
     ConfigureFor(0x8003);
     EXPECT_STREQ("TavroSingleDefault", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
@@ -245,6 +267,11 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
     ConfigureFor(0x8001);
     EXPECT_STREQ("Short", m_parser->GetPipelineName());
     EXPECT_FALSE(Has(CapsLowLatencyPipeline));
+    // A row shorter than the first has no name: the earlier row's stays.
+    LoadConfig(
+        "[OPreviewPipelines]\nmode[0] = 0x8001, 255, 0, \"Named\"\nmode[1] = 0x8001, 255, 0\n");
+    ConfigureFor(0x8001);
+    EXPECT_STREQ("Named", m_parser->GetPipelineName());
 }
 
 TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {
@@ -265,6 +292,10 @@ TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {
     EXPECT_TRUE(LoggedExactly("I pStream->width 7000 frameworkId 0 phyId 0 QCFA size 7000:5000"));
     EXPECT_TRUE(Has(CapsPhysicalRawStream, 0));
     EXPECT_EQ(EStreamTypeSnapshotRAW, ClassifyAlone(RawStream(0x20, 6999, 5000, "0")));
+    LoadConfig(
+        "[SensorNameList]\nmode[0] = 0, qcfa50\n[OemSupportedCustomRAWFullSizes]\n"
+        "Size[qcfa50] = 6000, 4000\n");
+    EXPECT_EQ(EStreamTypeSnapshotRAWFull, ClassifyAlone(RawStream(0x20, 6000, 4000, "0")));
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "AbortHandler.h"
 #include "ScenarioReader.h"
 #include "ScopedTempDir.h"
 
@@ -64,21 +63,6 @@ TEST_F(DeviceRootTest, RefusesARootWithoutTheSiblingAndLeavesNothingBehind) {
         DeviceRoot root(UILAYER_SIM_SIBLING_ROOT, "uilayer-sim");
         EXPECT_EQ(0u, root.Path().rfind(tmp.Path() + "/uilayer-sim.", 0)) << root.Path();
     }
-    EXPECT_EQ(std::vector<std::string>{}, tmp.Entries());
-}
-
-TEST_F(DeviceRootTest, AnAbortOfTheLibraryStillRemovesTheRoot) {
-    ScopedTempDir tmp;
-    ASSERT_FALSE(tmp.Path().empty());
-    EXPECT_DEATH(
-        {
-            InstallAbortHandler();
-            DeviceRoot root(UILAYER_SIM_SIBLING_ROOT);
-            root.WriteFile("/data/vendor/camera/aecWarmStartCamera_0.txt", "1");
-            SetCurrentStep("ParseStaticCapabilities of session \"bokeh\"");
-            abort();
-        },
-        "the library aborted the process during ParseStaticCapabilities of session \"bokeh\"");
     EXPECT_EQ(std::vector<std::string>{}, tmp.Entries());
 }
 

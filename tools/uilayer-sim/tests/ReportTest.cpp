@@ -73,66 +73,7 @@ TEST(ReportTest, WritesTheSameContentAsJson) {
         RenderJson(Sample()));
 }
 
-TEST(ReportTest, KeepsNumbersThatJsonCannotHoldAsText) {
-    ReportNode root = ReportNode::Map();
-    root.Add("a", ReportNode::Real(1.0 / 0.0));
-    root.Add("b", ReportNode::Real(-1.0 / 0.0));
-    EXPECT_EQ("{\n  \"a\": \"inf\",\n  \"b\": \"-inf\"\n}\n", RenderJson(root));
-}
-
-TEST(ReportTest, JsonKeysAreSnakeCase) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"camera index", "camera_index"},
-        {"ParseStaticCapabilities", "parse_static_capabilities"},
-        {"SAT", "sat"},
-        {"SupportedAINRType", "supported_ainr_type"},
-        {"star mode AE", "star_mode_ae"},
-        {"is3rdCamZoomDivisionApp", "is3rd_cam_zoom_division_app"},
-        {"ext_stream_flags", "ext_stream_flags"},
-    };
-    for (const auto& entry : cases) {
-        EXPECT_EQ(entry.second, JsonKey(entry.first)) << entry.first;
-    }
-}
-
-TEST(ReportTest, JsonShapesReplaceTheTextOnlyInJson) {
-    ReportNode root = ReportNode::Map();
-    ReportNode& cameras = root.Add("warm start", ReportNode::Map());
-    ReportNode& state = cameras.Add("camera 3", ReportNode::Map());
-    state.Add("dol state", ReportNode::Text("(not set)").WithJson(ReportNode()));
-    cameras.Add("camera 12", ReportNode::Map());
-    cameras.WithJson(LabelledList(cameras, "camera_id", true, "state"));
-    ReportNode& roles = root.Add("roles", ReportNode::Map());
-    roles.Add("Preview", ReportNode::InlineList()).Push(ReportNode::Text("a"));
-    roles.WithJson(LabelledList(roles, "role", false, "streams"));
-    EXPECT_EQ(
-        "warm start:\n"
-        "  camera 3:\n"
-        "    dol state: (not set)\n"
-        "  camera 12: (none)\n"
-        "roles:\n"
-        "  Preview: a\n",
-        RenderText(root));
-    EXPECT_EQ(
-        "{\n"
-        "  \"warm_start\": [\n"
-        "    {\n"
-        "      \"camera_id\": 3,\n"
-        "      \"dol_state\": null\n"
-        "    },\n"
-        "    {\n"
-        "      \"camera_id\": 12\n"
-        "    }\n"
-        "  ],\n"
-        "  \"roles\": [\n"
-        "    {\n"
-        "      \"role\": \"Preview\",\n"
-        "      \"streams\": [\"a\"]\n"
-        "    }\n"
-        "  ]\n"
-        "}\n",
-        RenderJson(root));
-}
+// The JSON shapes of the report (labelled lists) show in examples/golden/photo.json.
 
 }  // namespace
 }  // namespace UilayerSim

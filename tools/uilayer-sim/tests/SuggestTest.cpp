@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "Names.h"
-#include "NumberText.h"
 #include "Suggest.h"
 
 namespace UilayerSim {
@@ -46,40 +45,6 @@ TEST(SuggestTest, CountsEditsAndStopsAtAQuarterOfTheName) {
     EXPECT_EQ("", ClosestName("ABCDEXYZ", known));          // 3
     EXPECT_EQ("CapsSHDR", ClosestName("CapsSHDRRR", known));
     EXPECT_EQ("CapsSHDR", ClosestName("aCpsSHDR", known));  // a swap is one edit
-}
-
-TEST(SuggestTest, TellsIntegerTextApartFromItsRange) {
-    const std::pair<const char*, bool> cases[] = {
-        {"12", true},   {"-0x1F", true}, {"+7", true},  {"99999999999999999999", true},
-        {"0x", false},  {"-", false},    {"", false},   {"1a", false},
-        {"0xG", false}, {"1.5", false},  {"x1", false}, {"0X0a", true},
-    };
-    for (const auto& entry : cases) {
-        EXPECT_EQ(entry.second, IsIntegerSyntax(entry.first)) << entry.first;
-    }
-}
-
-TEST(SuggestTest, ListsEveryNameOfATableWithItsValue) {
-    const std::vector<NamedNumber> caps = ListNames(NameTable::Capabilities);
-    size_t bit81 = 0;
-    for (const NamedNumber& entry : caps) {
-        bit81 += entry.value == 81 ? 1 : 0;
-        uint32_t bit = 0;
-        ASSERT_TRUE(CapabilityByName(entry.name, &bit)) << entry.name;
-        EXPECT_EQ(entry.value, bit) << entry.name;
-    }
-    EXPECT_EQ(2u, bit81);
-    for (const NamedNumber& entry : ListNames(NameTable::PixelFormats)) {
-        int64_t value = 0;
-        ASSERT_TRUE(PixelFormatByName(entry.name, &value)) << entry.name;
-        EXPECT_EQ(entry.value, value);
-        EXPECT_EQ(std::string::npos, entry.name.find("HAL_PIXEL_FORMAT_"));
-    }
-    for (const NamedNumber& entry : ListNames(NameTable::StreamRoles)) {
-        int32_t role = -1;
-        ASSERT_TRUE(StreamRoleByName(entry.name, &role));
-        EXPECT_EQ(entry.value, role);
-    }
 }
 
 }  // namespace

@@ -1,75 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <hardware/gralloc.h>
-#include <sys/resource.h>
-#include <system/graphics.h>
-
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
-#include "ScenarioReader.h"
-#include "ScopedTempDir.h"
 #include "StreamCombinations.h"
 #include "Sweep.h"
-#include "SweepCommand.h"
 #include "SweepOutcome.h"
 
 namespace UilayerSim {
 namespace {
-
-// Processor time of this process and its finished children.
-double ProcessorSeconds() {
-    double seconds = 0;
-    for (int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        struct rusage usage = {};
-        getrusage(who, &usage);
-        seconds += static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-                   static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-    }
-    return seconds;
-}
-
-const std::string kPhone = std::string(UILAYER_SIM_EXAMPLES_DIR) + "/devices/phone.yaml";
-
-TEST(StreamCombinationsTest, EachTableHoldsItsCombinationsOnceAndLevelsAddUp) {
-    CombinationSelection all;
-    all.level = HardwareLevel::Level3;
-    all.tenBit = true;
-    all.useCases = true;
-    std::map<std::string, size_t> counts;
-    std::set<std::string> labels;
-    for (const StreamCombination& combination : GuaranteedCombinations(all)) {
-        ++counts[TableName(combination.table)];
-        EXPECT_TRUE(labels
-                        .insert(std::string(TableName(combination.table)) + ": " +
-                                CombinationLabel(combination))
-                        .second)
-            << CombinationLabel(combination);
-    }
-    const std::map<std::string, size_t> expected = {
-        {"legacy", 8},  {"limited", 6}, {"full", 6},       {"raw", 8},
-        {"level 3", 2}, {"ten-bit", 8}, {"use cases", 22},
-    };
-    EXPECT_EQ(expected, counts);
-
-    const struct {
-        HardwareLevel level;
-        bool raw;
-        size_t count;
-    } levels[] = {
-        {HardwareLevel::Legacy, false, 8}, {HardwareLevel::Limited, false, 14},
-        {HardwareLevel::Full, false, 20},  {HardwareLevel::Full, true, 28},
-        {HardwareLevel::Legacy, true, 16}, {HardwareLevel::Level3, false, 30},
-    };
-    for (const auto& level : levels) {
-        CombinationSelection selection;
-        selection.level = level.level;
-        selection.raw = level.raw;
-        EXPECT_EQ(level.count, GuaranteedCombinations(selection).size());
-    }
-}
 
 TEST(StreamCombinationsTest, SizeClassesFollowTheArray) {
     const struct {
@@ -91,106 +30,6 @@ TEST(StreamCombinationsTest, SizeClassesFollowTheArray) {
         EXPECT_EQ(640u, sizes.Of(SizeClass::Vga).width);
         EXPECT_EQ(480u, sizes.Of(SizeClass::Vga).height);
     }
-}
-
-TEST(StreamCombinationsTest, StreamsCarryTheFrameworkValues) {
-    const SizeClasses sizes = SizesForArray(8192, 6144);
-    const struct {
-        StreamTarget target;
-        CombinationTable table;
-        int format;
-        uint32_t usage;
-        int32_t dataSpace;
-        int64_t profile;
-        int64_t useCase;
-        std::string label;
-    } cases[] = {
-        {{StreamKind::Priv, SizeClass::Preview},
-         CombinationTable::Legacy,
-         HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED,
-         0x900,
-         0,
-         1,
-         0,
-         "PRIV PREVIEW"},
-        {{StreamKind::Priv, SizeClass::Record},
-         CombinationTable::TenBit,
-         HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED,
-         GRALLOC_USAGE_HW_VIDEO_ENCODER,
-         0,
-         2,
-         0,
-         "PRIV RECORD [HLG10]"},
-        {{StreamKind::Yuv, SizeClass::Maximum},
-         CombinationTable::Full,
-         HAL_PIXEL_FORMAT_YCbCr_420_888,
-         GRALLOC_USAGE_SW_READ_OFTEN,
-         0,
-         1,
-         0,
-         "YUV MAX"},
-        {{StreamKind::Yuv, SizeClass::Preview},
-         CombinationTable::TenBit,
-         HAL_PIXEL_FORMAT_YCBCR_P010,
-         GRALLOC_USAGE_SW_READ_OFTEN,
-         0,
-         2,
-         0,
-         "YUV PREVIEW [HLG10]"},
-        {{StreamKind::Jpeg, SizeClass::Maximum},
-         CombinationTable::TenBit,
-         HAL_PIXEL_FORMAT_BLOB,
-         GRALLOC_USAGE_SW_READ_OFTEN,
-         HAL_DATASPACE_V0_JFIF,
-         1,
-         0,
-         "JPEG MAX"},
-        {{StreamKind::Raw, SizeClass::Maximum, StreamUseCase::CroppedRaw},
-         CombinationTable::UseCases,
-         HAL_PIXEL_FORMAT_RAW16,
-         GRALLOC_USAGE_SW_READ_OFTEN,
-         0,
-         1,
-         6,
-         "RAW MAX [CROPPED_RAW]"},
-    };
-    for (const auto& c : cases) {
-        const StreamSetup stream = MakeStream(c.target, c.table, sizes, "s");
-        EXPECT_EQ(c.format, stream.format) << c.label;
-        EXPECT_EQ(c.usage, stream.usage) << c.label;
-        EXPECT_EQ(c.dataSpace, stream.dataSpace) << c.label;
-        EXPECT_EQ(c.profile, stream.dynamicRangeProfile) << c.label;
-        EXPECT_EQ(c.useCase, stream.useCase) << c.label;
-        EXPECT_EQ(c.label, StreamLabel(c.target, c.table));
-    }
-}
-
-TEST(SweepOutcomeTest, SurvivesThePipeAndKeepsTheAbortMessage) {
-    CombinationOutcome outcome;
-    outcome.staticCode = 0;
-    outcome.streamCode = -22;
-    outcome.streams = {{"Preview", -1, true}, {"None", 2, false}};
-    outcome.logicalCaps = {"CapsStreamPreview", "CapsSensorModeFlag81/Caps4x4Izoom"};
-    outcome.sensorModeCode = 6;
-    outcome.sensorModeIndex = 3;
-    outcome.hasPipeline = true;
-    outcome.pipeline = "Preview Low Latency";
-    const CombinationOutcome back = DecodeOutcome(EncodeOutcome(outcome));
-    EXPECT_EQ(OutcomeStatus::Failed, back.status);
-    EXPECT_EQ(-22, back.streamCode);
-    ASSERT_EQ(2u, back.streams.size());
-    EXPECT_EQ("None", back.streams[1].role);
-    EXPECT_EQ(2, back.streams[1].cameraIndex);
-    EXPECT_FALSE(back.streams[1].listed);
-    EXPECT_EQ(outcome.logicalCaps, back.logicalCaps);
-    EXPECT_EQ(3, back.sensorModeIndex);
-    EXPECT_EQ("Preview Low Latency", back.pipeline);
-
-    const CombinationOutcome aborted =
-        DecodeOutcome("log E last words\nuilayer-sim: the library aborted the process during X\n");
-    EXPECT_EQ(std::vector<std::string>{"E last words"}, aborted.log);
-    EXPECT_EQ("the library aborted the process during X", aborted.message);
-    EXPECT_FALSE(aborted.hasPipeline);
 }
 
 TEST(SweepReportTest, SummaryNamesFailuresAbortsAndStreamsWithoutRole) {
@@ -227,79 +66,9 @@ TEST(SweepReportTest, SummaryNamesFailuresAbortsAndStreamsWithoutRole) {
     EXPECT_EQ(std::string::npos, json.find("\"return codes\""));
 }
 
-TEST(SweepTest, EachCombinationRunsApartAndAnAbortEndsOnlyItsOwn) {
-    ScopedTempDir temp;
-    const Scenario device = ReadDeviceOrScenarioFile(kPhone);
-    SweepOptions options;
-    options.siblingRoot = UILAYER_SIM_SIBLING_ROOT;
-    options.selection = {HardwareLevel::Full, true, true, true};
-    // The whole bundled sweep stays cheap: children are forked, nothing is
-    // read or started again per combination.
-    const double before = ProcessorSeconds();
-    const SweepResult plain = RunSweep(device, options);
-    EXPECT_LT(ProcessorSeconds() - before, 5.0);
-    ASSERT_EQ(58u, plain.rows.size());
-    EXPECT_EQ(0u, plain.camera);
-    for (const SweepRow& row : plain.rows) {
-        EXPECT_EQ(OutcomeStatus::Configured, row.outcome.status) << row.outcome.message;
-        ASSERT_EQ(row.combination.streams.size(), row.outcome.streams.size());
-        for (const StreamOutcome& stream : row.outcome.streams) {
-            EXPECT_TRUE(stream.listed);
-        }
-    }
-    EXPECT_EQ("Preview", plain.rows[0].outcome.streams[0].role);  // PRIV MAX
-    EXPECT_EQ("SnapshotJPEG", plain.rows[1].outcome.streams[0].role);
-
-    // A bokeh session without physical preview streams: the library aborts.
-    options.selection = CombinationSelection{HardwareLevel::Legacy, false, false, false};
-    options.hasCamera = true;
-    options.camera = 6;
-    options.operationMode = 0x8010;
-    const SweepResult bokeh = RunSweep(device, options);
-    ASSERT_EQ(8u, bokeh.rows.size());
-    EXPECT_EQ(8192u, bokeh.sizes.maximum.width);  // of camera 0, its primary sensor
-    for (const SweepRow& row : bokeh.rows) {
-        EXPECT_EQ(OutcomeStatus::Aborted, row.outcome.status);
-        EXPECT_NE(std::string::npos, row.outcome.message.find("ParseStaticCapabilities"));
-        ASSERT_FALSE(row.outcome.log.empty());
-        EXPECT_NE(std::string::npos, row.outcome.log.back().find("physical preview stream"));
-    }
-    EXPECT_TRUE(temp.Entries().empty());
-
-    options.camera = 42;
-    EXPECT_THROW(RunSweep(device, options), SweepInputError);
-}
-
-TEST(SweepCommandTest, ReadsNumbersAndNamesAndRefusesWrongCommandLines) {
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(0, RunSweepCommand(
-                     {kPhone, "--camera", "0x4", "--operation-mode",
-                      "CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE", "--level", "legacy", "--json"},
-                     UILAYER_SIM_SIBLING_ROOT));
-    const std::string json = testing::internal::GetCapturedStdout();
-    EXPECT_NE(std::string::npos, json.find("\"camera\": 4,"));
-    EXPECT_NE(std::string::npos, json.find("\"level\": \"legacy\""));
-    EXPECT_NE(std::string::npos, json.find("\"preview\": \"1600x1200\""));
-
-    const std::vector<std::vector<std::string>> wrong = {
-        {},
-        {"--raw"},
-        {kPhone, "--level", "5"},
-        {kPhone, "--camera"},
-        {kPhone, "--camera", "-1"},
-        {kPhone, "--operation-mode", "FAST"},
-        {kPhone, "--bogus"},
-        {kPhone, kPhone},
-        {kPhone, "--camera", "9"},
-        {kPhone + ".missing"},
-        {kPhone, "--config", kPhone + ".missing"},
-        {kPhone, "--config", kPhone},  // not a configuration the store takes
-    };
-    for (const auto& args : wrong) {
-        EXPECT_EQ(2, RunSweepCommand(args, UILAYER_SIM_SIBLING_ROOT))
-            << (args.empty() ? "" : args.back());
-    }
-}
+// The sweep as the command runs it (one child per combination, an abort ending
+// only its own, the command line) is checked by command_line_test.py and the
+// golden report of the bundled device.
 
 }  // namespace
 }  // namespace UilayerSim

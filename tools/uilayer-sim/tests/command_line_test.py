@@ -104,6 +104,36 @@ def command_line_cases():
     expect("names typo", ["names", "cap"], 2, err=r"no list named 'cap' \(did you mean 'caps'\?\)")
 
 
+def sweep_cases():
+    phone = os.path.join(EXAMPLES, "devices", "phone.yaml")
+    result = expect("sweep by numbers and names",
+                    ["sweep", phone, "--camera", "0x4", "--operation-mode",
+                     "CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE", "--level", "legacy", "--json"], 0)
+    for text in ('"camera": 4,', '"level": "legacy"', '"preview": "1600x1200"'):
+        check("sweep json", text in result.stdout, text)
+    wrong = ([], ["--raw"], [phone, "--level", "5"], [phone, "--camera"], [phone, "--camera", "-1"],
+             [phone, "--operation-mode", "FAST"], [phone, "--bogus"], [phone, phone],
+             [phone, "--camera", "9"], [phone + ".missing"], [phone, "--config", phone + ".missing"],
+             [phone, "--config", phone])  # the last: not a configuration the store takes
+    for args in wrong:
+        expect("sweep " + " ".join(os.path.basename(a) for a in args), ["sweep", *args], 2)
+    # A bokeh session without physical preview streams: the library aborts
+    # each combination's child, and only that one.
+    result = expect("sweep aborts", ["sweep", phone, "--camera", "6", "--operation-mode", "0x8010",
+                                     "--level", "legacy"], 0)
+    check("sweep aborts", result.stdout.count("result: aborted") == 8 and
+          result.stdout.count("during ParseStaticCapabilities") == 8 and
+          result.stdout.count("E Unsupport num of physical preview stream 0") == 8, result.stdout[:400])
+    check("sweep sizes of the primary sensor", "max: 8192x6144" in result.stdout)
+    # Each level adds its tables to the ones below it.
+    for args, count in ((["--level", "limited"], 14), (["--level", "full"], 20),
+                        (["--level", "full", "--raw"], 28), (["--level", "legacy", "--raw"], 16),
+                        (["--level", "3"], 30), (["--level", "3", "--ten-bit", "--use-cases"], 60)):
+        result = expect("sweep " + " ".join(args), ["sweep", phone, *args], 0)
+        check("sweep " + " ".join(args), result.stdout.count("\n  - combination: ") == count,
+              result.stdout.count("\n  - combination: "))
+
+
 def lint_cases(directory):
     # A YAML file read as a configuration: one finding per line, collapsed.
     result = expect("lint collapse", ["lint", PHOTO], 1)
@@ -179,8 +209,10 @@ def signal_cases(directory):
     bokeh = os.path.join(directory, "bokeh.yaml")
     with open(bokeh, "w", encoding="utf-8") as stream:
         stream.write(BOKEH_ONE_PREVIEW.format(devices=devices))
-    result = run([bokeh, "--log"])
+    tmp = tempfile.mkdtemp(dir=directory)
+    result = run([bokeh, "--log"], env=dict(os.environ, TMPDIR=tmp))
     check("abort", result.returncode == -signal.SIGABRT, result.returncode)
+    check("abort clean-up", os.listdir(tmp) == [], os.listdir(tmp))
     check("abort log", re.search(r"^uilayer-sim: log: E .*\n(.|\n)*the library aborted the process during",
                                  result.stderr, re.M), result.stderr[-400:])
 
@@ -188,6 +220,7 @@ def signal_cases(directory):
 def main():
     with tempfile.TemporaryDirectory() as directory:
         command_line_cases()
+        sweep_cases()
         lint_cases(directory)
         scenario_cases(directory)
         signal_cases(directory)
