@@ -49,13 +49,7 @@ void Record(const Scenario& scenario, TraceRecorder* recorder) {
 
 _ExplainQuery Query(const std::string& cap, const std::string& session, const std::string& camera,
                     bool hasFrame = false, uint32_t frame = 0) {
-    _ExplainQuery query;
-    query.capability = cap;
-    query.session = session;
-    query.camera = camera;
-    query.hasFrame = hasFrame;
-    query.frame = frame;
-    return query;
+    return _ExplainQuery{cap, session, camera, hasFrame, frame};
 }
 
 _ExplainQuery Query(uint32_t bit, size_t session, int64_t camera) {
