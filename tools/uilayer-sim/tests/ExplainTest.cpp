@@ -3,8 +3,7 @@
 // each answered with the input that kept the bit clear.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -17,16 +16,10 @@ namespace {
 
 std::vector<std::string> Examples() {
     std::vector<std::string> paths;
-    DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
-    for (dirent* entry = dir != nullptr ? readdir(dir) : nullptr; entry != nullptr;
-         entry = readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".yaml") == 0) {
-            paths.push_back(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/" + name);
+    for (const auto& entry : std::filesystem::directory_iterator(UILAYER_SIM_EXAMPLES_DIR)) {
+        if (entry.path().extension() == ".yaml") {
+            paths.push_back(entry.path().string());
         }
-    }
-    if (dir != nullptr) {
-        closedir(dir);
     }
     return paths;
 }
@@ -113,10 +106,15 @@ TEST(ExplainTest, EveryBitSetInAnExampleHasItsStep) {
     EXPECT_GT(requestBits, 0u);
 }
 
-TEST(ExplainTest, NamesTheInputThatKeptTheBitClear) {
+// The recorded replay of the questions' scenario.
+class ExplainQuestionsTest : public ::testing::Test {
+protected:
+    void SetUp() override { Record(scenario, &recorder); }
     const Scenario scenario = Load(UILAYER_SIM_TEST_DATA_DIR "/explain.yaml");
     TraceRecorder recorder;
-    Record(scenario, &recorder);
+};
+
+TEST_F(ExplainQuestionsTest, NamesTheInputThatKeptTheBitClear) {
     struct Case {
         const char* cap;
         const char* session;
@@ -150,10 +148,7 @@ TEST(ExplainTest, NamesTheInputThatKeptTheBitClear) {
     }
 }
 
-TEST(ExplainTest, RefusesWhatItCannotAnswer) {
-    const Scenario scenario = Load(UILAYER_SIM_TEST_DATA_DIR "/explain.yaml");
-    TraceRecorder recorder;
-    Record(scenario, &recorder);
+TEST_F(ExplainQuestionsTest, RefusesWhatItCannotAnswer) {
     const struct {
         const char* cap;
         const char* session;
