@@ -16,7 +16,7 @@
 
 #include "IuiLayer.h"
 #include "common/VendorTags.h"
-#include "ScenarioReader.h"
+#include "core/ScenarioReader.h"
 
 namespace {
 

@@ -31,11 +31,11 @@
 #include <utility>
 #include <vector>
 
-#include "AbortHandler.h"
+#include "core/AbortHandler.h"
 #include "IuiLayer.h"
-#include "Replay.h"
+#include "replay/Replay.h"
 #include "ReportChecks.h"
-#include "ScenarioReader.h"
+#include "core/ScenarioReader.h"
 
 namespace {
 

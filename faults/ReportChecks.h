@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "Report.h"
+#include "core/Report.h"
 
 namespace UilayerFaults {
 

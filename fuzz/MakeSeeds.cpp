@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
-#include "ScenarioReader.h"
+#include "core/ScenarioReader.h"
 #include "SessionModel.h"
 #include "common/VendorTags.h"
 

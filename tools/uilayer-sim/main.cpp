@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Cli.h"
-#include "Commands.h"
+#include "core/Cli.h"
+#include "core/Commands.h"
 
 namespace {
 

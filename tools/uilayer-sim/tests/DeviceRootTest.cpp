@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "ScenarioReader.h"
+#include "core/ScenarioReader.h"
 #include "ScopedTempDir.h"
 
 namespace UilayerSim {

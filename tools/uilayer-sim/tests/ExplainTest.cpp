@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "Explain.h"
-#include "Replay.h"
-#include "ScenarioReader.h"
+#include "explain/Explain.h"
+#include "replay/Replay.h"
+#include "core/ScenarioReader.h"
 
 namespace UilayerSim {
 namespace {

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "LintTable.h"
-#include "Replay.h"
-#include "ScenarioReader.h"
+#include "lint/LintTable.h"
+#include "replay/Replay.h"
+#include "core/ScenarioReader.h"
 
 namespace UilayerSim {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "LintOutput.h"
+#include "lint/LintOutput.h"
 
 namespace UilayerSim {
 namespace {

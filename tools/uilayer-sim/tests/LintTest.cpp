@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "Lint.h"
-#include "LintTable.h"
-#include "ScenarioReader.h"
+#include "lint/Lint.h"
+#include "lint/LintTable.h"
+#include "core/ScenarioReader.h"
 
 namespace UilayerSim {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Names.h"
+#include "core/Names.h"
 
 namespace UilayerSim {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Report.h"
+#include "core/Report.h"
 
 namespace UilayerSim {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ScenarioReader.h"
+#include "core/ScenarioReader.h"
 
 namespace UilayerSim {
 namespace {

@@ -5,7 +5,7 @@
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 
-#include "SessionFacts.h"
+#include "replay/SessionFacts.h"
 
 namespace UilayerSim {
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Names.h"
-#include "Suggest.h"
+#include "core/Names.h"
+#include "core/Suggest.h"
 
 namespace UilayerSim {
 namespace {

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "StreamCombinations.h"
-#include "Sweep.h"
-#include "SweepOutcome.h"
+#include "sweep/StreamCombinations.h"
+#include "sweep/Sweep.h"
+#include "sweep/SweepOutcome.h"
 
 namespace UilayerSim {
 namespace {

@@ -1,0 +1,365 @@
+#include "core/Report.h"
+
+#include <cinttypes>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace UilayerSim {
+
+ReportNode ReportNode::Text(std::string text) {
+    ReportNode node;
+    node.m_kind = Kind::Text;
+    node.m_text = std::move(text);
+    return node;
+}
+
+ReportNode ReportNode::Integer(int64_t value) {
+    ReportNode node;
+    node.m_kind = Kind::Integer;
+    node.m_text = std::to_string(value);
+    return node;
+}
+
+ReportNode ReportNode::Hex(uint64_t value) {
+    char text[24];
+    snprintf(text, sizeof(text), "0x%" PRIX64, value);
+    ReportNode node = Text(text);
+    ReportNode number;
+    number.m_kind = Kind::Integer;
+    number.m_text = std::to_string(value);
+    node.WithJson(number);
+    return node;
+}
+
+ReportNode ReportNode::Boolean(bool value) {
+    ReportNode node;
+    node.m_kind = Kind::Boolean;
+    node.m_text = value ? "true" : "false";
+    return node;
+}
+
+ReportNode ReportNode::Real(double value) {
+    if (!std::isfinite(value)) {
+        return Text(std::isnan(value) ? "nan" : (value > 0 ? "inf" : "-inf"));
+    }
+    char text[32];
+    snprintf(text, sizeof(text), "%g", value);
+    ReportNode node;
+    node.m_kind = Kind::Real;
+    node.m_text = text;
+    return node;
+}
+
+ReportNode ReportNode::List() {
+    ReportNode node;
+    node.m_kind = Kind::List;
+    return node;
+}
+
+ReportNode ReportNode::InlineList() {
+    ReportNode node = List();
+    node.m_inline = true;
+    return node;
+}
+
+ReportNode ReportNode::Map() {
+    ReportNode node;
+    node.m_kind = Kind::Map;
+    return node;
+}
+
+ReportNode& ReportNode::Add(const std::string& key, ReportNode value) {
+    m_entries.emplace_back(key, std::move(value));
+    return m_entries.back().second;
+}
+
+ReportNode& ReportNode::Push(ReportNode value) {
+    m_items.push_back(std::move(value));
+    return m_items.back();
+}
+
+ReportNode& ReportNode::WithJson(ReportNode json) {
+    m_json = std::make_shared<const ReportNode>(std::move(json));
+    return *this;
+}
+
+const ReportNode* ReportNode::Find(const std::string& key) const {
+    for (const auto& entry : m_entries) {
+        if (entry.first == key) {
+            return &entry.second;
+        }
+    }
+    return nullptr;
+}
+
+namespace {
+
+bool IsContainer(const ReportNode& node) {
+    return node.GetKind() == ReportNode::Kind::List || node.GetKind() == ReportNode::Kind::Map;
+}
+
+std::string ScalarText(const ReportNode& node) {
+    switch (node.GetKind()) {
+        case ReportNode::Kind::Null:
+            return "(none)";
+        case ReportNode::Kind::Text:
+            return node.Scalar().empty() ? "\"\"" : node.Scalar();
+        default:
+            return node.Scalar();
+    }
+}
+
+std::string InlineText(const ReportNode& node) {
+    if (node.Items().empty()) {
+        return "(none)";
+    }
+    std::string text;
+    for (const ReportNode& item : node.Items()) {
+        if (!text.empty()) {
+            text += ", ";
+        }
+        text += ScalarText(item);
+    }
+    return text;
+}
+
+void WriteText(const ReportNode& node, int indent, std::string* out);
+
+// "key: value" or "key:" with the value's lines below, after `prefix`.
+void WriteEntry(const std::string& prefix, const std::string& key, const ReportNode& value,
+                int indent, std::string* out) {
+    *out += prefix + key + ":";
+    if (value.IsInline()) {
+        *out += " " + InlineText(value) + "\n";
+    } else if (!IsContainer(value)) {
+        *out += " " + ScalarText(value) + "\n";
+    } else if (value.Empty()) {
+        *out += " (none)\n";
+    } else {
+        *out += "\n";
+        WriteText(value, indent + 2, out);
+    }
+}
+
+void WriteText(const ReportNode& node, int indent, std::string* out) {
+    const std::string pad(static_cast<size_t>(indent), ' ');
+    if (node.GetKind() == ReportNode::Kind::Map) {
+        for (const auto& entry : node.Entries()) {
+            WriteEntry(pad, entry.first, entry.second, indent, out);
+        }
+        return;
+    }
+    for (const ReportNode& item : node.Items()) {
+        if (item.GetKind() == ReportNode::Kind::Map && !item.Empty()) {
+            // "- first: value", the other entries aligned under "first".
+            bool first = true;
+            for (const auto& entry : item.Entries()) {
+                WriteEntry(first ? pad + "- " : pad + "  ", entry.first, entry.second, indent + 2,
+                           out);
+                first = false;
+            }
+        } else if (item.IsInline()) {
+            *out += pad + "- " + InlineText(item) + "\n";
+        } else if (IsContainer(item) && !item.Empty()) {
+            *out += pad + "-\n";
+            WriteText(item, indent + 2, out);
+        } else {
+            *out += pad + "- " + (IsContainer(item) ? "(none)" : ScalarText(item)) + "\n";
+        }
+    }
+}
+
+void WriteJson(const ReportNode& node, int indent, std::string* out);
+
+void WriteJsonScalar(const ReportNode& node, std::string* out) {
+    switch (node.GetKind()) {
+        case ReportNode::Kind::Null:
+            *out += "null";
+            break;
+        case ReportNode::Kind::Text:
+            *out += JsonQuote(node.Scalar());
+            break;
+        default:
+            *out += node.Scalar();
+            break;
+    }
+}
+
+// On one line: the items of an inline list.
+void WriteCompactJson(const ReportNode& node, std::string* out) {
+    if (node.Json() != nullptr) {
+        WriteCompactJson(*node.Json(), out);
+        return;
+    }
+    if (node.GetKind() == ReportNode::Kind::Map) {
+        *out += "{";
+        bool first = true;
+        for (const auto& entry : node.Entries()) {
+            *out += first ? "" : ", ";
+            first = false;
+            *out += JsonQuote(JsonKey(entry.first)) + ": ";
+            WriteCompactJson(entry.second, out);
+        }
+        *out += "}";
+    } else if (node.GetKind() == ReportNode::Kind::List) {
+        *out += "[";
+        bool first = true;
+        for (const ReportNode& item : node.Items()) {
+            *out += first ? "" : ", ";
+            first = false;
+            WriteCompactJson(item, out);
+        }
+        *out += "]";
+    } else {
+        WriteJsonScalar(node, out);
+    }
+}
+
+void WriteJson(const ReportNode& node, int indent, std::string* out) {
+    if (node.Json() != nullptr) {
+        WriteJson(*node.Json(), indent, out);
+        return;
+    }
+    const std::string pad(static_cast<size_t>(indent + 2), ' ');
+    const std::string closePad(static_cast<size_t>(indent), ' ');
+    if (node.GetKind() == ReportNode::Kind::Map) {
+        if (node.Empty()) {
+            *out += "{}";
+            return;
+        }
+        *out += "{\n";
+        bool first = true;
+        for (const auto& entry : node.Entries()) {
+            *out += first ? "" : ",\n";
+            first = false;
+            *out += pad + JsonQuote(JsonKey(entry.first)) + ": ";
+            WriteJson(entry.second, indent + 2, out);
+        }
+        *out += "\n" + closePad + "}";
+    } else if (node.GetKind() == ReportNode::Kind::List) {
+        if (node.Empty()) {
+            *out += "[]";
+            return;
+        }
+        if (node.IsInline()) {
+            WriteCompactJson(node, out);
+            return;
+        }
+        *out += "[\n";
+        bool first = true;
+        for (const ReportNode& item : node.Items()) {
+            *out += first ? "" : ",\n";
+            first = false;
+            *out += pad;
+            WriteJson(item, indent + 2, out);
+        }
+        *out += "\n" + closePad + "]";
+    } else {
+        WriteJsonScalar(node, out);
+    }
+}
+
+}  // namespace
+
+std::string RenderText(const ReportNode& node) {
+    std::string out;
+    if (IsContainer(node)) {
+        WriteText(node, 0, &out);
+    } else {
+        out = ScalarText(node) + "\n";
+    }
+    return out;
+}
+
+std::string RenderJson(const ReportNode& node) {
+    std::string out;
+    WriteJson(node, 0, &out);
+    out += "\n";
+    return out;
+}
+
+std::string JsonQuote(const std::string& text) {
+    std::string out = "\"";
+    for (const char c : text) {
+        switch (c) {
+            case '"':
+                out += "\\\"";
+                break;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
+            default:
+                if (static_cast<unsigned char>(c) < 0x20) {
+                    char escape[8];
+                    snprintf(escape, sizeof(escape), "\\u%04x", static_cast<unsigned>(c));
+                    out += escape;
+                } else {
+                    out += c;
+                }
+                break;
+        }
+    }
+    out += "\"";
+    return out;
+}
+
+std::string JsonKey(const std::string& key) {
+    auto upper = [](char c) { return c >= 'A' && c <= 'Z'; };
+    auto lowerOrDigit = [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); };
+    std::string out;
+    for (size_t i = 0; i < key.size(); ++i) {
+        const char c = key[i];
+        if (c == ' ' || c == '-') {
+            out += '_';
+        } else if (upper(c)) {
+            const bool afterLower = i > 0 && lowerOrDigit(key[i - 1]);
+            const bool endsAcronym =
+                i > 0 && upper(key[i - 1]) && i + 1 < key.size() && lowerOrDigit(key[i + 1]);
+            if ((afterLower || endsAcronym) && !out.empty() && out.back() != '_') {
+                out += '_';
+            }
+            out += static_cast<char>(c - 'A' + 'a');
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+ReportNode LabelledList(const ReportNode& map, const char* labelKey, bool numeric,
+                        const char* valueKey) {
+    ReportNode list = ReportNode::List();
+    for (const auto& entry : map.Entries()) {
+        ReportNode& item = list.Push(ReportNode::Map());
+        const std::string& label = entry.first;
+        if (numeric) {
+            const size_t space = label.rfind(' ');
+            item.Add(labelKey, ReportNode::Integer(strtoll(
+                                   label.c_str() + (space == std::string::npos ? 0 : space + 1),
+                                   nullptr, 10)));
+        } else {
+            item.Add(labelKey, ReportNode::Text(label));
+        }
+        const ReportNode& value = entry.second;
+        if (value.GetKind() == ReportNode::Kind::Map && value.Json() == nullptr) {
+            for (const auto& field : value.Entries()) {
+                item.Add(field.first, field.second);
+            }
+        } else {
+            item.Add(valueKey, value);
+        }
+    }
+    return list;
+}
+
+}  // namespace UilayerSim

@@ -1,0 +1,49 @@
+// Reads a scenario file (YAML) into plain data and checks it completely, so
+// that the library never sees a half-read scenario.
+#ifndef UILAYER_SIM_SCENARIO_READER_H
+#define UILAYER_SIM_SCENARIO_READER_H
+
+#include <stdexcept>
+#include <string>
+
+#include <HostFiles.h>
+
+#include "core/Scenario.h"
+
+namespace UilayerSim {
+
+// A mistake in a scenario (or in the configuration text it names): the file,
+// the 1-based line, the field path ("sessions[0].streams[1].format") and why.
+class ScenarioError : public std::runtime_error {
+public:
+    ScenarioError(const std::string& file, int line, const std::string& field,
+                  const std::string& reason);
+    const std::string& File() const { return m_file; }
+    int Line() const { return m_line; }
+    const std::string& Field() const { return m_field; }
+    const std::string& Reason() const { return m_reason; }
+
+private:
+    std::string m_file;
+    int m_line;
+    std::string m_field;
+    std::string m_reason;
+};
+
+// Reads and checks the scenario at `path`; throws ScenarioError.
+Scenario ReadScenarioFile(const std::string& path);
+// The same for text already in memory; `path` names it in errors and anchors
+// a relative configuration path.
+Scenario ReadScenarioText(const std::string& text, const std::string& path);
+
+// Reads a device description (a map with `cameras`, as `device:` names it) or
+// a whole scenario; a device description gives a scenario with no
+// configuration, properties, files or sessions. Throws ScenarioError.
+Scenario ReadDeviceOrScenarioFile(const std::string& path);
+
+// Reads a whole file (see HostFiles.h).
+using HostPlatform::ReadWholeFile;
+
+}  // namespace UilayerSim
+
+#endif  // UILAYER_SIM_SCENARIO_READER_H

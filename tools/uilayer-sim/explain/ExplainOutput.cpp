@@ -1,0 +1,163 @@
+// The explanation as text for a reader, or as one JSON object with the same
+// content (docs/simulator.md describes its keys).
+#include "explain/Explain.h"
+
+namespace UilayerSim {
+
+namespace {
+
+const char* VerdictText(InputVerdict verdict) {
+    switch (verdict) {
+        case InputVerdict::Met:
+            return "met";
+        case InputVerdict::Failed:
+            return "failed";
+        case InputVerdict::Unknown:
+            break;
+    }
+    return "unknown";
+}
+
+std::string Subject(const _Explanation& e) {
+    const std::string camera =
+        e.camera < 0 ? "the logical camera" : "physical camera " + std::to_string(e.camera);
+    return camera + (e.hasFrame ? " in frame " + std::to_string(e.frame) : "") + " of session \"" +
+           e.session + "\" (camera " + std::to_string(e.sessionCamera) + ")";
+}
+
+std::string InputLine(const _ExplainInput& input) {
+    return input.what + ": " + input.value + (input.where.empty() ? "" : " (" + input.where + ")");
+}
+
+void AddLog(std::string* out, const std::string& heading, const std::string& step,
+            const std::vector<std::string>& log) {
+    *out += heading + " " + step + (log.empty() ? "" : ", which logged:") + "\n";
+    for (const std::string& line : log) {
+        *out += "  " + line + "\n";
+    }
+}
+
+ReportNode TextList(const std::vector<std::string>& items) {
+    ReportNode list = ReportNode::List();
+    for (const std::string& item : items) {
+        list.Push(ReportNode::Text(item));
+    }
+    return list;
+}
+
+ReportNode InputNode(const _ExplainInput& input) {
+    ReportNode node = ReportNode::Map();
+    node.Add("input", ReportNode::Text(input.what));
+    node.Add("value", ReportNode::Text(input.value));
+    node.Add("where", input.where.empty() ? ReportNode() : ReportNode::Text(input.where));
+    node.Add("verdict", ReportNode::Text(VerdictText(input.verdict)));
+    if (!input.reason.empty()) {
+        node.Add("reason", ReportNode::Text(input.reason));
+    }
+    return node;
+}
+
+ReportNode StepNode(const std::string& step, const std::vector<std::string>& log) {
+    if (step.empty()) {
+        return ReportNode();
+    }
+    ReportNode node = ReportNode::Map();
+    node.Add("step", ReportNode::Text(step));
+    node.Add("log", TextList(log));
+    return node;
+}
+
+}  // namespace
+
+std::string RenderExplanationText(const _Explanation& e) {
+    std::string out = e.name + " (bit " + std::to_string(e.bit) + ") is " +
+                      (e.set ? "set" : "not set") + " on " + Subject(e) + "\n";
+    std::string setOn;
+    for (const std::string& where : e.setOn) {
+        setOn += (setOn.empty() ? "" : ", ") + where;
+    }
+    out += "set on: " + (setOn.empty() ? std::string("no camera of the session") : setOn) + "\n";
+    if (!e.hasFrame) {
+        if (!e.setBy.empty() && (e.set || e.clearedBy.empty())) {
+            AddLog(&out, "set by step", e.setBy, e.setByLog);
+        }
+        if (!e.clearedBy.empty()) {
+            AddLog(&out, e.set ? "cleared before by step" : "cleared last by step", e.clearedBy,
+                   e.clearedByLog);
+            if (!e.set && !e.setBy.empty()) {
+                out += "(set before by step " + e.setBy + ")\n";
+            }
+        }
+    } else if (!e.contributions.empty()) {
+        out += "contributions that changed it:\n";
+        for (const _ExplainContribution& c : e.contributions) {
+            out += std::string("  ") + (c.added ? "added by " : "removed by ") + c.text + "\n";
+        }
+    } else {
+        out += "no contribution of the request touched it\n";
+    }
+    out += e.set ? "rules that set it:\n" : "rules that could set it:\n";
+    if (e.rules.empty()) {
+        out += "  none for this camera\n";
+    }
+    for (const _ExplainRule& rule : e.rules) {
+        out += std::string("  ") + rule.rule->step + ": " +
+               (rule.rule->effect == Lumora::kEffectClears ? "clears it when " : "") +
+               rule.rule->condition + "\n";
+        if (const _ExplainInput* failed = rule.Failed()) {
+            out += "    failed: " + failed->reason + "\n";
+        }
+        for (const _ExplainInput& input : rule.inputs) {
+            out += "    " + InputLine(input) + "\n";
+        }
+    }
+    out += "session facts:\n";
+    for (const _ExplainInput& fact : e.facts) {
+        out += "  " + InputLine(fact) + "\n";
+    }
+    return out;
+}
+
+std::string RenderExplanationJson(const _Explanation& e) {
+    ReportNode root = ReportNode::Map();
+    root.Add("bit", ReportNode::Integer(e.bit));
+    root.Add("name", ReportNode::Text(e.name));
+    root.Add("session", ReportNode::Text(e.session));
+    root.Add("session camera", ReportNode::Integer(e.sessionCamera));
+    root.Add("camera", e.camera < 0 ? ReportNode::Text("logical") : ReportNode::Integer(e.camera));
+    root.Add("frame", e.hasFrame ? ReportNode::Integer(e.frame) : ReportNode());
+    root.Add("set", ReportNode::Boolean(e.set));
+    root.Add("set on", TextList(e.setOn));
+    if (!e.hasFrame) {
+        root.Add("set by", StepNode(e.setBy, e.setByLog));
+        root.Add("cleared by", StepNode(e.clearedBy, e.clearedByLog));
+    } else {
+        ReportNode& list = root.Add("contributions", ReportNode::List());
+        for (const _ExplainContribution& c : e.contributions) {
+            ReportNode& item = list.Push(ReportNode::Map());
+            item.Add("what", ReportNode::Text(c.text));
+            item.Add("added", ReportNode::Boolean(c.added));
+        }
+    }
+    ReportNode& rules = root.Add("rules", ReportNode::List());
+    for (const _ExplainRule& rule : e.rules) {
+        ReportNode& item = rules.Push(ReportNode::Map());
+        item.Add("step", ReportNode::Text(rule.rule->step));
+        item.Add("effect",
+                 ReportNode::Text(rule.rule->effect == Lumora::kEffectSets ? "sets" : "clears"));
+        item.Add("condition", ReportNode::Text(rule.rule->condition));
+        const _ExplainInput* failed = rule.Failed();
+        item.Add("failed", failed != nullptr ? ReportNode::Text(failed->reason) : ReportNode());
+        ReportNode& inputs = item.Add("inputs", ReportNode::List());
+        for (const _ExplainInput& input : rule.inputs) {
+            inputs.Push(InputNode(input));
+        }
+    }
+    ReportNode& facts = root.Add("facts", ReportNode::List());
+    for (const _ExplainInput& fact : e.facts) {
+        facts.Push(InputNode(fact));
+    }
+    return RenderJson(root);
+}
+
+}  // namespace UilayerSim

@@ -1,0 +1,582 @@
+#include "lint/Lint.h"
+
+#include <HostConfigText.h>
+#include <HostConfigValues.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <strings.h>
+
+#include "lint/LintTable.h"
+#include "core/NumberText.h"
+#include "core/Suggest.h"
+
+namespace UilayerSim {
+
+namespace {
+
+// Longest key the library forms from a sensor name for the DCG/VS list and
+// for the sensor mode table (63 characters and a terminator).
+constexpr size_t kMaxFormedKey = 63;
+// "Size[<name>]" must fit the library's 50-character key buffer.
+constexpr size_t kMaxRawSizeSensorName = 45;
+// Bits a reduced sensor caps mask can hold.
+constexpr uint64_t kReducedMaskBits = 0x3FFFF;
+constexpr uint64_t kMaskFallbackBit = 0x2;
+
+using HostPlatform::ConfigGroup;
+using HostPlatform::ConfigKey;
+using HostPlatform::ConfigProblem;
+using HostPlatform::ConfigText;
+using HostPlatform::NumberStatus;
+
+// Whether the configuration store's read of that type takes the text.
+bool Converts(char type, const std::string& text) {
+    uint32_t value32 = 0;
+    int64_t value64 = 0;
+    bool flag = false;
+    float number = 0;
+    switch (type) {
+        case 'b':
+            return HostPlatform::ParseBoolean(text, &flag);
+        case 'i':
+        case 'u':
+            return HostPlatform::ParseUInt32(text, &value32) == NumberStatus::Ok;
+        case 'l':
+            return HostPlatform::ParseInt64(text, &value64) == NumberStatus::Ok;
+        case 'f':
+            return HostPlatform::ParseFloat(text, &number);
+        case 'x': {
+            size_t i = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0 ? 2 : 0;
+            if (i >= text.size()) {
+                return false;
+            }
+            for (; i < text.size(); ++i) {
+                if (!isxdigit(static_cast<unsigned char>(text[i]))) {
+                    return false;
+                }
+            }
+            return true;
+        }
+        default:
+            return true;
+    }
+}
+
+const char* TypeName(char type) {
+    switch (type) {
+        case 'b':
+            return "a boolean (true, false, 1 or 0)";
+        case 'i':
+            return "an integer";
+        case 'u':
+            return "an unsigned integer";
+        case 'l':
+            return "a 64-bit integer";
+        case 'f':
+            return "a float";
+        case 'x':
+            return "a hexadecimal number";
+        default:
+            return "text";
+    }
+}
+
+// An integer the store cannot hold in the type it reads, as opposed to text
+// that is no integer at all.
+bool OutOfRange(char type, const std::string& text) {
+    return (type == 'i' || type == 'u' || type == 'l') && IsIntegerSyntax(text);
+}
+
+const char* RangeName(char type) {
+    return type == 'l' ? "a 64-bit integer" : "a 32-bit integer";
+}
+
+// The stable identifier of a value that does not convert to `type`.
+const char* ConversionRule(char type) {
+    switch (type) {
+        case 'b':
+            return "not-a-boolean";
+        case 'f':
+            return "not-a-float";
+        case 'x':
+            return "not-hexadecimal";
+        default:
+            return "not-an-integer";
+    }
+}
+
+// The stable identifier of a line the store refuses.
+const char* MalformedRule(HostPlatform::ConfigProblemKind kind) {
+    switch (kind) {
+        case HostPlatform::ConfigProblemKind::TextOutsideGroup:
+            return "text-outside-group";
+        case HostPlatform::ConfigProblemKind::NoEquals:
+            return "missing-equals";
+        case HostPlatform::ConfigProblemKind::EmptyKey:
+            return "missing-key";
+        default:
+            return "unclosed-group";
+    }
+}
+
+std::string Values(size_t count) {
+    return std::to_string(count) + (count == 1 ? " value" : " values");
+}
+
+std::string Quote(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+// Splits "name[index]" with a decimal index as "%u" writes it.
+bool SplitIndexed(const std::string& key, std::string* name, uint32_t* index) {
+    if (key.size() < 3 || key.back() != ']') {
+        return false;
+    }
+    const size_t open = key.rfind('[');
+    if (open == std::string::npos || open == 0) {
+        return false;
+    }
+    const std::string digits = key.substr(open + 1, key.size() - open - 2);
+    if (digits.empty() || digits.size() > 9 || (digits.size() > 1 && digits[0] == '0') ||
+        !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        return false;
+    }
+    *name = key.substr(0, open);
+    *index = static_cast<uint32_t>(strtoul(digits.c_str(), nullptr, 10));
+    return true;
+}
+
+// The name before a trailing "[...]", or the whole key.
+std::string BaseOf(const std::string& key) {
+    const size_t open = key.find('[');
+    return open == std::string::npos ? key : key.substr(0, open);
+}
+
+// A known name that `name` likely misspells: equal but for case, or within
+// two edits (one for short names).
+bool LikelyTypo(const std::string& name, const std::string& known) {
+    if (name == known) {
+        return false;
+    }
+    if (name.size() == known.size() && strcasecmp(name.c_str(), known.c_str()) == 0) {
+        return true;
+    }
+    const size_t limit = std::min(name.size(), known.size()) < 5 ? 1 : 2;
+    return EditDistance(name, known) <= limit;
+}
+
+class Linter {
+public:
+    Linter(const std::string& file, const ConfigText& text) : m_file(file), m_text(text) {
+        size_t count = 0;
+        const KeyRule* rules = KeyRules(&count);
+        m_rules.assign(rules, rules + count);
+    }
+
+    std::vector<LintFinding> Run();
+
+private:
+    void Add(const char* rule, int line, const std::string& group, const std::string& key,
+             const std::string& reason) {
+        m_findings.push_back(LintFinding{m_file, line, group, key, rule, reason});
+    }
+
+    std::vector<const KeyRule*> RulesOf(const std::string& group) const {
+        std::vector<const KeyRule*> rules;
+        for (const KeyRule& rule : m_rules) {
+            if (group == rule.group) {
+                rules.push_back(&rule);
+            }
+        }
+        return rules;
+    }
+
+    // Value count and types of one key; `rowZeroCount` is set for rows that
+    // the library reads with the count of row 0.
+    void CheckValues(const ConfigGroup& group, const ConfigKey& key, const KeyRule& rule,
+                     bool isRow, const size_t* rowZeroCount);
+    void CheckSingleKeys(const ConfigGroup& group, const std::vector<const KeyRule*>& rules);
+    void CheckRows(const ConfigGroup& group, const KeyRule& rule);
+    void CheckNamedRows(const ConfigGroup& group, const KeyRule& rule);
+    void CheckNamedByKey(const ConfigGroup& group, const KeyRule& rule);
+    void CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key, const KeyRule& rule);
+
+    std::string m_file;
+    const ConfigText& m_text;
+    std::vector<KeyRule> m_rules;
+    std::vector<LintFinding> m_findings;
+};
+
+void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const KeyRule& rule,
+                         bool isRow, const size_t* rowZeroCount) {
+    const size_t count = key.values.size();
+    const std::string n = Values(count);
+    if (rowZeroCount != nullptr) {
+        if (count != *rowZeroCount) {
+            Add("row-count", key.line, group.name, key.name,
+                n + ", row 0 has " + std::to_string(*rowZeroCount) +
+                    " (the library reads every row with the count of row 0)");
+            return;
+        }
+    } else if (rule.maxValues != 0 && rule.minValues == rule.maxValues && count != rule.minValues) {
+        Add("value-count", key.line, group.name, key.name,
+            n + (isRow ? ", rows of " : ", ") + std::to_string(rule.minValues) + " expected");
+        return;
+    } else if (count < rule.minValues) {
+        Add("value-count", key.line, group.name, key.name,
+            n + ", at least " + std::to_string(rule.minValues) + " expected");
+        return;
+    } else if (rule.maxValues != 0 && count > rule.maxValues) {
+        Add("value-count", key.line, group.name, key.name,
+            n + ", at most " + std::to_string(rule.maxValues) + " are read");
+        return;
+    }
+    for (size_t i = 0; i < count; ++i) {
+        const char type = TypeAt(rule.types, i, count);
+        if (!Converts(type, key.values[i])) {
+            const bool outOfRange = OutOfRange(type, key.values[i]);
+            Add(outOfRange ? "out-of-range" : ConversionRule(type), key.line, group.name, key.name,
+                "value " + std::to_string(i + 1) + " " + Quote(key.values[i]) +
+                    (outOfRange ? std::string(" is out of range for ") + RangeName(type)
+                                : std::string(" is not ") + TypeName(type)));
+            return;
+        }
+    }
+}
+
+void Linter::CheckSingleKeys(const ConfigGroup& group, const std::vector<const KeyRule*>& rules) {
+    for (const ConfigKey& key : group.keys) {
+        const KeyRule* match = nullptr;
+        for (const KeyRule* rule : rules) {
+            if (key.name == rule->key) {
+                match = rule;
+            }
+        }
+        if (match != nullptr) {
+            CheckValues(group, key, *match, false, nullptr);
+            continue;
+        }
+        for (const KeyRule* rule : rules) {
+            if (LikelyTypo(key.name, rule->key) && group.Find(rule->key) == nullptr) {
+                Add("unknown-key", key.line, group.name, key.name,
+                    "not read by the library; did you mean " + Quote(rule->key) + "?");
+                break;
+            }
+        }
+    }
+    // The base zoom ratios are read as many as there are sensor names.
+    const ConfigKey* names = group.Find("needOverrideCameraList");
+    const ConfigKey* ratios = group.Find("baseZoomRatio");
+    if (group.name == "EquivalentFocalLengthMapping" && names != nullptr && ratios != nullptr &&
+        names->values.size() != ratios->values.size()) {
+        Add("count-mismatch", ratios->line, group.name, ratios->name,
+            Values(ratios->values.size()) + ", needOverrideCameraList has " +
+                std::to_string(names->values.size()) + " (one ratio per sensor expected)");
+    }
+}
+
+void Linter::CheckRows(const ConfigGroup& group, const KeyRule& rule) {
+    const uint32_t keyCount = static_cast<uint32_t>(group.keys.size());
+    const std::string range = std::string(rule.key) + "[0].." + rule.key + "[" +
+                              std::to_string(keyCount == 0 ? 0 : keyCount - 1) + "]";
+    const ConfigKey* rowZero = group.Find(std::string(rule.key) + "[0]");
+    if (rowZero == nullptr && keyCount > 0) {
+        Add("missing-row-zero", group.line, group.name, "",
+            std::string(rule.key) + "[0] is missing: the library reads no row of this group");
+    }
+    for (const ConfigKey& key : group.keys) {
+        std::string name;
+        uint32_t index = 0;
+        if (!SplitIndexed(key.name, &name, &index) || name != rule.key) {
+            const char* id = "stray-row";
+            std::string reason =
+                "not a row the library reads, but it counts as one: the rows "
+                "read are " +
+                range;
+            if (LikelyTypo(BaseOf(key.name), rule.key)) {
+                id = "unknown-key";
+                reason = "not read by the library; did you mean " +
+                         Quote(std::string(rule.key) + key.name.substr(BaseOf(key.name).size())) +
+                         "?";
+            }
+            Add(id, key.line, group.name, key.name, reason);
+            continue;
+        }
+        if (index >= keyCount) {
+            Add("unreached-row", key.line, group.name, key.name,
+                "never read: with " + std::to_string(keyCount) + " keys the rows read are " +
+                    range);
+            continue;
+        }
+        if (rule.sizedByRowZero && rowZero != nullptr && &key != rowZero) {
+            const size_t rowZeroCount = rowZero->values.size();
+            CheckValues(group, key, rule, true, &rowZeroCount);
+        } else {
+            CheckValues(group, key, rule, true, nullptr);
+        }
+    }
+}
+
+void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
+    std::map<std::string, std::vector<const ConfigKey*>> byName;
+    for (const ConfigKey& key : group.keys) {
+        std::string name;
+        uint32_t index = 0;
+        if (!SplitIndexed(key.name, &name, &index)) {
+            Add("bad-key-form", key.line, group.name, key.name,
+                "not read by the library: the keys of this group are <name>[<row>]");
+            continue;
+        }
+        byName[name].push_back(&key);
+    }
+    for (const ConfigKey& key : group.keys) {
+        std::string name;
+        uint32_t index = 0;
+        if (!SplitIndexed(key.name, &name, &index)) {
+            continue;
+        }
+        const std::vector<const ConfigKey*>& rows = byName[name];
+        if (rule.form == KeyForm::NamedSingleRow && rows.size() != 1) {
+            Add("repeated-name", key.line, group.name, key.name,
+                std::to_string(rows.size()) + " entries for " + Quote(name) +
+                    ": the library reads a name only when it has exactly one entry");
+            continue;
+        }
+        const uint32_t limit = rule.form == KeyForm::NamedSingleRow
+                                   ? static_cast<uint32_t>(group.keys.size())
+                                   : static_cast<uint32_t>(rows.size());
+        if (index >= limit) {
+            Add("unreached-row", key.line, group.name, key.name,
+                "never read: the rows of " + Quote(name) + " are read as " + name + "[0].." + name +
+                    "[" + std::to_string(limit - 1) + "]");
+            continue;
+        }
+        const ConfigKey* rowZero = group.Find(name + "[0]");
+        if (rule.sizedByRowZero && rowZero != nullptr && rowZero != &key) {
+            const size_t rowZeroCount = rowZero->values.size();
+            CheckValues(group, key, rule, true, &rowZeroCount);
+        } else {
+            CheckValues(group, key, rule, true, nullptr);
+        }
+    }
+    if (rule.sizedByRowZero) {
+        for (const auto& entry : byName) {
+            if (group.Find(entry.first + "[0]") == nullptr) {
+                Add("missing-row-zero", entry.second.front()->line, group.name,
+                    entry.second.front()->name,
+                    entry.first + "[0] is missing: the library reads no row of " +
+                        Quote(entry.first));
+            }
+        }
+    }
+}
+
+void Linter::CheckNamedByKey(const ConfigGroup& group, const KeyRule& rule) {
+    const std::string prefix = std::string(rule.key) + "[";
+    for (const ConfigKey& key : group.keys) {
+        if (key.name.compare(0, prefix.size(), prefix) != 0 || key.name.back() != ']') {
+            if (LikelyTypo(BaseOf(key.name), rule.key)) {
+                Add("unknown-key", key.line, group.name, key.name,
+                    "not read by the library; did you mean " +
+                        Quote(std::string(rule.key) + key.name.substr(BaseOf(key.name).size())) +
+                        "?");
+            } else {
+                Add("bad-key-form", key.line, group.name, key.name,
+                    "not read by the library: the keys of this group are " + std::string(rule.key) +
+                        "[<sensor name>]");
+            }
+            continue;
+        }
+        const size_t nameLength = key.name.size() - prefix.size() - 1;
+        if (nameLength > kMaxRawSizeSensorName) {
+            Add("name-too-long", key.line, group.name, key.name,
+                "sensor name of " + std::to_string(nameLength) +
+                    " characters: the library skips "
+                    "names longer than " +
+                    std::to_string(kMaxRawSizeSensorName));
+            continue;
+        }
+        CheckValues(group, key, rule, false, nullptr);
+    }
+}
+
+// "<sensor>[0x%04lX][0x%04X]" or "<sensor>[0x%04lX][-1]", as the library
+// formats its key from the reduced caps mask and the operation mode.
+void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
+                                const KeyRule& rule) {
+    const std::string& name = key.name;
+    auto fail = [&](const char* id, const std::string& reason) {
+        Add(id, key.line, group.name, name, reason);
+    };
+    if (name.size() > kMaxFormedKey) {
+        fail("key-too-long", "longer than 63 characters: the library never forms this key");
+        return;
+    }
+    const size_t modeOpen = name.rfind('[');
+    const size_t maskOpen = modeOpen == std::string::npos || modeOpen == 0
+                                ? std::string::npos
+                                : name.rfind('[', modeOpen - 1);
+    if (name.back() != ']' || maskOpen == std::string::npos || maskOpen == 0 ||
+        name[modeOpen - 1] != ']') {
+        fail("bad-key-form",
+             "not of the form <sensor>[0x<mask>][0x<operation mode>] or "
+             "<sensor>[0x<mask>][-1]: the library never forms this key");
+        return;
+    }
+    const std::string mask = name.substr(maskOpen + 1, modeOpen - maskOpen - 2);
+    const std::string mode = name.substr(modeOpen + 1, name.size() - modeOpen - 2);
+    // "0x" and upper case digits, at least four, no zero before a fifth.
+    auto canonical = [](const std::string& text) {
+        if (text.size() < 6 || text.compare(0, 2, "0x") != 0) {
+            return false;
+        }
+        for (size_t i = 2; i < text.size(); ++i) {
+            const char c = text[i];
+            if (!((c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'))) {
+                return false;
+            }
+        }
+        return text.size() == 6 || text[2] != '0';
+    };
+    auto value = [](const std::string& text) { return strtoull(text.c_str() + 2, nullptr, 16); };
+    auto suggestion = [&](const std::string& text) {
+        bool negative = false;
+        uint64_t number = 0;
+        if (HostPlatform::ParseIntegerMagnitude(text, &negative, &number) != NumberStatus::Ok ||
+            negative) {
+            return std::string();
+        }
+        char formatted[32];
+        snprintf(formatted, sizeof(formatted), "0x%04llX", static_cast<unsigned long long>(number));
+        return std::string(formatted);
+    };
+    if (!canonical(mask)) {
+        const std::string better = suggestion(mask);
+        fail("bad-mask", "mask " + Quote(mask) +
+                             " is not written as the library writes it (\"0x%04lX\")" +
+                             (better.empty() ? std::string() : ": " + better));
+        return;
+    }
+    if (mode != "-1" && !canonical(mode)) {
+        const std::string better = suggestion(mode);
+        fail("bad-operation-mode",
+             "operation mode " + Quote(mode) +
+                 " is not written as the library writes it (\"0x%04X\" or -1)" +
+                 (better.empty() ? std::string() : ": " + better));
+        return;
+    }
+    const uint64_t maskValue = value(mask);
+    if (maskValue == 0 || (maskValue & ~kReducedMaskBits) != 0 ||
+        ((maskValue & kMaskFallbackBit) != 0 && maskValue != kMaskFallbackBit)) {
+        fail("bad-mask",
+             "mask " + mask +
+                 " is never a reduced caps mask (bits 0..17, not empty, bit 1 only alone)");
+        return;
+    }
+    if (mode != "-1" && (value(mode) & 0x0F00) != 0) {
+        fail("bad-operation-mode",
+             "operation mode " + mode +
+                 " has bits 8..11 set: the library clears them before forming the key");
+        return;
+    }
+    CheckValues(group, key, rule, false, nullptr);
+    uint32_t index = 0;
+    if (key.values.size() != 1 ||
+        HostPlatform::ParseUInt32(key.values[0], &index) != NumberStatus::Ok) {
+        return;
+    }
+    // 0..255, or -128..-1 as a signed byte.
+    const int32_t signedIndex = static_cast<int32_t>(index);
+    if (index > 255 && !(signedIndex >= -128 && signedIndex < 0)) {
+        fail("out-of-range", "sensor mode index " + key.values[0] + " does not fit in 8 bits");
+    }
+}
+
+std::vector<LintFinding> Linter::Run() {
+    for (const ConfigProblem& problem : m_text.problems) {
+        if (problem.IsMalformed()) {
+            Add(MalformedRule(problem.kind), problem.line, problem.group, "",
+                HostPlatform::DescribeConfigProblem(problem) +
+                    ": the configuration store refuses the whole file");
+        } else {
+            Add("duplicate-key", problem.line, problem.group, problem.key,
+                HostPlatform::DescribeConfigProblem(problem));
+        }
+    }
+    std::set<std::string> knownGroups;
+    for (const KeyRule& rule : m_rules) {
+        knownGroups.insert(rule.group);
+    }
+    for (const ConfigGroup& group : m_text.groups) {
+        const std::vector<const KeyRule*> rules = RulesOf(group.name);
+        if (rules.empty()) {
+            for (const std::string& known : knownGroups) {
+                if (LikelyTypo(group.name, known) && m_text.Find(known) == nullptr) {
+                    Add("unknown-group", group.line, group.name, "",
+                        "not a group the library reads; did you mean [" + known + "]?");
+                    break;
+                }
+            }
+            continue;
+        }
+        const KeyRule& first = *rules.front();
+        switch (first.form) {
+            case KeyForm::Single:
+                CheckSingleKeys(group, rules);
+                break;
+            case KeyForm::Rows:
+                CheckRows(group, first);
+                break;
+            case KeyForm::NamedRows:
+            case KeyForm::NamedSingleRow:
+                CheckNamedRows(group, first);
+                break;
+            case KeyForm::NamedByKey:
+                CheckNamedByKey(group, first);
+                break;
+            case KeyForm::AnyKey:
+                for (const ConfigKey& key : group.keys) {
+                    if (key.name.size() > kMaxFormedKey) {
+                        Add("key-too-long", key.line, group.name, key.name,
+                            "longer than 63 characters: the library never forms this key");
+                    } else {
+                        CheckValues(group, key, first, false, nullptr);
+                    }
+                }
+                break;
+            case KeyForm::SensorModeKey:
+                for (const ConfigKey& key : group.keys) {
+                    CheckSensorModeKey(group, key, first);
+                }
+                break;
+        }
+    }
+    std::stable_sort(m_findings.begin(), m_findings.end(),
+                     [](const LintFinding& a, const LintFinding& b) { return a.line < b.line; });
+    return m_findings;
+}
+
+}  // namespace
+
+std::string FormatFinding(const LintFinding& finding) {
+    std::string text = finding.file + ":" + std::to_string(finding.line) + ": ";
+    if (!finding.group.empty()) {
+        text += "[" + finding.group + "]";
+        text += finding.key.empty() ? ": " : " " + finding.key + ": ";
+    }
+    return text + finding.reason;
+}
+
+std::vector<LintFinding> LintConfiguration(const std::string& text, const std::string& file) {
+    const ConfigText parsed = HostPlatform::ReadConfigText(text);
+    Linter linter(file, parsed);
+    return linter.Run();
+}
+
+}  // namespace UilayerSim

@@ -1,0 +1,190 @@
+#include "sweep/Sweep.h"
+
+#include <HostFiles.h>
+#include <HostPlatform.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+#include "core/AbortHandler.h"
+#include "replay/Replay.h"
+#include "sweep/SweepSession.h"
+
+namespace UilayerSim {
+
+namespace {
+
+// Log lines of an aborted combination kept for its row.
+constexpr size_t kAbortLogLines = 3;
+
+// The child's end of its pipe, and the abort handler installed before ours.
+int g_outcomeFd = -1;
+void (*g_previousAbortHandler)(int) = SIG_DFL;
+
+void WriteAll(int fd, const std::string& text) {
+    HostPlatform::WriteAll(fd, text.data(), text.size());
+}
+
+// The library raises SIGABRT itself, from ordinary code outside any
+// allocation, so the host log can still be read here. The replay's own
+// handler then reports the step, removes the device root and dies.
+void OnChildAbort(int signalNumber) {
+    const std::vector<std::string> lines = HostPlatform::TakeCameraLog();
+    const size_t first = lines.size() > kAbortLogLines ? lines.size() - kAbortLogLines : 0;
+    for (size_t i = first; i < lines.size(); ++i) {
+        WriteAll(g_outcomeFd, "log " + MaskAddresses(lines[i]) + "\n");
+    }
+    if (g_previousAbortHandler != SIG_DFL && g_previousAbortHandler != SIG_IGN &&
+        g_previousAbortHandler != SIG_ERR) {
+        g_previousAbortHandler(signalNumber);
+    }
+    signal(SIGABRT, SIG_DFL);
+    raise(SIGABRT);
+}
+
+[[noreturn]] void RunChild(int fd, const Scenario& device, const SessionSetup& session,
+                           const std::string& siblingRoot) {
+    // The abort message of the replay's handler lands on the pipe too.
+    dup2(fd, STDERR_FILENO);
+    g_outcomeFd = fd;
+    InstallAbortHandler();
+    g_previousAbortHandler = signal(SIGABRT, OnChildAbort);
+    CombinationOutcome outcome;
+    try {
+        outcome = ConfigureCombination(device, session, siblingRoot);
+    } catch (const std::exception& error) {
+        outcome.setupError = error.what();
+    }
+    WriteAll(fd, EncodeOutcome(outcome));
+    // Nothing of the parent's (buffers, exit handlers) runs twice.
+    _exit(0);
+}
+
+std::string DescribeDeath(int status) {
+    if (WIFSIGNALED(status)) {
+        const int number = WTERMSIG(status);
+        return std::string("killed by signal ") + std::to_string(number) + " (" +
+               strsignal(number) + ")";
+    }
+    return "exited with status " + std::to_string(WEXITSTATUS(status));
+}
+
+CombinationOutcome RunIsolated(const Scenario& device, const SessionSetup& session,
+                               const std::string& siblingRoot) {
+    int fds[2];
+    if (pipe(fds) != 0) {
+        throw std::runtime_error(std::string("cannot create a pipe: ") + strerror(errno));
+    }
+    fflush(stdout);
+    fflush(stderr);
+    const pid_t child = fork();
+    if (child < 0) {
+        close(fds[0]);
+        close(fds[1]);
+        throw std::runtime_error(std::string("cannot fork: ") + strerror(errno));
+    }
+    if (child == 0) {
+        close(fds[0]);
+        RunChild(fds[1], device, session, siblingRoot);
+    }
+    close(fds[1]);
+    std::string text;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t got = read(fds[0], buffer, sizeof(buffer));
+        if (got > 0) {
+            text.append(buffer, static_cast<size_t>(got));
+        } else if (got == 0 || errno != EINTR) {
+            break;
+        }
+    }
+    close(fds[0]);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    CombinationOutcome outcome = DecodeOutcome(text);
+    if (!outcome.setupError.empty()) {
+        throw std::runtime_error(outcome.setupError);
+    }
+    const bool clean = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (!clean) {
+        const bool aborted = WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT;
+        outcome.status = aborted ? OutcomeStatus::Aborted : OutcomeStatus::Crashed;
+        if (outcome.message.empty()) {
+            outcome.message = DescribeDeath(status);
+        }
+    }
+    return outcome;
+}
+
+uint32_t ChooseCamera(const Scenario& device, const SweepOptions& options) {
+    if (!options.hasCamera) {
+        return device.cameras.at(0).frameworkId;
+    }
+    if (device.Camera(options.camera) == nullptr) {
+        throw SweepInputError("camera " + std::to_string(options.camera) + " is not in the device");
+    }
+    return options.camera;
+}
+
+}  // namespace
+
+StreamSize SweepArraySize(const Scenario& device, uint32_t camera) {
+    const CameraSetup* setup = device.Camera(camera);
+    if (setup == nullptr) {
+        return StreamSize{};
+    }
+    if (setup->fullArrayWidth != 0 && setup->fullArrayHeight != 0) {
+        return StreamSize{setup->fullArrayWidth, setup->fullArrayHeight};
+    }
+    for (bool primary : {true, false}) {
+        for (const PhysicalCameraSetup& physical : setup->physicalCameras) {
+            const CameraSetup* sensor =
+                physical.frameworkId >= 0
+                    ? device.Camera(static_cast<uint32_t>(physical.frameworkId))
+                    : nullptr;
+            if ((physical.isPrimary != 0 || !primary) && sensor != nullptr && sensor != setup &&
+                sensor->fullArrayWidth != 0 && sensor->fullArrayHeight != 0) {
+                return StreamSize{sensor->fullArrayWidth, sensor->fullArrayHeight};
+            }
+        }
+    }
+    return StreamSize{};
+}
+
+SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
+    SweepResult result;
+    result.deviceName = device.name;
+    result.configName = device.configName;
+    result.camera = ChooseCamera(device, options);
+    result.operationMode = options.operationMode;
+    result.selection = options.selection;
+    const StreamSize array = SweepArraySize(device, result.camera);
+    if (array.width == 0 || array.height == 0) {
+        throw SweepInputError("camera " + std::to_string(result.camera) +
+                              " has no full_array, nor a physical camera with one");
+    }
+    result.sizes = SizesForArray(array.width, array.height);
+
+    for (const StreamCombination& combination : GuaranteedCombinations(options.selection)) {
+        SessionSetup session;
+        session.name = CombinationLabel(combination);
+        session.camera = result.camera;
+        session.operationMode = options.operationMode;
+        for (const StreamTarget& target : combination.streams) {
+            session.streams.push_back(MakeStream(target, combination.table, result.sizes,
+                                                 "s" + std::to_string(session.streams.size())));
+        }
+        SweepRow row;
+        row.combination = combination;
+        row.outcome = RunIsolated(device, session, options.siblingRoot);
+        result.rows.push_back(std::move(row));
+    }
+    return result;
+}
+
+}  // namespace UilayerSim

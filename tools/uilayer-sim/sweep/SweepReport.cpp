@@ -1,0 +1,170 @@
+// The sweep's report tree: one model for the text and the JSON form.
+#include <string>
+#include <utility>
+
+#include "sweep/Sweep.h"
+
+namespace UilayerSim {
+
+namespace {
+
+constexpr const char* kLevelNames[] = {"legacy", "limited", "full", "3"};
+constexpr const char* kStatusNames[] = {"configured", "failed", "aborted", "crashed"};
+
+ReportNode SizeText(StreamSize size) {
+    return ReportNode::Text(std::to_string(size.width) + "x" + std::to_string(size.height));
+}
+
+ReportNode TextList(const std::vector<std::string>& texts) {
+    ReportNode list = ReportNode::InlineList();
+    for (const std::string& text : texts) {
+        list.Push(ReportNode::Text(text));
+    }
+    return list;
+}
+
+ReportNode TablesNode(const std::vector<StreamCombination>& combinations) {
+    ReportNode tables = ReportNode::InlineList();
+    const char* last = nullptr;
+    for (const StreamCombination& combination : combinations) {
+        const char* name = TableName(combination.table);
+        if (name != last) {
+            tables.Push(ReportNode::Text(name));
+            last = name;
+        }
+    }
+    return tables;
+}
+
+ReportNode RowNode(const SweepRow& row, const SizeClasses& sizes) {
+    const StreamCombination& combination = row.combination;
+    const CombinationOutcome& outcome = row.outcome;
+    ReportNode node = ReportNode::Map();
+    node.Add("combination", ReportNode::Text(CombinationLabel(combination)));
+    node.Add("table", ReportNode::Text(TableName(combination.table)));
+    node.Add("result", ReportNode::Text(NameOf(kStatusNames, outcome.status)));
+    if (outcome.status == OutcomeStatus::Aborted || outcome.status == OutcomeStatus::Crashed) {
+        node.Add("message", ReportNode::Text(outcome.message));
+        ReportNode& log = node.Add("log", ReportNode::List());
+        for (const std::string& line : outcome.log) {
+            log.Push(ReportNode::Text(line));
+        }
+        return node;
+    }
+    ReportNode& codes = node.Add("return codes", ReportNode::Map());
+    codes.Add("static capabilities", ReportNode::Integer(outcome.staticCode));
+    codes.Add("stream capabilities", ReportNode::Integer(outcome.streamCode));
+    ReportNode& streams = node.Add("streams", ReportNode::List());
+    for (size_t i = 0; i < combination.streams.size(); ++i) {
+        const StreamTarget& target = combination.streams[i];
+        ReportNode& stream = streams.Push(ReportNode::Map());
+        stream.Add("stream", ReportNode::Text(StreamLabel(target, combination.table)));
+        stream.Add("size", SizeText(sizes.Of(target.size)));
+        if (i < outcome.streams.size()) {
+            stream.Add("role", ReportNode::Text(outcome.streams[i].role));
+            stream.Add("camera index", ReportNode::Integer(outcome.streams[i].cameraIndex));
+        }
+    }
+    node.Add("logical caps", TextList(outcome.logicalCaps));
+    node.Add("sensor mode return code", ReportNode::Integer(outcome.sensorModeCode));
+    node.Add("sensor mode index", ReportNode::Integer(outcome.sensorModeIndex));
+    node.Add("pipeline", outcome.hasPipeline ? ReportNode::Text(outcome.pipeline) : ReportNode());
+    return node;
+}
+
+ReportNode SummaryNode(const SweepResult& result) {
+    std::vector<std::string> failed;
+    std::vector<std::string> aborted;
+    std::vector<std::string> crashed;
+    std::vector<std::string> unlisted;
+    size_t configured = 0;
+    for (const SweepRow& row : result.rows) {
+        const std::string label = CombinationLabel(row.combination);
+        switch (row.outcome.status) {
+            case OutcomeStatus::Configured:
+                ++configured;
+                break;
+            case OutcomeStatus::Failed:
+                failed.push_back(label);
+                break;
+            case OutcomeStatus::Aborted:
+                aborted.push_back(label);
+                break;
+            case OutcomeStatus::Crashed:
+                crashed.push_back(label);
+                break;
+        }
+        const auto& targets = row.combination.streams;
+        for (size_t i = 0; i < row.outcome.streams.size() && i < targets.size(); ++i) {
+            if (!row.outcome.streams[i].listed) {
+                unlisted.push_back(label + ": " + StreamLabel(targets[i], row.combination.table));
+            }
+        }
+    }
+    ReportNode summary = ReportNode::Map();
+    summary.Add("combinations", ReportNode::Integer(static_cast<int64_t>(result.rows.size())));
+    summary.Add("configured", ReportNode::Integer(static_cast<int64_t>(configured)));
+    summary.Add("failed", ReportNode::Integer(static_cast<int64_t>(failed.size())));
+    summary.Add("aborted", ReportNode::Integer(static_cast<int64_t>(aborted.size())));
+    summary.Add("crashed", ReportNode::Integer(static_cast<int64_t>(crashed.size())));
+    summary.Add("failed combinations", TextList(failed));
+    summary.Add("aborted combinations", TextList(aborted));
+    summary.Add("crashed combinations", TextList(crashed));
+    summary.Add("streams without a role", TextList(unlisted));
+    return summary;
+}
+
+ReportNode WithSnakeCaseKeys(const ReportNode& node) {
+    if (node.GetKind() == ReportNode::Kind::Map) {
+        ReportNode copy = ReportNode::Map();
+        for (const auto& entry : node.Entries()) {
+            std::string key = entry.first;
+            for (char& c : key) {
+                c = c == ' ' || c == '-' ? '_' : c;
+            }
+            copy.Add(key, WithSnakeCaseKeys(entry.second));
+        }
+        return copy;
+    }
+    if (node.GetKind() == ReportNode::Kind::List) {
+        ReportNode copy = node.IsInline() ? ReportNode::InlineList() : ReportNode::List();
+        for (const ReportNode& item : node.Items()) {
+            copy.Push(WithSnakeCaseKeys(item));
+        }
+        return copy;
+    }
+    return node;
+}
+
+}  // namespace
+
+ReportNode SweepReport(const SweepResult& result) {
+    ReportNode report = ReportNode::Map();
+    report.Add("sweep", ReportNode::Text(result.deviceName));
+    report.Add("configuration", ReportNode::Text(result.configName));
+    report.Add("camera", ReportNode::Integer(result.camera));
+    report.Add("operation mode", ReportNode::Hex(result.operationMode));
+    report.Add("level", ReportNode::Text(NameOf(kLevelNames, result.selection.level)));
+    std::vector<StreamCombination> combinations;
+    for (const SweepRow& row : result.rows) {
+        combinations.push_back(row.combination);
+    }
+    report.Add("tables", TablesNode(combinations));
+    ReportNode& sizes = report.Add("sizes", ReportNode::Map());
+    sizes.Add("preview", SizeText(result.sizes.preview));
+    sizes.Add("record", SizeText(result.sizes.record));
+    sizes.Add("max", SizeText(result.sizes.maximum));
+    sizes.Add("vga", SizeText(result.sizes.vga));
+    ReportNode& rows = report.Add("combinations", ReportNode::List());
+    for (const SweepRow& row : result.rows) {
+        rows.Push(RowNode(row, result.sizes));
+    }
+    report.Add("summary", SummaryNode(result));
+    return report;
+}
+
+std::string RenderSweepJson(const ReportNode& report) {
+    return RenderJson(WithSnakeCaseKeys(report));
+}
+
+}  // namespace UilayerSim
