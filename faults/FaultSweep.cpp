@@ -22,6 +22,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -45,6 +46,8 @@ using HostPlatform::kFaultKindCount;
 constexpr uint64_t kDefaultLimit = 200;
 // Children running at once: the cores of the machines this runs on.
 constexpr size_t kDefaultJobs = 2;
+// Each job is a forked child: more than this would only thrash the machine.
+constexpr uint64_t kMaxJobs = 64;
 
 // What one faulty replay showed; written by the child to its pipe.
 // A plain record, cleared whole (padding included) before it is filled.
@@ -299,43 +302,122 @@ void SweepScenario(const std::string& path, uint64_t limit, size_t jobs, bool ve
     }
 }
 
-int ShowFault(const char* kindName, const char* n, const char* path) {
-    for (size_t k = 0; k < kFaultKindCount; ++k) {
-        const auto kind = static_cast<FaultKind>(k);
-        if (strcmp(kindName, HostPlatform::FaultKindName(kind)) == 0) {
-            const UilayerSim::Scenario scenario = UilayerSim::ReadScenarioFile(path);
-            HostPlatform::FailNth(kind, strtoull(n, nullptr, 10));
-            const Replayed faulty = ReplayOnce(scenario);
-            printf("%s", faulty.text.c_str());
-            return faulty.ok ? EXIT_SUCCESS : EXIT_FAILURE;
-        }
+constexpr const char* kUsage =
+    "usage: uilayer_fault_sweep [--limit N] [--jobs N] [--no-log] [--verbose] [SCENARIO.yaml ...]\n"
+    "       uilayer_fault_sweep --fail KIND N SCENARIO.yaml\n"
+    "\n"
+    "Replays each scenario (every bundled one when none is named) once per platform\n"
+    "call, with that call failing, and checks that the library survives it, returns\n"
+    "only documented codes and leaves nothing behind. --fail replays one scenario with\n"
+    "the N-th call of KIND failing and prints its report.\n"
+    "\n"
+    "  --limit N   faults per scenario and kind, spread evenly (0: every call; default 200)\n"
+    "  --jobs N    children at once (default 2)\n"
+    "  --no-log    replays without the library's log lines\n"
+    "  --verbose   a line for every fault\n";
+
+// A wrong command line: the reason and the usage on standard error, status 2.
+int UsageError(const std::string& reason) {
+    fprintf(stderr, "uilayer_fault_sweep: %s\n%s", reason.c_str(), kUsage);
+    return 2;
+}
+
+// A whole decimal number from 1 up (0 too when `zeroAllowed`).
+bool ParseCount(const char* text, bool zeroAllowed, uint64_t* value) {
+    if (*text < '0' || *text > '9') {
+        return false;
     }
-    fprintf(stderr, "no fault kind %s\n", kindName);
-    return EXIT_FAILURE;
+    char* end = nullptr;
+    errno = 0;
+    *value = strtoull(text, &end, 10);
+    return errno == 0 && *end == '\0' && (zeroAllowed || *value > 0);
+}
+
+int ShowFault(const char* kindName, const char* n, const char* path) {
+    size_t k = 0;
+    while (k < kFaultKindCount &&
+           strcmp(kindName, HostPlatform::FaultKindName(static_cast<FaultKind>(k))) != 0) {
+        ++k;
+    }
+    if (k == kFaultKindCount) {
+        std::string kinds;
+        for (size_t i = 0; i < kFaultKindCount; ++i) {
+            kinds +=
+                std::string(i ? ", " : "") + HostPlatform::FaultKindName(static_cast<FaultKind>(i));
+        }
+        return UsageError(std::string("no fault kind '") + kindName + "' (kinds: " + kinds + ")");
+    }
+    uint64_t call = 0;
+    if (!ParseCount(n, false, &call)) {
+        return UsageError(std::string("--fail: N must be a call number from 1 up, not '") + n +
+                          "'");
+    }
+    const auto kind = static_cast<FaultKind>(k);
+    UilayerSim::Scenario scenario;
+    try {
+        scenario = UilayerSim::ReadScenarioFile(path);
+    } catch (const std::exception& error) {
+        fprintf(stderr, "uilayer_fault_sweep: %s\n", error.what());
+        return 2;
+    }
+    HostPlatform::FailNth(kind, call);
+    const Replayed faulty = ReplayOnce(scenario);
+    printf("%s", faulty.text.c_str());
+    if (HostPlatform::FaultsInjected() == 0) {
+        fprintf(stderr,
+                "uilayer_fault_sweep: the replay made fewer than %llu %s calls: no fault was "
+                "injected\n",
+                static_cast<unsigned long long>(call), kindName);
+        return EXIT_FAILURE;
+    }
+    return faulty.ok ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     uint64_t limit = kDefaultLimit;
-    size_t jobs = kDefaultJobs;
+    uint64_t jobs = kDefaultJobs;
     bool verbose = false;
     std::vector<std::string> paths;
-    if (argc == 5 && strcmp(argv[1], "--fail") == 0) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--help" || arg == "-h") {
+            printf("%s", kUsage);
+            return EXIT_SUCCESS;
+        }
+        if (arg == "--version") {
+            printf("uilayer_fault_sweep %s\n", UILAYER_SIM_VERSION);
+            return EXIT_SUCCESS;
+        }
+    }
+    if (argc > 1 && strcmp(argv[1], "--fail") == 0) {
+        if (argc != 5) {
+            return UsageError("--fail takes KIND N SCENARIO.yaml");
+        }
         UilayerSim::InstallAbortHandler();
         return ShowFault(argv[2], argv[3], argv[4]);
     }
     for (int i = 1; i < argc; ++i) {
-        if (strcmp(argv[i], "--limit") == 0 && i + 1 < argc) {
-            limit = strtoull(argv[++i], nullptr, 10);
-        } else if (strcmp(argv[i], "--jobs") == 0 && i + 1 < argc) {
-            jobs = std::max<size_t>(1, strtoul(argv[++i], nullptr, 10));
-        } else if (strcmp(argv[i], "--no-log") == 0) {
+        const std::string arg = argv[i];
+        if (arg == "--limit" || arg == "--jobs") {
+            uint64_t* value = arg == "--limit" ? &limit : &jobs;
+            if (i + 1 == argc || !ParseCount(argv[i + 1], arg == "--limit", value) ||
+                (value == &jobs && jobs > kMaxJobs)) {
+                return UsageError(arg + " takes a whole number" +
+                                  (arg == "--limit" ? " (0 for every call)" : " from 1 to 64"));
+            }
+            ++i;
+        } else if (arg == "--no-log") {
             g_log = false;
-        } else if (strcmp(argv[i], "--verbose") == 0) {
+        } else if (arg == "--verbose") {
             verbose = true;
+        } else if (arg == "--fail") {
+            return UsageError("--fail comes first and alone: --fail KIND N SCENARIO.yaml");
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            return UsageError("unknown option '" + arg + "'");
         } else {
-            paths.push_back(argv[i]);
+            paths.push_back(arg);
         }
     }
     if (paths.empty()) {
@@ -347,7 +429,7 @@ int main(int argc, char** argv) {
     std::vector<Tally> perKind(kFaultKindCount);
     for (const std::string& path : paths) {
         try {
-            SweepScenario(path, limit, jobs, verbose, &total, &perKind);
+            SweepScenario(path, limit, static_cast<size_t>(jobs), verbose, &total, &perKind);
         } catch (const std::exception& error) {
             fprintf(stderr, "FAIL %s: %s\n", path.c_str(), error.what());
             ++total.failures;
