@@ -117,10 +117,10 @@ protected:
 TEST_F(TraceObserverTest, ConfigurationReportsTwentyStepsInOrderWithTheCapsAfterEach) {
     Configure();
     EXPECT_EQ(0x8009u, m_recorder.modeAtBegin);
-    ASSERT_EQ(Trace::kConfigurationStepCount, m_recorder.steps.size());
-    ASSERT_EQ(20u, Trace::kConfigurationStepCount);
-    for (uint32_t i = 0; i < Trace::kConfigurationStepCount; ++i) {
-        EXPECT_EQ(Trace::kConfigurationSteps[i], m_recorder.steps[i].name);
+    ASSERT_EQ(kConfigStepCount, m_recorder.steps.size());
+    ASSERT_EQ(20u, kConfigStepCount);
+    for (uint32_t i = 0; i < kConfigStepCount; ++i) {
+        EXPECT_EQ(kConfigStepNames[i], m_recorder.steps[i].name);
         EXPECT_EQ(i, m_recorder.steps[i].index);
         EXPECT_EQ(m_recorder.steps[i].name + "#" + std::to_string(i), m_recorder.begun.at(i));
     }

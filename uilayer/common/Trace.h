@@ -26,51 +26,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "IuiLayer.h"
+#include "common/ConfigurationSteps.h"
 
 namespace Lumora {
 namespace Trace {
-
-// The configuration steps, in the order the library runs them: the driver of
-// ParseStaticCapabilities (session parameters, then the feature steps), then
-// the two steps of ParseStreamCapabilities.
-constexpr const char* kConfigurationSteps[] = {
-    "ParseSessionParams",
-    "ConfigSupportCapsBokeh",
-    "ConfigSensorNameMap",
-    "ConfigRAWQCFAFullSize",
-    "ConfigSupportCapsSAT",
-    "ConfigSupportCapsSHDR",
-    "ConfigSupportCaps2x2QCFA",
-    "ConfigXCFA2SwitchZoomRatio",
-    "ConfigureSensorDCGVSStreamingByCaps",
-    "ConfigWarmStart",
-    "ConfigAIAF",
-    "ConfigStaticTuningPolicy",
-    "ConfigStarModeAEInfo",
-    "ConfigEISMode",
-    "ConfigSupportCapsAINR",
-    "ConfigSupportCapsFlowControl",
-    "ConfigVideoWatermarkEnable",
-    "ConfigSupportCapsProVideoIZoom",
-    "ParseStreamsInfo",
-    "SelectLowlatencyPipeline",
-};
-constexpr uint32_t kConfigurationStepCount =
-    sizeof(kConfigurationSteps) / sizeof(kConfigurationSteps[0]);
-
-// Position of a step name in kConfigurationSteps; kConfigurationStepCount for
-// a name that is not a configuration step.
-inline uint32_t ConfigurationStepIndex(const char* name) {
-    for (uint32_t i = 0; i < kConfigurationStepCount; ++i) {
-        if (strcmp(kConfigurationSteps[i], name) == 0) {
-            return i;
-        }
-    }
-    return kConfigurationStepCount;
-}
 
 // The per-camera caps arrays of the session and of a request hold eight sets.
 constexpr uint32_t kCameraCapsSlots = 8;
@@ -105,8 +66,8 @@ struct _SessionFacts {
 
 // The session after one configuration step.
 struct _Step {
-    const char* name;  // the library's function name, one of kConfigurationSteps
-    uint32_t index;    // its position in kConfigurationSteps
+    const char* name;  // the library's function name, kConfigStepNames[index]
+    uint32_t index;    // an EConfigStep
     const _CapsBitset* logical;
     // kCameraCapsSlots sets; slot k answers physical queries for the camera
     // entry at position k (cameras[k].physicalCamId).
@@ -233,9 +194,9 @@ inline void ConfigurationBegin(const camera3_stream_configuration* config) {
     }
 }
 
-inline void StepBegin(const char* name) {
+inline void StepBegin(uint32_t index) {
     if (Observer* observer = CurrentObserver()) {
-        observer->OnStepBegin(name, ConfigurationStepIndex(name));
+        observer->OnStepBegin(kConfigStepNames[index], index);
     }
 }
 
@@ -255,14 +216,11 @@ inline void RequestEnd(uint32_t frameNumber, const _CapsBitset& primary,
 }  // namespace Trace
 }  // namespace Lumora
 
-// Runs configuration step `step` (a member function of the session) with the
-// arguments `args`, and tells the observer before and after.
-#define UILAYER_TRACED_STEP(step, args)    \
-    do {                                   \
-        ::Lumora::Trace::StepBegin(#step); \
-        step args;                         \
-        TraceStepEnd(#step);               \
-    } while (0)
+// Tell the observer that configuration step `index` (an EConfigStep) is
+// about to run / has run; the end is reported by the session, which knows
+// the caps and facts after the step.
+#define UILAYER_TRACE_STEP_BEGIN(index) ::Lumora::Trace::StepBegin(index)
+#define UILAYER_TRACE_STEP_END(index) TraceStepEnd(index)
 #define UILAYER_TRACE_CONFIGURATION_BEGIN(config) ::Lumora::Trace::ConfigurationBegin(config)
 #define UILAYER_TRACE_REQUEST_BEGIN(request) ::Lumora::Trace::RequestBegin(request)
 #define UILAYER_TRACE_REQUEST_END(frame, primary, cameraCaps, status) \
@@ -277,7 +235,8 @@ inline void RequestEnd(uint32_t frameNumber, const _CapsBitset& primary,
 
 #else  // UILAYER_TRACE
 
-#define UILAYER_TRACED_STEP(step, args) step args
+#define UILAYER_TRACE_STEP_BEGIN(index)
+#define UILAYER_TRACE_STEP_END(index)
 #define UILAYER_TRACE_CONFIGURATION_BEGIN(config)
 #define UILAYER_TRACE_REQUEST_BEGIN(request)
 #define UILAYER_TRACE_REQUEST_END(frame, primary, cameraCaps, status)

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "common/CapsConstants.h"
 #include "common/Log.h"
@@ -17,6 +18,17 @@
 namespace Lumora {
 
 namespace {
+
+// Whether row k of a step table runs step k.
+template <typename Row, size_t N>
+constexpr bool RowsFollowStepOrder(const Row (&rows)[N]) {
+    for (size_t i = 0; i < N; ++i) {
+        if (static_cast<size_t>(rows[i].step) != i) {
+            return false;
+        }
+    }
+    return true;
+}
 
 bool IsLogicalCameraType(QueryCapsType type) {
     return QueryCameraId(type) == kLogicalCameraType;
@@ -183,27 +195,7 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
 
     ResetSessionState();
 
-    // Later steps read what earlier ones set: session parameters first, the
-    // zoom record after bokeh, SHDR after the zoom record, warm start once the
-    // lux and frame rate are known.
-    UILAYER_TRACED_STEP(ParseSessionParams, (config));
-    UILAYER_TRACED_STEP(ConfigSupportCapsBokeh, (config));
-    UILAYER_TRACED_STEP(ConfigSensorNameMap, ());
-    UILAYER_TRACED_STEP(ConfigRAWQCFAFullSize, ());
-    UILAYER_TRACED_STEP(ConfigSupportCapsSAT, (config));
-    UILAYER_TRACED_STEP(ConfigSupportCapsSHDR, ());
-    UILAYER_TRACED_STEP(ConfigSupportCaps2x2QCFA, ());
-    UILAYER_TRACED_STEP(ConfigXCFA2SwitchZoomRatio, ());
-    UILAYER_TRACED_STEP(ConfigureSensorDCGVSStreamingByCaps, ());
-    UILAYER_TRACED_STEP(ConfigWarmStart, ());
-    UILAYER_TRACED_STEP(ConfigAIAF, ());
-    UILAYER_TRACED_STEP(ConfigStaticTuningPolicy, ());
-    UILAYER_TRACED_STEP(ConfigStarModeAEInfo, ());
-    UILAYER_TRACED_STEP(ConfigEISMode, (config));
-    UILAYER_TRACED_STEP(ConfigSupportCapsAINR, (config));
-    UILAYER_TRACED_STEP(ConfigSupportCapsFlowControl, (config));
-    UILAYER_TRACED_STEP(ConfigVideoWatermarkEnable, (config));
-    UILAYER_TRACED_STEP(ConfigSupportCapsProVideoIZoom, (config));
+    RunConfigSteps(EConfigStep::ParseSessionParams, kFirstStreamStep, config);
 
     for (uint32_t i = 0; i < m_numPhysicalCameras; ++i) {
         const LumoraCameraEntry& entry = m_cameraInfo[i];
@@ -222,9 +214,60 @@ int StaticSupportCapabilities::ParseStaticCapabilities(const camera3_stream_conf
 }
 
 int StaticSupportCapabilities::ParseStreamCapabilities(const camera3_stream_configuration* config) {
-    UILAYER_TRACED_STEP(ParseStreamsInfo, (config));
-    UILAYER_TRACED_STEP(SelectLowlatencyPipeline, (config));
+    RunConfigSteps(kFirstStreamStep, EConfigStep::Count, config);
     return kStatusOk;
+}
+
+void StaticSupportCapabilities::RunConfigSteps(EConfigStep first, EConfigStep end,
+                                               const camera3_stream_configuration* config) {
+    using Session = StaticSupportCapabilities;
+    using Config = const camera3_stream_configuration*;
+    // Every step in the order the configuration runs it. Later steps read what
+    // earlier ones set: session parameters first, the zoom record after bokeh,
+    // SHDR after the zoom record, warm start once the lux and frame rate are
+    // known. The steps' own results are not used: each reports through the
+    // caps and the log.
+    static constexpr _ConfigStepRow kSteps[] = {
+        {EConfigStep::ParseSessionParams, [](Session& s, Config c) { s.ParseSessionParams(c); }},
+        {EConfigStep::ConfigSupportCapsBokeh,
+         [](Session& s, Config c) { s.ConfigSupportCapsBokeh(c); }},
+        {EConfigStep::ConfigSensorNameMap, [](Session& s, Config) { s.ConfigSensorNameMap(); }},
+        {EConfigStep::ConfigRAWQCFAFullSize, [](Session& s, Config) { s.ConfigRAWQCFAFullSize(); }},
+        {EConfigStep::ConfigSupportCapsSAT,
+         [](Session& s, Config c) { s.ConfigSupportCapsSAT(c); }},
+        {EConfigStep::ConfigSupportCapsSHDR, [](Session& s, Config) { s.ConfigSupportCapsSHDR(); }},
+        {EConfigStep::ConfigSupportCaps2x2QCFA,
+         [](Session& s, Config) { s.ConfigSupportCaps2x2QCFA(); }},
+        {EConfigStep::ConfigXCFA2SwitchZoomRatio,
+         [](Session& s, Config) { s.ConfigXCFA2SwitchZoomRatio(); }},
+        {EConfigStep::ConfigureSensorDCGVSStreamingByCaps,
+         [](Session& s, Config) { s.ConfigureSensorDCGVSStreamingByCaps(); }},
+        {EConfigStep::ConfigWarmStart, [](Session& s, Config) { s.ConfigWarmStart(); }},
+        {EConfigStep::ConfigAIAF, [](Session& s, Config) { s.ConfigAIAF(); }},
+        {EConfigStep::ConfigStaticTuningPolicy,
+         [](Session& s, Config) { s.ConfigStaticTuningPolicy(); }},
+        {EConfigStep::ConfigStarModeAEInfo, [](Session& s, Config) { s.ConfigStarModeAEInfo(); }},
+        {EConfigStep::ConfigEISMode, [](Session& s, Config c) { s.ConfigEISMode(c); }},
+        {EConfigStep::ConfigSupportCapsAINR,
+         [](Session& s, Config c) { s.ConfigSupportCapsAINR(c); }},
+        {EConfigStep::ConfigSupportCapsFlowControl,
+         [](Session& s, Config c) { s.ConfigSupportCapsFlowControl(c); }},
+        {EConfigStep::ConfigVideoWatermarkEnable,
+         [](Session& s, Config c) { s.ConfigVideoWatermarkEnable(c); }},
+        {EConfigStep::ConfigSupportCapsProVideoIZoom,
+         [](Session& s, Config c) { s.ConfigSupportCapsProVideoIZoom(c); }},
+        {EConfigStep::ParseStreamsInfo, [](Session& s, Config c) { s.ParseStreamsInfo(c); }},
+        {EConfigStep::SelectLowlatencyPipeline,
+         [](Session& s, Config c) { s.SelectLowlatencyPipeline(c); }},
+    };
+    static_assert(std::size(kSteps) == kConfigStepCount, "one row per configuration step");
+    static_assert(RowsFollowStepOrder(kSteps), "rows in the order of EConfigStep");
+
+    for (uint32_t i = static_cast<uint32_t>(first); i < static_cast<uint32_t>(end); ++i) {
+        UILAYER_TRACE_STEP_BEGIN(i);
+        kSteps[i].run(*this, config);
+        UILAYER_TRACE_STEP_END(i);
+    }
 }
 
 bool StaticSupportCapabilities::IsSessionSupportCaps(DesiredSupportCaps caps,
@@ -258,14 +301,14 @@ int StaticSupportCapabilities::GetStaticCapsMask(QueryCapsType type, _CapsBitset
 }
 
 #if defined(UILAYER_TRACE) && UILAYER_TRACE
-void StaticSupportCapabilities::TraceStepEnd(const char* name) const {
+void StaticSupportCapabilities::TraceStepEnd(uint32_t index) const {
     Trace::Observer* observer = Trace::CurrentObserver();
     if (observer == nullptr) {
         return;
     }
     Trace::_Step step = {};
-    step.name = name;
-    step.index = Trace::ConfigurationStepIndex(name);
+    step.name = kConfigStepNames[index];
+    step.index = index;
     step.logical = &m_supportCaps;
     step.cameraCaps = m_cameraSupportCaps;
     step.cameras = m_cameraInfo;

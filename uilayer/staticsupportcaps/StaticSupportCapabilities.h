@@ -34,6 +34,7 @@
 #include <vector>
 
 #include "IuiLayer.h"
+#include "common/ConfigurationSteps.h"
 #include "common/OperationModes.h"
 
 namespace Lumora {
@@ -132,9 +133,17 @@ private:
     friend class ResultAppliedCapabilities;
 
 #if defined(UILAYER_TRACE) && UILAYER_TRACE
-    // Host trace: tells the observer the session after configuration step `name`.
-    void TraceStepEnd(const char* name) const;
+    // Host trace: tells the observer the session after configuration step `index`.
+    void TraceStepEnd(uint32_t index) const;
 #endif
+    // One row of the step table: a step and how the session runs it.
+    struct _ConfigStepRow {
+        EConfigStep step;
+        void (*run)(StaticSupportCapabilities&, const camera3_stream_configuration*);
+    };
+    // Runs the configuration steps from `first` up to, not including, `end`.
+    void RunConfigSteps(EConfigStep first, EConfigStep end,
+                        const camera3_stream_configuration* config);
     // Resets every member that a stream configuration rebuilds.
     void ResetSessionState();
     // Index of the first camera entry with this physical camera id, -1 if none.

@@ -13,7 +13,7 @@
 
 #include "CapabilityReference.h"
 #include "IuiLayer.h"
-#include "common/Trace.h"
+#include "common/ConfigurationSteps.h"
 
 namespace {
 
@@ -107,8 +107,7 @@ TEST(CapabilityReferenceTest, EveryNamedBitButTheReservedOnesHasARuleInOrder) {
 }
 
 TEST(CapabilityReferenceTest, RulesNameTheLibrarysStepsAndWhatItReads) {
-    std::set<std::string> steps(std::begin(Trace::kConfigurationSteps),
-                                std::end(Trace::kConfigurationSteps));
+    std::set<std::string> steps(std::begin(kConfigStepNames), std::end(kConfigStepNames));
     steps.insert({"InitPackageName", "UpdatePerRequestCaps", "ParseOriginalRequestSetting"});
     const std::set<std::string> literals = LibraryLiterals();
     const std::regex indexed(R"(\[[^\]]*\]$)");
