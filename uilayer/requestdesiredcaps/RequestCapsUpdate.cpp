@@ -13,6 +13,7 @@
 #include "common/Platform.h"
 #include "common/Status.h"
 #include "common/StreamPredicates.h"
+#include "common/StreamRoles.h"
 #include "common/Trace.h"
 #include "common/VendorTags.h"
 #include "requestdesiredcaps/RequestDesiredCapabilities.h"
@@ -50,34 +51,6 @@ constexpr int32_t kModeCount = static_cast<int32_t>(sizeof(kModeBits) / sizeof(k
 inline const _CapsBitset* ModeBits(int32_t mode) {
     return mode >= 0 && mode < kModeCount ? &kModeBits[mode] : nullptr;
 }
-
-// Bits of a stream role: for the logical camera and for the stream's camera.
-// Full-size RAW YUV and live-shot buffers set nothing per request; full-size
-// and 2x2 QCFA RAW buffers also mark their camera as a physical RAW consumer.
-struct StreamBits {
-    _CapsBitset primary;
-    _CapsBitset camera;
-};
-constexpr StreamBits kStreamBits[EStreamTypeMax] = {
-    {_CapsBitset(), _CapsBitset()},  // None
-    {CapsBits(CapsStreamPreview), CapsBits(CapsStreamPreview)},
-    {CapsBits(CapsStreamSnapshotYUV), CapsBits(CapsStreamSnapshotYUV)},
-    {CapsBits(CapsStreamSnapshotJPEG), CapsBits(CapsStreamSnapshotJPEG)},
-    {CapsBits(CapsStreamSnapshotRAW), CapsBits(CapsStreamSnapshotRAW)},
-    {CapsBits(CapsStreamSnapshotRAWShort), CapsBits(CapsStreamSnapshotRAWShort)},
-    {CapsBits(CapsStreamSnapshotRAWMiddle), CapsBits(CapsStreamSnapshotRAWMiddle)},
-    {CapsBits(CapsStreamSnapshotRAWFull),
-     CapsBits(CapsStreamSnapshotRAWFull, CapsPhysicalRawStream)},
-    {_CapsBitset(), _CapsBitset()},  // RAWFullYUV
-    {CapsBits(CapsStreamSnapshotRAWQcfa2x2),
-     CapsBits(CapsStreamSnapshotRAWQcfa2x2, CapsPhysicalRawStream)},
-    {CapsBits(CapsStreamVideo), CapsBits(CapsStreamVideo)},
-    {_CapsBitset(), _CapsBitset()},  // VideoLiveShot
-    {CapsBits(CapsStreamViewFinder), CapsBits(CapsStreamViewFinder)},
-    {CapsBits(CapsStreamASDPreview), CapsBits(CapsStreamASDPreview)},
-    {CapsBits(CapsStreamMetadata), CapsBits(CapsStreamMetadata)},
-    {CapsBits(CapsStreamMultiSpectralRaw), CapsBits(CapsStreamMultiSpectralRaw)},
-};
 
 // The request's sensor mode list: one int32 per physical camera id.
 struct SensorModeList {
@@ -189,7 +162,7 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
     const LumoraCameraInfo* info = session.m_pCameraInfoMap;
     const uint32_t cameraCount = RecordCameraCount(info);
     for (int32_t type = 0; type < EStreamTypeMax; ++type) {
-        const StreamBits& bits = kStreamBits[type];
+        const _StreamRole& role = kStreamRoles[type];
         for (const _UIStreamInfo& configured : session.m_streamInfo[type]) {
             for (uint32_t b = 0; b < bufferCount; ++b) {
                 const camera3_stream* stream = buffers[b].stream;
@@ -213,12 +186,12 @@ void RequestDesiredCapabilities::CollectRequestStreams(const camera3_capture_req
                     fwkId == kNoCamera ? kNoCamera : static_cast<int32_t>(cam & 0xFFu), type,
                     static_cast<int32_t>(configured.streamIndex), .Stream(stream));
                 m_streamList[type].push_back(configured);
-                m_primaryCaps |= bits.primary;
+                m_primaryCaps |= role.primary;
                 if (fwkId == kNoCamera) {
                     continue;
                 }
                 if (_CapsBitset* caps = CameraCaps(cam & 0xFFu)) {
-                    *caps |= bits.camera;
+                    *caps |= role.camera;
                 }
             }
         }

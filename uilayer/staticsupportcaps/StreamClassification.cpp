@@ -15,6 +15,7 @@
 #include "common/Status.h"
 #include "common/StreamLists.h"
 #include "common/StreamPredicates.h"
+#include "common/StreamRoles.h"
 #include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace Lumora {
@@ -33,27 +34,6 @@ constexpr uint32_t kMaxCloseOcsCameras = 5;
 constexpr const char* kAsdGroup = "ASDFeatureConfig";
 constexpr const char* kPipGroup = "PIPFeatureConfig";
 constexpr const char* kOisGroup = "OIS";
-
-// Session caps bit of each role; the full-size YUV snapshot shares the YUV
-// snapshot bit on purpose.
-constexpr int kRoleCapsBit[EStreamTypeMax] = {
-    -1,                            // EStreamTypeNone
-    CapsStreamPreview,             // EStreamTypePreview
-    CapsStreamSnapshotYUV,         // EStreamTypeSnapshotYUV
-    CapsStreamSnapshotJPEG,        // EStreamTypeSnapshotJPEG
-    CapsStreamSnapshotRAW,         // EStreamTypeSnapshotRAW
-    CapsStreamSnapshotRAWShort,    // EStreamTypeSnapshotRAWShort
-    CapsStreamSnapshotRAWMiddle,   // EStreamTypeSnapshotRAWMiddle
-    CapsStreamSnapshotRAWFull,     // EStreamTypeSnapshotRAWFull
-    CapsStreamSnapshotYUV,         // EStreamTypeSnapshotRAWFullYUV
-    CapsStreamSnapshotRAWQcfa2x2,  // EStreamTypeSnapshotRAWQcfa2x2
-    CapsStreamVideo,               // EStreamTypeVideo
-    CapsStreamVideoLiveShot,       // EStreamTypeVideoLiveShot
-    CapsStreamViewFinder,          // EStreamTypeViewFinder
-    CapsStreamASDPreview,          // EStreamTypeASDPreview
-    CapsStreamMetadata,            // EStreamTypeMetadata
-    CapsStreamMultiSpectralRaw,    // EStreamTypeMultiSpectralRaw
-};
 
 bool SizeEquals(const camera3_stream& s, const ODimension& size) {
     return s.width == size.width && s.height == size.height;
@@ -520,7 +500,7 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
         const StreamType type = classifier.Classify(*stream, phyCameraId);
         if (type != EStreamTypeNone) {
             m_streamInfo[type].push_back(_UIStreamInfo{i, phyCameraId, stream});
-            m_supportCaps.set(static_cast<size_t>(kRoleCapsBit[type]));
+            m_supportCaps.set(kStreamRoles[type].sessionBit);
         }
         if (IsRaw(*stream)) {
             m_supportCaps.set(CapsRawStream);

@@ -10,6 +10,7 @@
 
 #include "CapabilityReference.h"
 #include "IuiLayer.h"
+#include "common/StreamRoles.h"
 #include "common/VendorTags.h"
 
 namespace UilayerSim {
@@ -128,25 +129,6 @@ constexpr NamedValue kStandardTags[] = {
     {"ANDROID_SENSOR_SENSITIVITY", ANDROID_SENSOR_SENSITIVITY},
 };
 
-constexpr const char* kRoleNames[] = {
-    "None",
-    "Preview",
-    "SnapshotYUV",
-    "SnapshotJPEG",
-    "SnapshotRAW",
-    "SnapshotRAWShort",
-    "SnapshotRAWMiddle",
-    "SnapshotRAWFull",
-    "SnapshotRAWFullYUV",
-    "SnapshotRAWQcfa2x2",
-    "Video",
-    "VideoLiveShot",
-    "ViewFinder",
-    "ASDPreview",
-    "Metadata",
-    "MultiSpectralRaw",
-};
-
 // Looks `name` up by its full name or by the name without `prefix`.
 template <size_t N>
 bool Lookup(const NamedValue (&table)[N], const char* prefix, const std::string& name,
@@ -200,11 +182,11 @@ std::vector<NamedNumber> Table(NameTable table, bool withFull) {
             AppendTable(kPixelFormats, "HAL_PIXEL_FORMAT_", withFull, &out);
             break;
         case NameTable::StreamRoles:
-            for (size_t i = 0; i < std::size(kRoleNames); ++i) {
-                out.push_back({kRoleNames[i], static_cast<int64_t>(i)});
+            for (size_t i = 0; i < std::size(Lumora::kStreamRoles); ++i) {
+                out.push_back({Lumora::kStreamRoles[i].name, static_cast<int64_t>(i)});
                 if (withFull) {
-                    out.push_back(
-                        {std::string("EStreamType") + kRoleNames[i], static_cast<int64_t>(i)});
+                    out.push_back({std::string("EStreamType") + Lumora::kStreamRoles[i].name,
+                                   static_cast<int64_t>(i)});
                 }
             }
             break;
@@ -261,8 +243,8 @@ bool CapabilityByName(const std::string& name, uint32_t* bit) {
 }
 
 std::string StreamRoleName(int32_t role) {
-    if (role >= 0 && static_cast<size_t>(role) < std::size(kRoleNames)) {
-        return kRoleNames[role];
+    if (role >= 0 && static_cast<size_t>(role) < std::size(Lumora::kStreamRoles)) {
+        return Lumora::kStreamRoles[role].name;
     }
     return "Type" + std::to_string(role);
 }
@@ -271,8 +253,8 @@ bool StreamRoleByName(const std::string& name, int32_t* role) {
     const std::string prefix = "EStreamType";
     const std::string shortName =
         name.compare(0, prefix.size(), prefix) == 0 ? name.substr(prefix.size()) : name;
-    for (size_t i = 0; i < std::size(kRoleNames); ++i) {
-        if (shortName == kRoleNames[i]) {
+    for (size_t i = 0; i < std::size(Lumora::kStreamRoles); ++i) {
+        if (shortName == Lumora::kStreamRoles[i].name) {
             *role = static_cast<int32_t>(i);
             return true;
         }
