@@ -22,23 +22,23 @@ struct _StreamRole {
     _CapsBitset camera;   // request: bits of the buffer's camera
 };
 
+// A role whose buffers set its session bit on the request and on the
+// buffer's camera.
+constexpr _StreamRole RoleWithBit(StreamType role, const char* name, size_t bit) {
+    return {role, name, bit, CapsBit(bit), CapsBit(bit)};
+}
+
 // Full-size RAW YUV shares the YUV snapshot session bit and, like live shot,
 // sets nothing per request. Full-size and 2x2 QCFA RAW buffers also mark
 // their camera as a physical RAW consumer.
 constexpr _StreamRole kStreamRoles[EStreamTypeMax] = {
     {EStreamTypeNone, "None", kNoCapsBit, {}, {}},
-    {EStreamTypePreview, "Preview", CapsStreamPreview, CapsBit(CapsStreamPreview),
-     CapsBit(CapsStreamPreview)},
-    {EStreamTypeSnapshotYUV, "SnapshotYUV", CapsStreamSnapshotYUV, CapsBit(CapsStreamSnapshotYUV),
-     CapsBit(CapsStreamSnapshotYUV)},
-    {EStreamTypeSnapshotJPEG, "SnapshotJPEG", CapsStreamSnapshotJPEG,
-     CapsBit(CapsStreamSnapshotJPEG), CapsBit(CapsStreamSnapshotJPEG)},
-    {EStreamTypeSnapshotRAW, "SnapshotRAW", CapsStreamSnapshotRAW, CapsBit(CapsStreamSnapshotRAW),
-     CapsBit(CapsStreamSnapshotRAW)},
-    {EStreamTypeSnapshotRAWShort, "SnapshotRAWShort", CapsStreamSnapshotRAWShort,
-     CapsBit(CapsStreamSnapshotRAWShort), CapsBit(CapsStreamSnapshotRAWShort)},
-    {EStreamTypeSnapshotRAWMiddle, "SnapshotRAWMiddle", CapsStreamSnapshotRAWMiddle,
-     CapsBit(CapsStreamSnapshotRAWMiddle), CapsBit(CapsStreamSnapshotRAWMiddle)},
+    RoleWithBit(EStreamTypePreview, "Preview", CapsStreamPreview),
+    RoleWithBit(EStreamTypeSnapshotYUV, "SnapshotYUV", CapsStreamSnapshotYUV),
+    RoleWithBit(EStreamTypeSnapshotJPEG, "SnapshotJPEG", CapsStreamSnapshotJPEG),
+    RoleWithBit(EStreamTypeSnapshotRAW, "SnapshotRAW", CapsStreamSnapshotRAW),
+    RoleWithBit(EStreamTypeSnapshotRAWShort, "SnapshotRAWShort", CapsStreamSnapshotRAWShort),
+    RoleWithBit(EStreamTypeSnapshotRAWMiddle, "SnapshotRAWMiddle", CapsStreamSnapshotRAWMiddle),
     {EStreamTypeSnapshotRAWFull, "SnapshotRAWFull", CapsStreamSnapshotRAWFull,
      CapsBit(CapsStreamSnapshotRAWFull),
      CapsBits(CapsStreamSnapshotRAWFull, CapsPhysicalRawStream)},
@@ -46,17 +46,12 @@ constexpr _StreamRole kStreamRoles[EStreamTypeMax] = {
     {EStreamTypeSnapshotRAWQcfa2x2, "SnapshotRAWQcfa2x2", CapsStreamSnapshotRAWQcfa2x2,
      CapsBit(CapsStreamSnapshotRAWQcfa2x2),
      CapsBits(CapsStreamSnapshotRAWQcfa2x2, CapsPhysicalRawStream)},
-    {EStreamTypeVideo, "Video", CapsStreamVideo, CapsBit(CapsStreamVideo),
-     CapsBit(CapsStreamVideo)},
+    RoleWithBit(EStreamTypeVideo, "Video", CapsStreamVideo),
     {EStreamTypeVideoLiveShot, "VideoLiveShot", CapsStreamVideoLiveShot, {}, {}},
-    {EStreamTypeViewFinder, "ViewFinder", CapsStreamViewFinder, CapsBit(CapsStreamViewFinder),
-     CapsBit(CapsStreamViewFinder)},
-    {EStreamTypeASDPreview, "ASDPreview", CapsStreamASDPreview, CapsBit(CapsStreamASDPreview),
-     CapsBit(CapsStreamASDPreview)},
-    {EStreamTypeMetadata, "Metadata", CapsStreamMetadata, CapsBit(CapsStreamMetadata),
-     CapsBit(CapsStreamMetadata)},
-    {EStreamTypeMultiSpectralRaw, "MultiSpectralRaw", CapsStreamMultiSpectralRaw,
-     CapsBit(CapsStreamMultiSpectralRaw), CapsBit(CapsStreamMultiSpectralRaw)},
+    RoleWithBit(EStreamTypeViewFinder, "ViewFinder", CapsStreamViewFinder),
+    RoleWithBit(EStreamTypeASDPreview, "ASDPreview", CapsStreamASDPreview),
+    RoleWithBit(EStreamTypeMetadata, "Metadata", CapsStreamMetadata),
+    RoleWithBit(EStreamTypeMultiSpectralRaw, "MultiSpectralRaw", CapsStreamMultiSpectralRaw),
 };
 
 constexpr bool StreamRolesInOrder() {

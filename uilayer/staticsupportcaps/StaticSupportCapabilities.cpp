@@ -220,46 +220,42 @@ int StaticSupportCapabilities::ParseStreamCapabilities(const camera3_stream_conf
 
 void StaticSupportCapabilities::RunConfigSteps(EConfigStep first, EConfigStep end,
                                                const camera3_stream_configuration* config) {
-    using Session = StaticSupportCapabilities;
-    using Config = const camera3_stream_configuration*;
+// A row of the step table: step `name` runs the session's member function of
+// that name with the arguments `args` (of `config`). The steps' own results
+// are not used: each reports through the caps and the log.
+#define CONFIG_STEP(name, args)                                                              \
+    {                                                                                        \
+        EConfigStep::name,                                                                   \
+            [](StaticSupportCapabilities& s,                                                 \
+               [[maybe_unused]] const camera3_stream_configuration* config) { s.name args; } \
+    }
     // Every step in the order the configuration runs it. Later steps read what
     // earlier ones set: session parameters first, the zoom record after bokeh,
     // SHDR after the zoom record, warm start once the lux and frame rate are
-    // known. The steps' own results are not used: each reports through the
-    // caps and the log.
+    // known.
     static constexpr _ConfigStepRow kSteps[] = {
-        {EConfigStep::ParseSessionParams, [](Session& s, Config c) { s.ParseSessionParams(c); }},
-        {EConfigStep::ConfigSupportCapsBokeh,
-         [](Session& s, Config c) { s.ConfigSupportCapsBokeh(c); }},
-        {EConfigStep::ConfigSensorNameMap, [](Session& s, Config) { s.ConfigSensorNameMap(); }},
-        {EConfigStep::ConfigRAWQCFAFullSize, [](Session& s, Config) { s.ConfigRAWQCFAFullSize(); }},
-        {EConfigStep::ConfigSupportCapsSAT,
-         [](Session& s, Config c) { s.ConfigSupportCapsSAT(c); }},
-        {EConfigStep::ConfigSupportCapsSHDR, [](Session& s, Config) { s.ConfigSupportCapsSHDR(); }},
-        {EConfigStep::ConfigSupportCaps2x2QCFA,
-         [](Session& s, Config) { s.ConfigSupportCaps2x2QCFA(); }},
-        {EConfigStep::ConfigXCFA2SwitchZoomRatio,
-         [](Session& s, Config) { s.ConfigXCFA2SwitchZoomRatio(); }},
-        {EConfigStep::ConfigureSensorDCGVSStreamingByCaps,
-         [](Session& s, Config) { s.ConfigureSensorDCGVSStreamingByCaps(); }},
-        {EConfigStep::ConfigWarmStart, [](Session& s, Config) { s.ConfigWarmStart(); }},
-        {EConfigStep::ConfigAIAF, [](Session& s, Config) { s.ConfigAIAF(); }},
-        {EConfigStep::ConfigStaticTuningPolicy,
-         [](Session& s, Config) { s.ConfigStaticTuningPolicy(); }},
-        {EConfigStep::ConfigStarModeAEInfo, [](Session& s, Config) { s.ConfigStarModeAEInfo(); }},
-        {EConfigStep::ConfigEISMode, [](Session& s, Config c) { s.ConfigEISMode(c); }},
-        {EConfigStep::ConfigSupportCapsAINR,
-         [](Session& s, Config c) { s.ConfigSupportCapsAINR(c); }},
-        {EConfigStep::ConfigSupportCapsFlowControl,
-         [](Session& s, Config c) { s.ConfigSupportCapsFlowControl(c); }},
-        {EConfigStep::ConfigVideoWatermarkEnable,
-         [](Session& s, Config c) { s.ConfigVideoWatermarkEnable(c); }},
-        {EConfigStep::ConfigSupportCapsProVideoIZoom,
-         [](Session& s, Config c) { s.ConfigSupportCapsProVideoIZoom(c); }},
-        {EConfigStep::ParseStreamsInfo, [](Session& s, Config c) { s.ParseStreamsInfo(c); }},
-        {EConfigStep::SelectLowlatencyPipeline,
-         [](Session& s, Config c) { s.SelectLowlatencyPipeline(c); }},
+        CONFIG_STEP(ParseSessionParams, (config)),
+        CONFIG_STEP(ConfigSupportCapsBokeh, (config)),
+        CONFIG_STEP(ConfigSensorNameMap, ()),
+        CONFIG_STEP(ConfigRAWQCFAFullSize, ()),
+        CONFIG_STEP(ConfigSupportCapsSAT, (config)),
+        CONFIG_STEP(ConfigSupportCapsSHDR, ()),
+        CONFIG_STEP(ConfigSupportCaps2x2QCFA, ()),
+        CONFIG_STEP(ConfigXCFA2SwitchZoomRatio, ()),
+        CONFIG_STEP(ConfigureSensorDCGVSStreamingByCaps, ()),
+        CONFIG_STEP(ConfigWarmStart, ()),
+        CONFIG_STEP(ConfigAIAF, ()),
+        CONFIG_STEP(ConfigStaticTuningPolicy, ()),
+        CONFIG_STEP(ConfigStarModeAEInfo, ()),
+        CONFIG_STEP(ConfigEISMode, (config)),
+        CONFIG_STEP(ConfigSupportCapsAINR, (config)),
+        CONFIG_STEP(ConfigSupportCapsFlowControl, (config)),
+        CONFIG_STEP(ConfigVideoWatermarkEnable, (config)),
+        CONFIG_STEP(ConfigSupportCapsProVideoIZoom, (config)),
+        CONFIG_STEP(ParseStreamsInfo, (config)),
+        CONFIG_STEP(SelectLowlatencyPipeline, (config)),
     };
+#undef CONFIG_STEP
     static_assert(std::size(kSteps) == kConfigStepCount, "one row per configuration step");
     static_assert(RowsFollowStepOrder(kSteps), "rows in the order of EConfigStep");
 
