@@ -15,7 +15,6 @@ namespace Lumora {
 namespace {
 
 // The MLFT enable switch is the 32-bit value at this offset of the MLFT block.
-constexpr size_t kMlftSwitchOffset = 1800;
 
 }  // namespace
 

@@ -23,6 +23,9 @@ static_assert(sizeof(AecInfo) == 20, "AEC records are 20 bytes");
 
 constexpr uint32_t kAecInfoCount = 8;
 
+// Byte offset of the enable switch (uint32) in the MLFT parameter block.
+constexpr size_t kMlftSwitchOffset = 1800;
+
 class ResultAppliedCapabilities {
 public:
     ResultAppliedCapabilities();

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "IuiLayer.h"
-#include "common/VendorTags.h"
+#include "HostKit/LibraryFacts.h"
 
 namespace HostKit {
 
@@ -83,7 +83,7 @@ void CameraTable::Init() {
     if (GetVendorTagId == nullptr) {
         throw std::runtime_error("the sibling camera layer could not be loaded");
     }
-    const uint32_t recordTag = VendorTagId(Lumora::kTagCameraInfo);
+    const uint32_t recordTag = VendorTagId(LibraryFacts().cameraInfoTag);
     m_table.assign(m_setups.size(), camera_info{});
     for (size_t i = 0; i < m_setups.size(); ++i) {
         const CameraSetup& setup = m_setups[i];
@@ -107,7 +107,7 @@ LumoraCameraInfo* CameraTable::Record(size_t index) {
     camera_metadata_ro_entry_t entry = {};
     if (index >= m_table.size() ||
         find_camera_metadata_ro_entry(m_table[index].static_camera_characteristics,
-                                      VendorTagId(Lumora::kTagCameraInfo), &entry) != 0) {
+                                      VendorTagId(LibraryFacts().cameraInfoTag), &entry) != 0) {
         return nullptr;
     }
     return reinterpret_cast<LumoraCameraInfo*>(const_cast<uint8_t*>(entry.data.u8));

@@ -3,13 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "common/VendorTags.h"
-
 namespace HostKit {
-
-namespace {
-constexpr size_t kAecRecordCount = 8;
-}  // namespace
 
 Request::Request(uint32_t frameNumber) {
     m_request.frame_number = frameNumber;
@@ -30,7 +24,7 @@ Request& Request::Buffer(camera3_stream_t* stream) {
 }
 
 Request& Request::SensorModes(const std::vector<int32_t>& modes) {
-    Settings().VendorInt32(Lumora::kTagSensorModeList, modes);
+    Settings().VendorInt32(LibraryFacts().sensorModeListTag, modes);
     return *this;
 }
 
@@ -68,9 +62,10 @@ Result& Result::AecList(const std::vector<AecRecord>& records) {
     if (!m_metadata) {
         return *this;
     }
-    std::vector<AecRecord> list(kAecRecordCount, AecRecord{-1, 0.0f, 0.0f, 0, 0});
-    std::copy_n(records.begin(), std::min(records.size(), kAecRecordCount), list.begin());
-    m_metadata->VendorBytes(Lumora::kTagExposureCountList, list.data(),
+    const size_t count = LibraryFacts().aecRecordCount;
+    std::vector<AecRecord> list(count, AecRecord{-1, 0.0f, 0.0f, 0, 0});
+    std::copy_n(records.begin(), std::min(records.size(), count), list.begin());
+    m_metadata->VendorBytes(LibraryFacts().exposureCountListTag, list.data(),
                             list.size() * sizeof(AecRecord));
     return *this;
 }
@@ -79,12 +74,17 @@ Result& Result::Mlft(uint32_t enable, size_t size) {
     if (!m_metadata) {
         return *this;
     }
+    const size_t offset = LibraryFacts().mlftSwitchOffset;
     std::vector<uint8_t> block(size, 0);
-    if (size >= kMlftSwitchOffset + sizeof(enable)) {
-        memcpy(block.data() + kMlftSwitchOffset, &enable, sizeof(enable));
+    if (size >= offset + sizeof(enable)) {
+        memcpy(block.data() + offset, &enable, sizeof(enable));
     }
-    m_metadata->VendorBytes(Lumora::kTagMlftParameters, block.data(), block.size());
+    m_metadata->VendorBytes(LibraryFacts().mlftParametersTag, block.data(), block.size());
     return *this;
+}
+
+Result& Result::Mlft(uint32_t enable) {
+    return Mlft(enable, LibraryFacts().mlftSwitchOffset + sizeof(enable));
 }
 
 camera3_capture_result_t* Result::Get() {

@@ -11,8 +11,8 @@
 #include <memory>
 #include <vector>
 
+#include "HostKit/LibraryFacts.h"
 #include "HostKit/Metadata.h"
-#include "resultappliedcaps/ResultAppliedCapabilities.h"
 
 namespace HostKit {
 
@@ -40,13 +40,6 @@ private:
     bool m_noBufferArray = false;
 };
 
-// One record of the exposure count list, as the AEC stage writes it.
-using AecRecord = Lumora::AecInfo;
-
-// The MLFT parameter block and the place of its enable switch.
-constexpr size_t kMlftBlockSize = 1804;
-constexpr size_t kMlftSwitchOffset = 1800;
-
 class Result {
 public:
     explicit Result(uint32_t frameNumber = 0, bool withMetadata = true);
@@ -61,8 +54,9 @@ public:
     // The whole list at once (an empty one is eight unused records).
     Result& AecList(const std::vector<AecRecord>& records);
     // The MLFT block of `size` zero bytes with `enable` at the switch (when
-    // the block is long enough to hold it).
-    Result& Mlft(uint32_t enable, size_t size = kMlftBlockSize);
+    // the block is long enough to hold it); without a size, just long enough.
+    Result& Mlft(uint32_t enable, size_t size);
+    Result& Mlft(uint32_t enable);
 
     // The result as the HAL passes it (valid while this object lives).
     camera3_capture_result_t* Get();
