@@ -4,6 +4,7 @@
 #include <system/camera_metadata.h>
 #include <system/graphics.h>
 
+#include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -11,6 +12,8 @@
 #include "CapabilityReference.h"
 #include "IuiLayer.h"
 #include "common/VendorTags.h"
+#include "core/Commands.h"
+#include "core/Suggest.h"
 
 namespace UilayerSim {
 
@@ -365,6 +368,47 @@ const char* ElementTypeName(ElementType type) {
             break;
     }
     return "unknown";
+}
+
+namespace {
+
+struct NameListing {
+    const char* name;
+    NameTable table;
+    bool hex;  // values in hexadecimal (tags)
+};
+
+constexpr NameListing kListings[] = {
+    {"caps", NameTable::Capabilities, false},
+    {"tags", NameTable::StandardTags, true},
+    {"formats", NameTable::PixelFormats, false},
+    {"roles", NameTable::StreamRoles, false},
+};
+
+}  // namespace
+
+int RunNamesCommand(const CommandLine& line) {
+    const std::string& which = line.operands.front();
+    std::vector<std::string> known;
+    for (const NameListing& listing : kListings) {
+        known.push_back(listing.name);
+        if (which != listing.name) {
+            continue;
+        }
+        for (const NamedNumber& entry : ListNames(listing.table)) {
+            if (listing.hex) {
+                printf("0x%" PRIX64 "\t%s\n", static_cast<uint64_t>(entry.value),
+                       entry.name.c_str());
+            } else {
+                printf("%" PRId64 "\t%s\n", entry.value, entry.name.c_str());
+            }
+        }
+        return kExitDone;
+    }
+    const std::string closest = ClosestName(which, known);
+    throw UsageError("no list named '" + which + "'" +
+                     (closest.empty() ? "; the lists are caps, tags, formats and roles"
+                                      : " (did you mean '" + closest + "'?)"));
 }
 
 }  // namespace UilayerSim
