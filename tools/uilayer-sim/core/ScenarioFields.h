@@ -145,18 +145,18 @@ public:
         Fail(node, field, "\"" + node.Scalar() + "\" is not true or false");
     }
 
-    // An integer, or a name that `lookup` knows.
-    int64_t Named(const YAML::Node& node, const std::string& field,
-                  bool (*lookup)(const std::string&, int64_t*), const char* what, int64_t min,
-                  int64_t max, const std::vector<std::string>& known = {}) const {
+    // An integer, or a name of `table`.
+    int64_t Named(const YAML::Node& node, const std::string& field, NameTable table,
+                  const char* what, int64_t min, int64_t max) const {
         const std::string text = Text(node, field);
         int64_t value = 0;
-        if (lookup(text, &value)) {
+        if (NumberByName(table, text, &value)) {
             return value;
         }
         if (!ParseIntegerText(text, &value)) {
             Fail(node, field,
-                 "unknown " + std::string(what) + " \"" + text + "\"" + DidYouMean(text, known));
+                 "unknown " + std::string(what) + " \"" + text + "\"" +
+                     DidYouMean(text, AcceptedNames(table)));
         }
         return Integer(node, field, min, max);
     }

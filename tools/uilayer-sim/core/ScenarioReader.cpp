@@ -170,11 +170,7 @@ const CameraSetup* Scenario::Camera(uint32_t frameworkId) const {
 ScenarioError::ScenarioError(const std::string& file, int line, const std::string& field,
                              const std::string& reason)
     : std::runtime_error(file + ":" + std::to_string(line) + ": " +
-                         (field.empty() ? std::string() : field + ": ") + reason),
-      m_file(file),
-      m_line(line),
-      m_field(field),
-      m_reason(reason) {}
+                         (field.empty() ? std::string() : field + ": ") + reason) {}
 
 Scenario ReadScenarioText(const std::string& text, const std::string& path) {
     const YAML::Node root = LoadYaml(text, path);

@@ -63,26 +63,6 @@ private:
         }
     }
 
-    static bool StreamRoleLookup(const std::string& name, int64_t* value) {
-        int32_t role = 0;
-        if (!StreamRoleByName(name, &role)) {
-            return false;
-        }
-        *value = role;
-        return true;
-    }
-
-    static bool TuningTableLookup(const std::string& name, int64_t* value) {
-        if (name == "feature1") {
-            *value = 1;
-        } else if (name == "feature2") {
-            *value = 2;
-        } else {
-            return false;
-        }
-        return true;
-    }
-
     // A path as written in the scenario, relative to the scenario's directory.
     std::string Resolve(const std::string& path) const {
         return path.empty() || path.front() == '/' ? path : m_baseDir + "/" + path;

@@ -93,14 +93,13 @@ StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string&
     }
     if (node["stream_type"].IsDefined()) {
         stream.streamType = static_cast<int>(Named(node["stream_type"], Path(field, "stream_type"),
-                                                   StreamTypeByName, "stream type", 0, 2,
-                                                   AcceptedNames(NameTable::StreamTypes)));
+                                                   NameTable::StreamTypes, "stream type", 0, 2));
     }
     stream.width = Unsigned32(Required(node, "width", field), Path(field, "width"));
     stream.height = Unsigned32(Required(node, "height", field), Path(field, "height"));
-    stream.format = static_cast<int>(Named(Required(node, "format", field), Path(field, "format"),
-                                           PixelFormatByName, "pixel format", INT32_MIN, INT32_MAX,
-                                           AcceptedNames(NameTable::PixelFormats)));
+    stream.format =
+        static_cast<int>(Named(Required(node, "format", field), Path(field, "format"),
+                               NameTable::PixelFormats, "pixel format", INT32_MIN, INT32_MAX));
     if (node["usage"].IsDefined()) {
         // A number, a name, or a list of names and numbers that are OR'ed.
         const YAML::Node usage = node["usage"];
@@ -108,20 +107,19 @@ StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string&
         uint64_t bits = 0;
         if (usage.IsSequence()) {
             for (size_t i = 0; i < usage.size(); ++i) {
-                bits |= static_cast<uint64_t>(Named(usage[i], Index(name, i), UsageBitByName,
-                                                    "usage bit", 0, UINT32_MAX,
-                                                    AcceptedNames(NameTable::UsageBits)));
+                bits |= static_cast<uint64_t>(Named(usage[i], Index(name, i), NameTable::UsageBits,
+                                                    "usage bit", 0, UINT32_MAX));
             }
         } else {
-            bits = static_cast<uint64_t>(Named(usage, name, UsageBitByName, "usage bit", 0,
-                                               UINT32_MAX, AcceptedNames(NameTable::UsageBits)));
+            bits = static_cast<uint64_t>(
+                Named(usage, name, NameTable::UsageBits, "usage bit", 0, UINT32_MAX));
         }
         stream.usage = static_cast<uint32_t>(bits);
     }
     if (node["data_space"].IsDefined()) {
-        stream.dataSpace = static_cast<int32_t>(
-            Named(node["data_space"], Path(field, "data_space"), DataSpaceByName, "data space",
-                  INT32_MIN, UINT32_MAX, AcceptedNames(NameTable::DataSpaces)));
+        stream.dataSpace =
+            static_cast<int32_t>(Named(node["data_space"], Path(field, "data_space"),
+                                       NameTable::DataSpaces, "data space", INT32_MIN, UINT32_MAX));
     }
     if (node["physical_camera_id"].IsDefined()) {
         const YAML::Node id = node["physical_camera_id"];
@@ -133,15 +131,13 @@ StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string&
     }
     if (node["stream_use_case"].IsDefined()) {
         stream.useCase = Named(node["stream_use_case"], Path(field, "stream_use_case"),
-                               StreamUseCaseByName, "stream use case", INT64_MIN, INT64_MAX,
-                               AcceptedNames(NameTable::StreamUseCases));
+                               NameTable::StreamUseCases, "stream use case", INT64_MIN, INT64_MAX);
     }
     Optional(node, field, "ext_stream_mode", &stream.extMode, &SectionReader::Unsigned32);
     if (node["dynamic_range_profile"].IsDefined()) {
         stream.dynamicRangeProfile =
             Named(node["dynamic_range_profile"], Path(field, "dynamic_range_profile"),
-                  DynamicRangeProfileByName, "dynamic range profile", INT64_MIN, INT64_MAX,
-                  AcceptedNames(NameTable::DynamicRangeProfiles));
+                  NameTable::DynamicRangeProfiles, "dynamic range profile", INT64_MIN, INT64_MAX);
     }
     return stream;
 }

@@ -192,9 +192,9 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         requireBody();
         step.kind = StepKind::Streams;
         CheckFields(body, bodyName, {"role", "frame"});
-        step.role = static_cast<int32_t>(
-            Named(Required(body, "role", bodyName), Path(bodyName, "role"), StreamRoleLookup,
-                  "stream role", 0, 15, AcceptedNames(NameTable::StreamRoles)));
+        step.role =
+            static_cast<int32_t>(Named(Required(body, "role", bodyName), Path(bodyName, "role"),
+                                       NameTable::StreamRoles, "stream role", 0, 15));
         if (body["frame"].IsDefined()) {
             step.hasFrame = true;
             step.frame = Unsigned32(body["frame"], Path(bodyName, "frame"));
@@ -235,9 +235,18 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         CheckFields(body, bodyName, {"frame", "table"});
         step.hasFrame = true;
         step.frame = Unsigned32(Required(body, "frame", bodyName), Path(bodyName, "frame"));
-        step.tuningType =
-            static_cast<uint32_t>(Named(Required(body, "table", bodyName), Path(bodyName, "table"),
-                                        TuningTableLookup, "tuning table", 0, UINT32_MAX));
+        // The library's two request tuning tables, by name or number.
+        const YAML::Node table = Required(body, "table", bodyName);
+        const std::string tableName = Path(bodyName, "table");
+        const std::string text = Text(table, tableName);
+        int64_t number = 0;
+        if (text == "feature1" || text == "feature2") {
+            step.tuningType = text == "feature1" ? 1 : 2;
+        } else if (ParseIntegerText(text, &number)) {
+            step.tuningType = static_cast<uint32_t>(Integer(table, tableName, 0, UINT32_MAX));
+        } else {
+            Fail(table, tableName, "unknown tuning table \"" + text + "\"");
+        }
     } else if (kind == "pipeline" || kind == "sat" || kind == "star_mode_ae") {
         if (hasBody) {
             Fail(body, bodyName, "takes no fields");
