@@ -91,22 +91,10 @@ ReportNode QueryName(const std::string& name) {
     return node;
 }
 
-ReportNode StreamNamesNode(const std::vector<std::string>& names) {
-    ReportNode node = ReportNode::InlineList();
-    for (const std::string& name : names) {
-        node.Push(ReportNode::Text(name));
-    }
-    return node;
-}
-
 // The log lines as "log" when there are any.
 void AttachLog(ReportNode* node, const std::vector<std::string>& lines) {
-    if (lines.empty()) {
-        return;
-    }
-    ReportNode& log = node->Add("log", ReportNode::List());
-    for (const std::string& line : lines) {
-        log.Push(ReportNode::Text(line));
+    if (!lines.empty()) {
+        node->Add("log", ReportNode::Texts(lines, false));
     }
 }
 
@@ -127,7 +115,7 @@ ReportNode CameraCapsNode(const CameraCaps& cameras) {
 ReportNode RolesNode(const RoleStreams& roles) {
     ReportNode node = ReportNode::Map();
     for (const auto& role : roles) {
-        node.Add(StreamRoleName(role.first), StreamNamesNode(role.second));
+        node.Add(StreamRoleName(role.first), ReportNode::Texts(role.second, true));
     }
     node.WithJson(LabelledList(node, "role", false, "streams"));
     return node;
@@ -381,7 +369,7 @@ ReportNode StepNode(const _StepRecord& record) {
             if (step.hasFrame) {
                 report.Add("frame", ReportNode::Integer(step.frame));
             }
-            report.Add("streams", HeldOr(record.held, StreamNamesNode(record.streams)));
+            report.Add("streams", HeldOr(record.held, ReportNode::Texts(record.streams, true)));
             break;
         case StepKind::SensorMode:
             report.Add("query", QueryName("sensor mode"));
