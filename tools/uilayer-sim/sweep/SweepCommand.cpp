@@ -107,8 +107,8 @@ int RunSweepCommand(const CommandLine& line) {
     options.selection.useCases = line.Has("--use-cases");
     const auto check = [&](const char* name, bool valid) {
         if (line.Has(name) && !valid) {
-            throw UsageError(std::string(name) + ": '" + line.Value(name, "") +
-                             "' is not a valid value");
+            throw UsageError(std::string(name) + " needs a valid value, not \"" +
+                             line.Value(name, "") + "\"");
         }
     };
     options.hasCamera = line.Has("--camera");
