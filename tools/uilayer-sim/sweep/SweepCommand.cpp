@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <stdexcept>
 
 #include "core/Commands.h"
@@ -59,18 +60,13 @@ bool ParseOperationMode(std::string text, uint32_t* mode) {
 }
 
 bool ParseLevel(const std::string& text, HardwareLevel* level) {
-    if (text == "legacy") {
-        *level = HardwareLevel::Legacy;
-    } else if (text == "limited") {
-        *level = HardwareLevel::Limited;
-    } else if (text == "full") {
-        *level = HardwareLevel::Full;
-    } else if (text == "3") {
-        *level = HardwareLevel::Level3;
-    } else {
-        return false;
+    for (size_t i = 0; i < std::size(kLevelNames); ++i) {
+        if (text == kLevelNames[i]) {
+            *level = static_cast<HardwareLevel>(i);
+            return true;
+        }
     }
-    return true;
+    return false;
 }
 
 std::string BaseNameOf(const std::string& path) {

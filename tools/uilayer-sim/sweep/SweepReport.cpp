@@ -8,7 +8,6 @@ namespace UilayerSim {
 
 namespace {
 
-constexpr const char* kLevelNames[] = {"legacy", "limited", "full", "3"};
 constexpr const char* kStatusNames[] = {"configured", "failed", "aborted", "crashed"};
 
 ReportNode SizeText(StreamSize size) {
