@@ -20,19 +20,6 @@ ReportNode CapabilityNode(uint32_t bit) {
     return node;
 }
 
-// The JSON shape of answers by capability: a list of {"bit", "name",
-// "supported"}.
-ReportNode AnswersJson(const std::vector<uint32_t>& bits, const ReportNode& answers) {
-    ReportNode list = ReportNode::List();
-    for (size_t i = 0; i < bits.size() && i < answers.Entries().size(); ++i) {
-        ReportNode& item = list.Push(ReportNode::Map());
-        item.Add("bit", ReportNode::Integer(bits[i]));
-        item.Add("name", ReportNode::Text(CapabilityName(bits[i])));
-        item.Add("supported", answers.Entries()[i].second);
-    }
-    return list;
-}
-
 // A text for the user; null in JSON.
 ReportNode NoteOrNull(const char* text) {
     ReportNode node = ReportNode::Text(text);
@@ -125,10 +112,15 @@ ReportNode RolesNode(const RoleStreams& roles) {
 // "supported"}.
 ReportNode AnswersNode(const std::vector<uint32_t>& bits, const std::vector<bool>& answers) {
     ReportNode node = ReportNode::Map();
+    ReportNode json = ReportNode::List();
     for (size_t i = 0; i < bits.size(); ++i) {
         node.Add(CapabilityName(bits[i]), ReportNode::Boolean(answers[i]));
+        ReportNode& item = json.Push(ReportNode::Map());
+        item.Add("bit", ReportNode::Integer(bits[i]));
+        item.Add("name", ReportNode::Text(CapabilityName(bits[i])));
+        item.Add("supported", ReportNode::Boolean(answers[i]));
     }
-    node.WithJson(AnswersJson(bits, node));
+    node.WithJson(json);
     return node;
 }
 
@@ -208,97 +200,6 @@ ReportNode DeviceNode(const _ReplayRecord& record) {
     }
     AttachLog(&device, record.deviceLog);
     return device;
-}
-
-ReportNode SessionNode(const _SessionRecord& session);
-ReportNode StepNode(const _StepRecord& record);
-
-}  // namespace
-
-ReportNode ReplayReport(const _ReplayRecord& record) {
-    ReportNode report = ReportNode::Map();
-    report.Add("scenario", ReportNode::Text(record.scenario));
-    report.Add("configuration", ReportNode::Text(record.configuration));
-    report.Add("device", DeviceNode(record));
-    ReportNode& sessions = report.Add("sessions", ReportNode::List());
-    for (const _SessionRecord& session : record.sessions) {
-        sessions.Push(SessionNode(session));
-    }
-    return report;
-}
-
-namespace {
-
-ReportNode SessionNode(const _SessionRecord& session) {
-    ReportNode report = ReportNode::Map();
-    report.Add("session", ReportNode::Text(session.name));
-    report.Add("camera", ReportNode::Integer(session.camera));
-    ReportNode& configure = report.Add("configure", ReportNode::Map());
-    configure.Add("ParseStaticCapabilities", ReportNode::Integer(session.staticCode));
-    configure.Add("ParseStreamCapabilities", ReportNode::Integer(session.streamCode));
-    AttachLog(&configure, session.configureLog);
-    report.Add("operation mode", ReportNode::Hex(session.operationMode));
-    if (session.configuredOperationMode != session.operationMode) {
-        report.Add("rewritten operation mode", ReportNode::Hex(session.configuredOperationMode));
-    }
-    report.Add("package", TextOrNone(session.package));
-    report.Add("activity", TextOrNone(session.activity));
-    report.Add("camera mode", TextOrNone(session.cameraMode));
-    report.Add("pipeline", TextOrNone(session.pipeline));
-    report.Add("facts",
-               session.facts ? FactsNode(*session.facts, session.operationMode) : ReportNode());
-    report.Add("logical caps", CapsNode(session.logicalCaps));
-    report.Add("physical caps", CameraCapsNode(session.physicalCaps));
-    ReportNode& streams = report.Add("streams", ReportNode::Map());
-    for (const _StreamRecord& stream : session.streams) {
-        ReportNode& node = streams.Add(stream.name, ReportNode::Map());
-        node.Add("role", ReportNode::Text(StreamRoleName(stream.role)));
-        node.Add("camera index", ReportNode::Integer(stream.cameraIndex));
-        if (stream.extFlags != 0) {
-            node.Add("ext_stream_flags", ReportNode::Integer(stream.extFlags));
-        }
-    }
-    streams.WithJson(LabelledList(streams, "name", false, "role"));
-    report.Add("roles", RolesNode(session.roles));
-    ReportNode& written = report.Add("session parameters written", ReportNode::Map());
-    if (!session.hasSessionParams) {
-        written.Add("IsGenericCam", NoteOrNull("no session parameters"));
-    } else {
-        written.Add("IsGenericCam", session.isGenericCam
-                                        ? ReportNode::Integer(*session.isGenericCam)
-                                        : NoteOrNull("absent"));
-        written.Add("SupportedAINRType", session.supportedAinrType
-                                             ? ReportNode::Integer(*session.supportedAinrType)
-                                             : NoteOrNull("absent"));
-    }
-    report.Add("SAT", SatNode(session.sat));
-    ReportNode& warmStart = report.Add("warm start", ReportNode::Map());
-    for (const _WarmStartRecord& state : session.warmStart) {
-        warmStart.Add("camera " + std::to_string(state.camera), WarmStartNode(state, false));
-    }
-    warmStart.WithJson(LabelledList(warmStart, "camera_id", true, "state"));
-    ReportNode& sizes = report.Add("sensor dimensions", ReportNode::Map());
-    ReportNode sizeRows = ReportNode::List();
-    for (size_t i = 0; i < session.sensorDimensions.size(); ++i) {
-        const Lumora::_SensorDimension& row = session.sensorDimensions[i];
-        sizes.Add("row " + std::to_string(i),
-                  ReportNode::Text("camera " + std::to_string(row.physicalCamId) + ", " +
-                                   std::to_string(row.width) + "x" + std::to_string(row.height)));
-        ReportNode& json = sizeRows.Push(ReportNode::Map());
-        json.Add("row", ReportNode::Integer(static_cast<int64_t>(i)));
-        json.Add("camera_id", ReportNode::Integer(row.physicalCamId));
-        json.Add("width", ReportNode::Integer(row.width));
-        json.Add("height", ReportNode::Integer(row.height));
-    }
-    sizes.WithJson(sizeRows);
-    report.Add("star mode AE", StarModeNode(session.starMode));
-    report.Add("video stabilization mode", ReportNode::Integer(session.videoStabMode));
-    report.Add("disable AE precapture", ReportNode::Boolean(session.disableAePrecapture));
-    ReportNode& steps = report.Add("steps", ReportNode::List());
-    for (const _StepRecord& step : session.steps) {
-        steps.Push(StepNode(step));
-    }
-    return report;
 }
 
 ReportNode RepeatNode(const _StepRecord& record) {
@@ -433,6 +334,90 @@ ReportNode StepNode(const _StepRecord& record) {
     return report;
 }
 
+ReportNode SessionNode(const _SessionRecord& session) {
+    ReportNode report = ReportNode::Map();
+    report.Add("session", ReportNode::Text(session.name));
+    report.Add("camera", ReportNode::Integer(session.camera));
+    ReportNode& configure = report.Add("configure", ReportNode::Map());
+    configure.Add("ParseStaticCapabilities", ReportNode::Integer(session.staticCode));
+    configure.Add("ParseStreamCapabilities", ReportNode::Integer(session.streamCode));
+    AttachLog(&configure, session.configureLog);
+    report.Add("operation mode", ReportNode::Hex(session.operationMode));
+    if (session.configuredOperationMode != session.operationMode) {
+        report.Add("rewritten operation mode", ReportNode::Hex(session.configuredOperationMode));
+    }
+    report.Add("package", TextOrNone(session.package));
+    report.Add("activity", TextOrNone(session.activity));
+    report.Add("camera mode", TextOrNone(session.cameraMode));
+    report.Add("pipeline", TextOrNone(session.pipeline));
+    report.Add("facts",
+               session.facts ? FactsNode(*session.facts, session.operationMode) : ReportNode());
+    report.Add("logical caps", CapsNode(session.logicalCaps));
+    report.Add("physical caps", CameraCapsNode(session.physicalCaps));
+    ReportNode& streams = report.Add("streams", ReportNode::Map());
+    for (const _StreamRecord& stream : session.streams) {
+        ReportNode& node = streams.Add(stream.name, ReportNode::Map());
+        node.Add("role", ReportNode::Text(StreamRoleName(stream.role)));
+        node.Add("camera index", ReportNode::Integer(stream.cameraIndex));
+        if (stream.extFlags != 0) {
+            node.Add("ext_stream_flags", ReportNode::Integer(stream.extFlags));
+        }
+    }
+    streams.WithJson(LabelledList(streams, "name", false, "role"));
+    report.Add("roles", RolesNode(session.roles));
+    ReportNode& written = report.Add("session parameters written", ReportNode::Map());
+    if (!session.hasSessionParams) {
+        written.Add("IsGenericCam", NoteOrNull("no session parameters"));
+    } else {
+        written.Add("IsGenericCam", session.isGenericCam
+                                        ? ReportNode::Integer(*session.isGenericCam)
+                                        : NoteOrNull("absent"));
+        written.Add("SupportedAINRType", session.supportedAinrType
+                                             ? ReportNode::Integer(*session.supportedAinrType)
+                                             : NoteOrNull("absent"));
+    }
+    report.Add("SAT", SatNode(session.sat));
+    ReportNode& warmStart = report.Add("warm start", ReportNode::Map());
+    for (const _WarmStartRecord& state : session.warmStart) {
+        warmStart.Add("camera " + std::to_string(state.camera), WarmStartNode(state, false));
+    }
+    warmStart.WithJson(LabelledList(warmStart, "camera_id", true, "state"));
+    ReportNode& sizes = report.Add("sensor dimensions", ReportNode::Map());
+    ReportNode sizeRows = ReportNode::List();
+    for (size_t i = 0; i < session.sensorDimensions.size(); ++i) {
+        const Lumora::_SensorDimension& row = session.sensorDimensions[i];
+        sizes.Add("row " + std::to_string(i),
+                  ReportNode::Text("camera " + std::to_string(row.physicalCamId) + ", " +
+                                   std::to_string(row.width) + "x" + std::to_string(row.height)));
+        ReportNode& json = sizeRows.Push(ReportNode::Map());
+        json.Add("row", ReportNode::Integer(static_cast<int64_t>(i)));
+        json.Add("camera_id", ReportNode::Integer(row.physicalCamId));
+        json.Add("width", ReportNode::Integer(row.width));
+        json.Add("height", ReportNode::Integer(row.height));
+    }
+    sizes.WithJson(sizeRows);
+    report.Add("star mode AE", StarModeNode(session.starMode));
+    report.Add("video stabilization mode", ReportNode::Integer(session.videoStabMode));
+    report.Add("disable AE precapture", ReportNode::Boolean(session.disableAePrecapture));
+    ReportNode& steps = report.Add("steps", ReportNode::List());
+    for (const _StepRecord& step : session.steps) {
+        steps.Push(StepNode(step));
+    }
+    return report;
+}
+
 }  // namespace
+
+ReportNode ReplayReport(const _ReplayRecord& record) {
+    ReportNode report = ReportNode::Map();
+    report.Add("scenario", ReportNode::Text(record.scenario));
+    report.Add("configuration", ReportNode::Text(record.configuration));
+    report.Add("device", DeviceNode(record));
+    ReportNode& sessions = report.Add("sessions", ReportNode::List());
+    for (const _SessionRecord& session : record.sessions) {
+        sessions.Push(SessionNode(session));
+    }
+    return report;
+}
 
 }  // namespace UilayerSim
