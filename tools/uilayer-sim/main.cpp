@@ -112,7 +112,7 @@ const std::vector<Subcommand>& Commands() {
           {"--json", nullptr, "write the report as JSON"}},
          1,
          1,
-         UilayerSim::RunSweepTableCommand},
+         UilayerSim::RunSweepCommand},
     };
     return commands;
 }

@@ -1,11 +1,17 @@
 // The subcommands of uilayer-sim, each run on its parsed command line and
-// returning the exit status.
+// returning the exit status; each is defined in its command's folder. Also
+// what the commands share: the sibling root, reading the scenario, writing out.
 #ifndef UILAYER_SIM_COMMANDS_H
 #define UILAYER_SIM_COMMANDS_H
 
+#include <string>
+
 #include "core/Cli.h"
+#include "core/Scenario.h"
 
 namespace UilayerSim {
+
+struct ReplayOptions;
 
 // SCENARIO [--json] [--log] [--no-lint]
 int RunReplayCommand(const CommandLine& line);
@@ -15,7 +21,23 @@ int RunExplainCommand(const CommandLine& line);
 int RunLintCommand(const CommandLine& line);
 // caps|tags|formats|roles
 int RunNamesCommand(const CommandLine& line);
-int RunSweepTableCommand(const CommandLine& line);
+// DEVICE [--config FILE] [--camera ID] [--operation-mode M] [--level L] ...
+int RunSweepCommand(const CommandLine& line);
+
+// The root holding the host sibling camera layer: UILAYER_SIM_SIBLING_ROOT, or
+// the build tree's.
+std::string SiblingRoot();
+// Reads the scenario of the command line; false (after saying why on
+// standard error) when it cannot be read or has a mistake.
+bool LoadScenario(const std::string& path, Scenario* scenario);
+// The options of a replay run from the command line, with the abort and
+// interrupt handlers installed.
+ReplayOptions CommandReplayOptions(bool log);
+// A misspelt group or key silently turns a rule off: unless --no-lint, the
+// scenario's configuration is linted first and each finding is a warning on
+// standard error; the replay, its output and its status do not change.
+void LintBeforeReplay(const CommandLine& line, const Scenario& scenario);
+void WriteOut(const std::string& text);
 
 }  // namespace UilayerSim
 

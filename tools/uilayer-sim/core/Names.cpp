@@ -4,6 +4,7 @@
 #include <system/camera_metadata.h>
 #include <system/graphics.h>
 
+#include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -12,6 +13,8 @@
 #include "IuiLayer.h"
 #include "common/StreamRoles.h"
 #include "common/VendorTags.h"
+#include "core/Commands.h"
+#include "core/Suggest.h"
 
 namespace UilayerSim {
 
@@ -129,24 +132,6 @@ constexpr NamedValue kStandardTags[] = {
     {"ANDROID_SENSOR_SENSITIVITY", ANDROID_SENSOR_SENSITIVITY},
 };
 
-// Looks `name` up by its full name or by the name without `prefix`.
-template <size_t N>
-bool Lookup(const NamedValue (&table)[N], const char* prefix, const std::string& name,
-            int64_t* value) {
-    const size_t prefixLength = strlen(prefix);
-    for (const NamedValue& entry : table) {
-        const char* shortName = entry.name;
-        if (strncmp(shortName, prefix, prefixLength) == 0) {
-            shortName += prefixLength;
-        }
-        if (name == entry.name || name == shortName) {
-            *value = entry.value;
-            return true;
-        }
-    }
-    return false;
-}
-
 template <size_t N>
 void AppendTable(const NamedValue (&table)[N], const char* prefix, bool withFull,
                  std::vector<NamedNumber>* out) {
@@ -249,46 +234,19 @@ std::string StreamRoleName(int32_t role) {
     return "Type" + std::to_string(role);
 }
 
-bool StreamRoleByName(const std::string& name, int32_t* role) {
-    const std::string prefix = "EStreamType";
-    const std::string shortName =
-        name.compare(0, prefix.size(), prefix) == 0 ? name.substr(prefix.size()) : name;
-    for (size_t i = 0; i < std::size(Lumora::kStreamRoles); ++i) {
-        if (shortName == Lumora::kStreamRoles[i].name) {
-            *role = static_cast<int32_t>(i);
+bool NumberByName(NameTable table, const std::string& name, int64_t* value) {
+    for (const NamedNumber& entry : Table(table, true)) {
+        if (entry.name == name) {
+            *value = entry.value;
             return true;
         }
     }
     return false;
 }
 
-bool PixelFormatByName(const std::string& name, int64_t* value) {
-    return Lookup(kPixelFormats, "HAL_PIXEL_FORMAT_", name, value);
-}
-
-bool UsageBitByName(const std::string& name, int64_t* value) {
-    return Lookup(kUsageBits, "GRALLOC_USAGE_", name, value);
-}
-
-bool DataSpaceByName(const std::string& name, int64_t* value) {
-    return Lookup(kDataSpaces, "HAL_DATASPACE_", name, value);
-}
-
-bool StreamTypeByName(const std::string& name, int64_t* value) {
-    return Lookup(kStreamTypes, "CAMERA3_STREAM_", name, value);
-}
-
-bool StreamUseCaseByName(const std::string& name, int64_t* value) {
-    return Lookup(kStreamUseCases, "StreamUseCase", name, value);
-}
-
-bool DynamicRangeProfileByName(const std::string& name, int64_t* value) {
-    return Lookup(kDynamicRangeProfiles, "", name, value);
-}
-
 bool StandardTagByName(const std::string& name, uint32_t* tag) {
     int64_t value = 0;
-    if (!Lookup(kStandardTags, "", name, &value)) {
+    if (!NumberByName(NameTable::StandardTags, name, &value)) {
         return false;
     }
     *tag = static_cast<uint32_t>(value);
@@ -347,6 +305,47 @@ const char* ElementTypeName(ElementType type) {
             break;
     }
     return "unknown";
+}
+
+namespace {
+
+struct NameListing {
+    const char* name;
+    NameTable table;
+    bool hex;  // values in hexadecimal (tags)
+};
+
+constexpr NameListing kListings[] = {
+    {"caps", NameTable::Capabilities, false},
+    {"tags", NameTable::StandardTags, true},
+    {"formats", NameTable::PixelFormats, false},
+    {"roles", NameTable::StreamRoles, false},
+};
+
+}  // namespace
+
+int RunNamesCommand(const CommandLine& line) {
+    const std::string& which = line.operands.front();
+    std::vector<std::string> known;
+    for (const NameListing& listing : kListings) {
+        known.push_back(listing.name);
+        if (which != listing.name) {
+            continue;
+        }
+        for (const NamedNumber& entry : ListNames(listing.table)) {
+            if (listing.hex) {
+                printf("0x%" PRIX64 "\t%s\n", static_cast<uint64_t>(entry.value),
+                       entry.name.c_str());
+            } else {
+                printf("%" PRId64 "\t%s\n", entry.value, entry.name.c_str());
+            }
+        }
+        return kExitDone;
+    }
+    const std::string closest = ClosestName(which, known);
+    throw UsageError("no list named '" + which + "'" +
+                     (closest.empty() ? "; the lists are caps, tags, formats and roles"
+                                      : " (did you mean '" + closest + "'?)"));
 }
 
 }  // namespace UilayerSim

@@ -23,20 +23,6 @@ bool CapabilityByName(const std::string& name, uint32_t* bit);
 // Role name without its prefix ("Preview"); "None" for 0 and "Type<N>" for
 // values outside the table.
 std::string StreamRoleName(int32_t role);
-// Role by name, with or without the "EStreamType" prefix.
-bool StreamRoleByName(const std::string& name, int32_t* role);
-
-// Public names of the values a stream carries; each accepts the full name
-// ("HAL_PIXEL_FORMAT_RAW16") and the short one ("RAW16").
-bool PixelFormatByName(const std::string& name, int64_t* value);
-bool UsageBitByName(const std::string& name, int64_t* value);
-bool DataSpaceByName(const std::string& name, int64_t* value);
-bool StreamTypeByName(const std::string& name, int64_t* value);
-// Vendor stream use cases ("StreamUseCaseRawFull" or "RawFull").
-bool StreamUseCaseByName(const std::string& name, int64_t* value);
-// "STANDARD", "HLG10", "HDR10", "HDR10_PLUS".
-bool DynamicRangeProfileByName(const std::string& name, int64_t* value);
-
 // Standard metadata tags by their public names ("ANDROID_CONTROL_ZOOM_RATIO").
 bool StandardTagByName(const std::string& name, uint32_t* tag);
 // Public name of a standard tag, or its number in hexadecimal.
@@ -70,6 +56,10 @@ struct NamedNumber {
 std::vector<NamedNumber> ListNames(NameTable table);
 // Every name a lookup of `table` accepts, short and full.
 std::vector<std::string> AcceptedNames(NameTable table);
+// The value of a name of `table` other than Capabilities, full
+// ("HAL_PIXEL_FORMAT_RAW16", "EStreamTypePreview") or short ("RAW16",
+// "Preview"); false when unknown.
+bool NumberByName(NameTable table, const std::string& name, int64_t* value);
 
 }  // namespace UilayerSim
 

@@ -63,6 +63,14 @@ ReportNode ReportNode::InlineList() {
     return node;
 }
 
+ReportNode ReportNode::Texts(const std::vector<std::string>& texts, bool inlined) {
+    ReportNode node = inlined ? InlineList() : List();
+    for (const std::string& text : texts) {
+        node.Push(Text(text));
+    }
+    return node;
+}
+
 ReportNode ReportNode::Map() {
     ReportNode node;
     node.m_kind = Kind::Map;
@@ -170,8 +178,6 @@ void WriteText(const ReportNode& node, int indent, std::string* out) {
     }
 }
 
-void WriteJson(const ReportNode& node, int indent, std::string* out);
-
 void WriteJsonScalar(const ReportNode& node, std::string* out) {
     switch (node.GetKind()) {
         case ReportNode::Kind::Null:
@@ -186,78 +192,35 @@ void WriteJsonScalar(const ReportNode& node, std::string* out) {
     }
 }
 
-// On one line: the items of an inline list.
-void WriteCompactJson(const ReportNode& node, std::string* out) {
+// Indented two spaces per level, or on one line when `compact` (the items of
+// an inline list and all below them).
+void WriteJson(const ReportNode& node, int indent, bool compact, std::string* out) {
     if (node.Json() != nullptr) {
-        WriteCompactJson(*node.Json(), out);
+        WriteJson(*node.Json(), indent, compact, out);
         return;
     }
-    if (node.GetKind() == ReportNode::Kind::Map) {
-        *out += "{";
-        bool first = true;
-        for (const auto& entry : node.Entries()) {
-            *out += first ? "" : ", ";
-            first = false;
-            *out += JsonQuote(JsonKey(entry.first)) + ": ";
-            WriteCompactJson(entry.second, out);
-        }
-        *out += "}";
-    } else if (node.GetKind() == ReportNode::Kind::List) {
-        *out += "[";
-        bool first = true;
-        for (const ReportNode& item : node.Items()) {
-            *out += first ? "" : ", ";
-            first = false;
-            WriteCompactJson(item, out);
-        }
-        *out += "]";
-    } else {
+    const bool map = node.GetKind() == ReportNode::Kind::Map;
+    if (!IsContainer(node)) {
         WriteJsonScalar(node, out);
-    }
-}
-
-void WriteJson(const ReportNode& node, int indent, std::string* out) {
-    if (node.Json() != nullptr) {
-        WriteJson(*node.Json(), indent, out);
         return;
     }
-    const std::string pad(static_cast<size_t>(indent + 2), ' ');
-    const std::string closePad(static_cast<size_t>(indent), ' ');
-    if (node.GetKind() == ReportNode::Kind::Map) {
-        if (node.Empty()) {
-            *out += "{}";
-            return;
-        }
-        *out += "{\n";
-        bool first = true;
-        for (const auto& entry : node.Entries()) {
-            *out += first ? "" : ",\n";
-            first = false;
-            *out += pad + JsonQuote(JsonKey(entry.first)) + ": ";
-            WriteJson(entry.second, indent + 2, out);
-        }
-        *out += "\n" + closePad + "}";
-    } else if (node.GetKind() == ReportNode::Kind::List) {
-        if (node.Empty()) {
-            *out += "[]";
-            return;
-        }
-        if (node.IsInline()) {
-            WriteCompactJson(node, out);
-            return;
-        }
-        *out += "[\n";
-        bool first = true;
-        for (const ReportNode& item : node.Items()) {
-            *out += first ? "" : ",\n";
-            first = false;
-            *out += pad;
-            WriteJson(item, indent + 2, out);
-        }
-        *out += "\n" + closePad + "]";
-    } else {
-        WriteJsonScalar(node, out);
+    if (node.Empty()) {
+        *out += map ? "{}" : "[]";
+        return;
     }
+    compact = compact || node.IsInline();
+    const std::string pad = compact ? "" : "\n" + std::string(static_cast<size_t>(indent + 2), ' ');
+    *out += map ? "{" : "[";
+    const size_t count = map ? node.Entries().size() : node.Items().size();
+    for (size_t i = 0; i < count; ++i) {
+        *out += (i == 0 ? "" : compact ? ", " : ",") + pad;
+        if (map) {
+            *out += JsonQuote(JsonKey(node.Entries()[i].first)) + ": ";
+        }
+        WriteJson(map ? node.Entries()[i].second : node.Items()[i], indent + 2, compact, out);
+    }
+    *out +=
+        (compact ? "" : "\n" + std::string(static_cast<size_t>(indent), ' ')) + (map ? "}" : "]");
 }
 
 }  // namespace
@@ -274,7 +237,7 @@ std::string RenderText(const ReportNode& node) {
 
 std::string RenderJson(const ReportNode& node) {
     std::string out;
-    WriteJson(node, 0, &out);
+    WriteJson(node, 0, false, &out);
     out += "\n";
     return out;
 }

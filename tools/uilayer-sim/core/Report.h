@@ -28,6 +28,8 @@ public:
     // A list of scalars written on one line in text ("a, b, c").
     static ReportNode InlineList();
     static ReportNode Map();
+    // A list of texts; on one line in text when `inlined`.
+    static ReportNode Texts(const std::vector<std::string>& texts, bool inlined);
 
     Kind GetKind() const { return m_kind; }
     bool IsInline() const { return m_inline; }

@@ -18,16 +18,6 @@ class ScenarioError : public std::runtime_error {
 public:
     ScenarioError(const std::string& file, int line, const std::string& field,
                   const std::string& reason);
-    const std::string& File() const { return m_file; }
-    int Line() const { return m_line; }
-    const std::string& Field() const { return m_field; }
-    const std::string& Reason() const { return m_reason; }
-
-private:
-    std::string m_file;
-    int m_line;
-    std::string m_field;
-    std::string m_reason;
 };
 
 // Reads and checks the scenario at `path`; throws ScenarioError.

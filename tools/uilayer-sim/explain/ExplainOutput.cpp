@@ -37,14 +37,6 @@ void AddLog(std::string* out, const std::string& heading, const std::string& ste
     }
 }
 
-ReportNode TextList(const std::vector<std::string>& items) {
-    ReportNode list = ReportNode::List();
-    for (const std::string& item : items) {
-        list.Push(ReportNode::Text(item));
-    }
-    return list;
-}
-
 ReportNode InputNode(const _ExplainInput& input) {
     ReportNode node = ReportNode::Map();
     node.Add("input", ReportNode::Text(input.what));
@@ -63,7 +55,7 @@ ReportNode StepNode(const std::string& step, const std::vector<std::string>& log
     }
     ReportNode node = ReportNode::Map();
     node.Add("step", ReportNode::Text(step));
-    node.Add("log", TextList(log));
+    node.Add("log", ReportNode::Texts(log, false));
     return node;
 }
 
@@ -127,7 +119,7 @@ std::string RenderExplanationJson(const _Explanation& e) {
     root.Add("camera", e.camera < 0 ? ReportNode::Text("logical") : ReportNode::Integer(e.camera));
     root.Add("frame", e.hasFrame ? ReportNode::Integer(e.frame) : ReportNode());
     root.Add("set", ReportNode::Boolean(e.set));
-    root.Add("set on", TextList(e.setOn));
+    root.Add("set on", ReportNode::Texts(e.setOn, false));
     if (!e.hasFrame) {
         root.Add("set by", StepNode(e.setBy, e.setByLog));
         root.Add("cleared by", StepNode(e.clearedBy, e.clearedByLog));

@@ -1,4 +1,5 @@
-// Replays a scenario against the library and reports every decision by name.
+// Replays a scenario against the library and reports every decision by name:
+// the replay records the decisions, a writer turns the record into the report.
 #ifndef UILAYER_SIM_REPLAY_H
 #define UILAYER_SIM_REPLAY_H
 
@@ -8,6 +9,7 @@
 
 #include "core/Report.h"
 #include "core/Scenario.h"
+#include "replay/ReplayRecord.h"
 
 namespace UilayerSim {
 
@@ -25,9 +27,13 @@ struct ReplayOptions {
 
 // Builds the device in memory, loads the configuration, sets the properties,
 // writes the device files under a temporary device root, then runs every
-// session and step in order. Throws std::runtime_error when the device cannot
-// be set up; nothing of the scenario reaches the library before all of it is
-// prepared.
+// session and step in order and records what the library decided. Throws
+// std::runtime_error when the device cannot be set up; nothing of the scenario
+// reaches the library before all of it is prepared.
+_ReplayRecord RecordReplay(const Scenario& scenario, const ReplayOptions& options);
+// The report of a replay record, for RenderText or RenderJson.
+ReportNode ReplayReport(const _ReplayRecord& record);
+// RecordReplay, then ReplayReport.
 ReportNode Replay(const Scenario& scenario, const ReplayOptions& options);
 
 // The physical camera ids of the session's camera record, in record order.

@@ -33,6 +33,8 @@ enum class StreamUseCase : int64_t {
 enum class CombinationTable { Legacy, Limited, Full, Raw, Level3, TenBit, UseCases };
 
 enum class HardwareLevel { Legacy, Limited, Full, Level3 };
+// The levels by name, in HardwareLevel order.
+inline constexpr const char* kLevelNames[] = {"legacy", "limited", "full", "3"};
 
 struct StreamTarget {
     StreamKind kind = StreamKind::Priv;

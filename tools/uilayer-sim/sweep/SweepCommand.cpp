@@ -1,4 +1,5 @@
-#include "sweep/SweepCommand.h"
+// uilayer-sim sweep: configures every guaranteed stream combination against a
+// device and writes the table.
 
 #include <HostConfigText.h>
 #include <hardware/camera3.h>
@@ -7,28 +8,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <stdexcept>
 
+#include "core/Commands.h"
 #include "core/ScenarioReader.h"
 #include "sweep/Sweep.h"
 
 namespace UilayerSim {
 
-const char* const kSweepUsage =
-    "uilayer-sim sweep DEVICE [--config FILE] [--camera ID] [--operation-mode M] "
-    "[--level legacy|limited|full|3] [--raw] [--ten-bit] [--use-cases] [--json]";
-
 namespace {
-
-constexpr int kUsageError = 2;
-constexpr int kSetupError = 3;
-
-struct SweepCommandLine {
-    std::string device;
-    std::string config;
-    bool json = false;
-    SweepOptions options;
-};
 
 // A whole unsigned 32-bit number, decimal or 0x hexadecimal.
 bool ParseNumber(const std::string& text, uint32_t* value) {
@@ -71,66 +60,13 @@ bool ParseOperationMode(std::string text, uint32_t* mode) {
 }
 
 bool ParseLevel(const std::string& text, HardwareLevel* level) {
-    if (text == "legacy") {
-        *level = HardwareLevel::Legacy;
-    } else if (text == "limited") {
-        *level = HardwareLevel::Limited;
-    } else if (text == "full") {
-        *level = HardwareLevel::Full;
-    } else if (text == "3") {
-        *level = HardwareLevel::Level3;
-    } else {
-        return false;
-    }
-    return true;
-}
-
-// False (after a message) when the command line is wrong.
-bool ParseCommandLine(const std::vector<std::string>& args, SweepCommandLine* line) {
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        const bool hasValue = i + 1 < args.size();
-        const std::string value = hasValue ? args[i + 1] : std::string();
-        bool valid = true;
-        if (arg == "--json") {
-            line->json = true;
-        } else if (arg == "--raw") {
-            line->options.selection.raw = true;
-        } else if (arg == "--ten-bit") {
-            line->options.selection.tenBit = true;
-        } else if (arg == "--use-cases") {
-            line->options.selection.useCases = true;
-        } else if (arg == "--config") {
-            valid = hasValue && !value.empty();
-            line->config = value;
-            ++i;
-        } else if (arg == "--camera") {
-            valid = hasValue && ParseNumber(value, &line->options.camera);
-            line->options.hasCamera = true;
-            ++i;
-        } else if (arg == "--operation-mode") {
-            valid = hasValue && ParseOperationMode(value, &line->options.operationMode);
-            ++i;
-        } else if (arg == "--level") {
-            valid = hasValue && ParseLevel(value, &line->options.selection.level);
-            ++i;
-        } else if (!arg.empty() && arg[0] != '-' && line->device.empty()) {
-            line->device = arg;
-        } else {
-            fprintf(stderr, "uilayer-sim sweep: unexpected argument \"%s\"\n", arg.c_str());
-            return false;
-        }
-        if (!valid) {
-            fprintf(stderr, "uilayer-sim sweep: %s needs %s\n", arg.c_str(),
-                    hasValue ? ("a valid value, not \"" + value + "\"").c_str() : "a value");
-            return false;
+    for (size_t i = 0; i < std::size(kLevelNames); ++i) {
+        if (text == kLevelNames[i]) {
+            *level = static_cast<HardwareLevel>(i);
+            return true;
         }
     }
-    if (line->device.empty()) {
-        fprintf(stderr, "uilayer-sim sweep: no DEVICE given\n");
-        return false;
-    }
-    return true;
+    return false;
 }
 
 std::string BaseNameOf(const std::string& path) {
@@ -159,36 +95,47 @@ bool OverrideConfiguration(const std::string& path, Scenario* device) {
 
 }  // namespace
 
-int RunSweepCommand(const std::vector<std::string>& args, const std::string& siblingRoot) {
-    SweepCommandLine line;
-    if (!ParseCommandLine(args, &line)) {
-        fprintf(stderr, "usage: %s\n", kSweepUsage);
-        return kUsageError;
-    }
-    line.options.siblingRoot = siblingRoot;
+int RunSweepCommand(const CommandLine& line) {
+    SweepOptions options;
+    options.siblingRoot = SiblingRoot();
+    options.selection.raw = line.Has("--raw");
+    options.selection.tenBit = line.Has("--ten-bit");
+    options.selection.useCases = line.Has("--use-cases");
+    const auto check = [&](const char* name, bool valid) {
+        if (line.Has(name) && !valid) {
+            throw UsageError(std::string(name) + " needs a valid value, not \"" +
+                             line.Value(name, "") + "\"");
+        }
+    };
+    options.hasCamera = line.Has("--camera");
+    check("--camera", ParseNumber(line.Value("--camera", ""), &options.camera));
+    check("--operation-mode",
+          ParseOperationMode(line.Value("--operation-mode", ""), &options.operationMode));
+    check("--level", ParseLevel(line.Value("--level", "full"), &options.selection.level));
+    const std::string config = line.Value("--config", "");
     Scenario device;
     try {
-        device = ReadDeviceOrScenarioFile(line.device);
+        device = ReadDeviceOrScenarioFile(line.operands.front());
     } catch (const ScenarioError& error) {
         fprintf(stderr, "%s\n", error.what());
-        return kUsageError;
+        return kExitUsage;
     }
-    if (!line.config.empty() && !OverrideConfiguration(line.config, &device)) {
-        return kUsageError;
+    if (!config.empty() && !OverrideConfiguration(config, &device)) {
+        return kExitUsage;
     }
     std::string output;
     try {
-        const ReportNode report = SweepReport(RunSweep(device, line.options));
-        output = line.json ? RenderSweepJson(report) : RenderText(report);
+        const ReportNode report = SweepReport(RunSweep(device, options));
+        output = line.Has("--json") ? RenderSweepJson(report) : RenderText(report);
     } catch (const SweepInputError& error) {
         fprintf(stderr, "uilayer-sim sweep: %s\n", error.what());
-        return kUsageError;
+        return kExitUsage;
     } catch (const std::exception& error) {
         fprintf(stderr, "uilayer-sim sweep: %s\n", error.what());
-        return kSetupError;
+        return kExitSetup;
     }
-    fwrite(output.data(), 1, output.size(), stdout);
-    return 0;
+    WriteOut(output);
+    return kExitDone;
 }
 
 }  // namespace UilayerSim

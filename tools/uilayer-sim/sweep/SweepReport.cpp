@@ -8,19 +8,10 @@ namespace UilayerSim {
 
 namespace {
 
-constexpr const char* kLevelNames[] = {"legacy", "limited", "full", "3"};
 constexpr const char* kStatusNames[] = {"configured", "failed", "aborted", "crashed"};
 
 ReportNode SizeText(StreamSize size) {
     return ReportNode::Text(std::to_string(size.width) + "x" + std::to_string(size.height));
-}
-
-ReportNode TextList(const std::vector<std::string>& texts) {
-    ReportNode list = ReportNode::InlineList();
-    for (const std::string& text : texts) {
-        list.Push(ReportNode::Text(text));
-    }
-    return list;
 }
 
 ReportNode TablesNode(const std::vector<StreamCombination>& combinations) {
@@ -45,10 +36,7 @@ ReportNode RowNode(const SweepRow& row, const SizeClasses& sizes) {
     node.Add("result", ReportNode::Text(NameOf(kStatusNames, outcome.status)));
     if (outcome.status == OutcomeStatus::Aborted || outcome.status == OutcomeStatus::Crashed) {
         node.Add("message", ReportNode::Text(outcome.message));
-        ReportNode& log = node.Add("log", ReportNode::List());
-        for (const std::string& line : outcome.log) {
-            log.Push(ReportNode::Text(line));
-        }
+        node.Add("log", ReportNode::Texts(outcome.log, false));
         return node;
     }
     ReportNode& codes = node.Add("return codes", ReportNode::Map());
@@ -65,7 +53,7 @@ ReportNode RowNode(const SweepRow& row, const SizeClasses& sizes) {
             stream.Add("camera index", ReportNode::Integer(outcome.streams[i].cameraIndex));
         }
     }
-    node.Add("logical caps", TextList(outcome.logicalCaps));
+    node.Add("logical caps", ReportNode::Texts(outcome.logicalCaps, true));
     node.Add("sensor mode return code", ReportNode::Integer(outcome.sensorModeCode));
     node.Add("sensor mode index", ReportNode::Integer(outcome.sensorModeIndex));
     node.Add("pipeline", outcome.hasPipeline ? ReportNode::Text(outcome.pipeline) : ReportNode());
@@ -107,10 +95,10 @@ ReportNode SummaryNode(const SweepResult& result) {
     summary.Add("failed", ReportNode::Integer(static_cast<int64_t>(failed.size())));
     summary.Add("aborted", ReportNode::Integer(static_cast<int64_t>(aborted.size())));
     summary.Add("crashed", ReportNode::Integer(static_cast<int64_t>(crashed.size())));
-    summary.Add("failed combinations", TextList(failed));
-    summary.Add("aborted combinations", TextList(aborted));
-    summary.Add("crashed combinations", TextList(crashed));
-    summary.Add("streams without a role", TextList(unlisted));
+    summary.Add("failed combinations", ReportNode::Texts(failed, true));
+    summary.Add("aborted combinations", ReportNode::Texts(aborted, true));
+    summary.Add("crashed combinations", ReportNode::Texts(crashed, true));
+    summary.Add("streams without a role", ReportNode::Texts(unlisted, true));
     return summary;
 }
 

@@ -1,39 +1,11 @@
 #include "sweep/SweepSession.h"
 
-#include <stdexcept>
+#include <algorithm>
 #include <utility>
 
 #include "replay/Replay.h"
 
 namespace UilayerSim {
-
-namespace {
-
-// The replay report entries the sweep reads.
-const ReportNode& Entry(const ReportNode& node, const char* key) {
-    const ReportNode* value = node.Find(key);
-    if (value == nullptr) {
-        throw std::runtime_error(std::string("the replay report has no \"") + key + "\"");
-    }
-    return *value;
-}
-
-int64_t Number(const ReportNode& node, const char* key) {
-    return std::stoll(Entry(node, key).Scalar());
-}
-
-bool InSomeRoleList(const ReportNode& roles, const std::string& name) {
-    for (const auto& role : roles.Entries()) {
-        for (const ReportNode& listed : role.second.Items()) {
-            if (listed.Scalar() == name) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-}  // namespace
 
 CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup session,
                                         const std::string& siblingRoot) {
@@ -48,30 +20,30 @@ CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup ses
     ReplayOptions options;
     options.log = true;
     options.siblingRoot = siblingRoot;
-    const ReportNode report = Replay(scenario, options);
-
-    const ReportNode& replayed = Entry(report, "sessions").Items().at(0);
+    const _SessionRecord replayed = RecordReplay(scenario, options).sessions.at(0);
     CombinationOutcome outcome;
-    const ReportNode& configure = Entry(replayed, "configure");
-    outcome.staticCode = Number(configure, "ParseStaticCapabilities");
-    outcome.streamCode = Number(configure, "ParseStreamCapabilities");
-    const ReportNode& roles = Entry(replayed, "roles");
-    for (const auto& stream : Entry(replayed, "streams").Entries()) {
+    outcome.staticCode = replayed.staticCode;
+    outcome.streamCode = replayed.streamCode;
+    for (const _StreamRecord& stream : replayed.streams) {
         StreamOutcome entry;
-        entry.role = Entry(stream.second, "role").Scalar();
-        entry.cameraIndex = Number(stream.second, "camera index");
-        entry.listed = InSomeRoleList(roles, stream.first);
+        entry.role = StreamRoleName(stream.role);
+        entry.cameraIndex = stream.cameraIndex;
+        for (const auto& role : replayed.roles) {
+            entry.listed = entry.listed || std::find(role.second.begin(), role.second.end(),
+                                                     stream.name) != role.second.end();
+        }
         outcome.streams.push_back(entry);
     }
-    for (const ReportNode& cap : Entry(replayed, "logical caps").Items()) {
-        outcome.logicalCaps.push_back(cap.Scalar());
+    for (uint32_t bit = 0; bit < Lumora::_CapsBitset::kBitCount; ++bit) {
+        if (replayed.logicalCaps.test(bit)) {
+            outcome.logicalCaps.push_back(CapabilityName(bit));
+        }
     }
-    const ReportNode& pipeline = Entry(replayed, "pipeline");
-    outcome.hasPipeline = pipeline.GetKind() != ReportNode::Kind::Null;
-    outcome.pipeline = pipeline.Scalar();
-    const ReportNode& query = Entry(replayed, "steps").Items().at(0);
-    outcome.sensorModeCode = Number(query, "return code");
-    outcome.sensorModeIndex = Number(query, "index");
+    outcome.hasPipeline = replayed.pipeline.has_value();
+    outcome.pipeline = replayed.pipeline.value_or("");
+    const _StepRecord& query = replayed.steps.at(0);
+    outcome.sensorModeCode = query.returnCode;
+    outcome.sensorModeIndex = query.sensorModeIndex;
     return outcome;
 }
 

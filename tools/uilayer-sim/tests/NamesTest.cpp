@@ -31,8 +31,8 @@ TEST(NamesTest, NamesEveryCapabilityBitBothWays) {
             start = slash + 1;
         }
     }
-    int32_t role = -1;
-    EXPECT_TRUE(StreamRoleByName("EStreamTypeSnapshotRAWQcfa2x2", &role));
+    int64_t role = -1;
+    EXPECT_TRUE(NumberByName(NameTable::StreamRoles, "EStreamTypeSnapshotRAWQcfa2x2", &role));
     EXPECT_EQ(9, role);
     EXPECT_EQ("SnapshotRAWQcfa2x2", StreamRoleName(9));
 }

@@ -1,0 +1,58 @@
+// uilayer-sim explain: replays the scenario with its trace recorded and says
+// why a capability is or is not set.
+#include <HostConfigValues.h>
+
+#include <cstdio>
+#include <exception>
+
+#include "core/Commands.h"
+#include "core/TraceRecorder.h"
+#include "explain/Explain.h"
+#include "replay/Replay.h"
+
+namespace UilayerSim {
+
+int RunExplainCommand(const CommandLine& line) {
+    _ExplainQuery query;
+    query.capability = line.operands[1];
+    query.session = line.Value("--session", "");
+    query.camera = line.Value("--camera", "logical");
+    if (line.Has("--frame")) {
+        const std::string frame = line.Value("--frame", "");
+        if (HostPlatform::ParseUInt32(frame, &query.frame) != HostPlatform::NumberStatus::Ok) {
+            throw UsageError("--frame takes a frame number, not '" + frame + "'");
+        }
+        query.hasFrame = true;
+    }
+    try {
+        ParseCapability(query.capability);
+    } catch (const ExplainError& error) {
+        throw UsageError(error.what());
+    }
+    Scenario scenario;
+    if (!LoadScenario(line.operands.front(), &scenario)) {
+        return kExitUsage;
+    }
+    LintBeforeReplay(line, scenario);
+    ReplayOptions options = CommandReplayOptions(true);
+    _Explanation explanation;
+    try {
+        TraceRecorder recorder;
+        if (query.hasFrame) {
+            recorder.RecordOnlyFrame(query.frame);
+        }
+        options.recorder = &recorder;
+        Replay(scenario, options);
+        explanation = Explain(scenario, recorder, query);
+    } catch (const ExplainError& error) {
+        throw UsageError(error.what());
+    } catch (const std::exception& error) {
+        fprintf(stderr, "uilayer-sim: %s\n", error.what());
+        return kExitSetup;
+    }
+    WriteOut(line.Has("--json") ? RenderExplanationJson(explanation)
+                                : RenderExplanationText(explanation));
+    return explanation.set ? kExitDone : kExitFindings;
+}
+
+}  // namespace UilayerSim
