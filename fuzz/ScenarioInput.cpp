@@ -57,6 +57,12 @@ std::string PickText(FuzzedDataProvider& data, const std::vector<std::string>& k
     return choice < known.size() ? known[choice] : data.ConsumeRandomLengthString(kMaxText);
 }
 
+// A value in [min, max], or any value of the type.
+template <typename T>
+T Near(FuzzedDataProvider& data, T min, T max) {
+    return data.ConsumeBool() ? data.ConsumeIntegralInRange(min, max) : data.ConsumeIntegral<T>();
+}
+
 template <typename T>
 const T& PickOne(FuzzedDataProvider& data, const std::vector<T>& items) {
     return items[data.ConsumeIntegralInRange<size_t>(0, items.size() - 1)];
@@ -153,15 +159,6 @@ std::vector<uint32_t> Caps(FuzzedDataProvider& data) {
     return caps;
 }
 
-// The query type of a query step: the logical camera, a physical id, or any.
-uint32_t QueryCamera(FuzzedDataProvider& data) {
-    if (data.ConsumeBool()) {
-        return kLogicalCamera;
-    }
-    return data.ConsumeBool() ? data.ConsumeIntegralInRange<uint32_t>(0, 15)
-                              : data.ConsumeIntegral<uint32_t>();
-}
-
 RequestSetup Request(FuzzedDataProvider& data, const Examples& examples) {
     RequestSetup request;
     request.frame = Pick<uint32_t>(data, examples.numbers);
@@ -185,14 +182,14 @@ ResultSetup Result(FuzzedDataProvider& data, const Examples& examples) {
     result.hasAec = data.ConsumeBool();
     result.aec.resize(data.ConsumeIntegralInRange<size_t>(0, kMaxList));
     for (AecSetup& aec : result.aec) {
-        aec.cameraId = data.ConsumeIntegralInRange(-1, 9);
-        aec.expCount = data.ConsumeIntegralInRange(0, 5);
+        aec.cameraId = Near(data, -1, 9);
+        aec.expCount = Near(data, 0, 5);
         aec.aecValue1 = data.ConsumeFloatingPoint<float>();
         aec.aecValue2 = data.ConsumeFloatingPoint<float>();
         aec.extra = data.ConsumeIntegral<uint32_t>();
     }
     result.hasMlft = data.ConsumeBool();
-    result.mlft = data.ConsumeIntegralInRange<uint32_t>(0, 2);
+    result.mlft = Near(data, 0u, 2u);
     return result;
 }
 
@@ -208,15 +205,15 @@ Step NewStep(FuzzedDataProvider& data, const Examples& examples) {
     step.result = Result(data, examples);
     step.count = data.ConsumeIntegralInRange<uint32_t>(1, kMaxRepeat);
     step.repeatResult = data.ConsumeBool();
-    step.camera = QueryCamera(data);
+    step.camera = data.ConsumeBool() ? kLogicalCamera : Near(data, 0u, 15u);  // or a physical id
     step.caps = Caps(data);
     step.capsSource = static_cast<CapsSource>(data.ConsumeIntegralInRange(0, 2));
     step.hasFrame = data.ConsumeBool();
     step.frame = Pick<uint32_t>(data, examples.numbers);
-    step.role = data.ConsumeIntegralInRange<int32_t>(0, kRoleCount - 1);
-    step.tuningType = data.ConsumeIntegralInRange<uint32_t>(0, 3);
+    step.role = Near(data, 0, kRoleCount - 1);
+    step.tuningType = Near(data, 0u, 3u);
     step.sensor = PickText(data, examples.texts);
-    step.skip = data.ConsumeIntegralInRange(0, 1);
+    step.skip = Near(data, 0, 1);
     return step;
 }
 
@@ -306,8 +303,15 @@ void EditSession(FuzzedDataProvider& data, const Examples& examples, Scenario& s
                 scenario
                     .cameras[data.ConsumeIntegralInRange<size_t>(0, scenario.cameras.size() - 1)];
             camera.hasRecord = data.ConsumeBool();
+            camera.shortRecord = data.ConsumeBool();
+            camera.hasSensorName = data.ConsumeBool();
             camera.sensorName = PickText(data, examples.texts);
-            camera.type = data.ConsumeIntegralInRange<uint32_t>(0, 4);
+            camera.type = Near(data, 0u, 4u);
+            if (data.ConsumeBool()) {
+                // Counts in the record other than those of its lists.
+                camera.numPhysicalCameras = Near(data, 0u, 9u);
+                camera.numSensorModes = Near(data, 0u, 33u);
+            }
             camera.sensorModeFlags = Values(data, &FuzzedDataProvider::ConsumeIntegral<uint16_t>);
             camera.fullArrayWidth = Pick<uint32_t>(data, examples.numbers);
             camera.fullArrayHeight = Pick<uint32_t>(data, examples.numbers);
