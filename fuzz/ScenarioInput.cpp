@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "IuiLayer.h"
 #include "common/VendorTags.h"
 #include "core/Names.h"
 #include "core/ScenarioReader.h"
@@ -22,8 +23,6 @@ constexpr size_t kMaxList = 8;  // streams, buffers, tags and values added by on
 constexpr size_t kMaxSessions = 4;
 constexpr uint32_t kMaxRepeat = 32;  // requests of a repeat step, so that an input stays fast
 constexpr size_t kMaxText = 96;
-constexpr uint32_t kCapabilityCount = 100;
-constexpr int32_t kRoleCount = 16;
 
 // The properties the library reads; the examples set only some of them.
 const char* const kPropertyNames[] = {
@@ -95,14 +94,15 @@ std::vector<T> Values(FuzzedDataProvider& data, T (FuzzedDataProvider::*consume)
 TagValue Tag(FuzzedDataProvider& data) {
     TagValue tag;
     tag.vendor = data.ConsumeBool();
-    const size_t entry = data.ConsumeIntegralInRange<size_t>(0, Lumora::kVendorTagCount);
-    if (!tag.vendor) {
-        tag.tag = Pick<uint32_t>(data, Named(NameTable::StandardTags));
-    } else {
+    if (tag.vendor) {
+        const size_t entry = data.ConsumeIntegralInRange<size_t>(0, Lumora::kVendorTagCount);
         tag.tag = entry < Lumora::kVendorTagCount ? Lumora::kVendorTags[entry].index
                                                   : data.ConsumeIntegral<uint32_t>();
+        tag.type = VendorTagType(tag.tag);
+    } else {
+        tag.tag = Pick<uint32_t>(data, Named(NameTable::StandardTags));
+        tag.type = StandardTagType(tag.tag);
     }
-    tag.type = tag.vendor ? VendorTagType(tag.tag) : StandardTagType(tag.tag);
     switch (tag.type) {
         case ElementType::Int32:
             tag.int32s = Values(data, &FuzzedDataProvider::ConsumeIntegral<int32_t>);
@@ -154,7 +154,7 @@ StreamSetup Stream(FuzzedDataProvider& data, const Examples& examples) {
 std::vector<uint32_t> Caps(FuzzedDataProvider& data) {
     std::vector<uint32_t> caps(data.ConsumeIntegralInRange<size_t>(1, kMaxList));
     for (uint32_t& bit : caps) {
-        bit = data.ConsumeIntegralInRange<uint32_t>(0, kCapabilityCount - 1);
+        bit = data.ConsumeIntegralInRange<uint32_t>(0, Lumora::_CapsBitset::kBitCount - 1);
     }
     return caps;
 }
@@ -210,7 +210,7 @@ Step NewStep(FuzzedDataProvider& data, const Examples& examples) {
     step.capsSource = static_cast<CapsSource>(data.ConsumeIntegralInRange(0, 2));
     step.hasFrame = data.ConsumeBool();
     step.frame = Pick<uint32_t>(data, examples.numbers);
-    step.role = Near(data, 0, kRoleCount - 1);
+    step.role = Near<int32_t>(data, 0, Lumora::EStreamTypeMax - 1);
     step.tuningType = Near(data, 0u, 3u);
     step.sensor = PickText(data, examples.texts);
     step.skip = Near(data, 0, 1);
