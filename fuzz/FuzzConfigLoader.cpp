@@ -3,6 +3,7 @@
 // what the store promises: a refused text changes nothing, and a list read
 // writes at most the values asked for and available.
 #include <CameraHWConfiguration.h>
+#include <HostConfigText.h>
 #include <HostPlatform.h>
 
 #include <cstddef>
@@ -12,7 +13,6 @@
 #include <cstring>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -25,45 +25,6 @@ void Check(bool condition, const char* what) {
         fprintf(stderr, "configuration store: %s\n", what);
         abort();
     }
-}
-
-std::string Trim(const std::string& text) {
-    const size_t begin = text.find_first_not_of(" \t\r\v\f");
-    if (begin == std::string::npos) {
-        return std::string();
-    }
-    const size_t end = text.find_last_not_of(" \t\r\v\f");
-    return text.substr(begin, end - begin + 1);
-}
-
-struct Names {
-    std::vector<std::string> groups;
-    // Each key with the group it stands in.
-    std::vector<std::pair<std::string, std::string>> keys;
-};
-
-// Group and key names as the text writes them (roughly: the reads that follow
-// also ask for names that are not there).
-Names NamesOf(const std::string& text) {
-    Names names;
-    size_t position = 0;
-    while (position < text.size() && names.keys.size() < kMaxNames) {
-        size_t end = text.find('\n', position);
-        if (end == std::string::npos) {
-            end = text.size();
-        }
-        const std::string line = Trim(text.substr(position, end - position));
-        position = end + 1;
-        if (line.size() >= 2 && line.front() == '[' && line.back() == ']') {
-            if (names.groups.size() < kMaxNames) {
-                names.groups.push_back(Trim(line.substr(1, line.size() - 2)));
-            }
-        } else if (line.find('=') != std::string::npos) {
-            const std::string group = names.groups.empty() ? "" : names.groups.back();
-            names.keys.emplace_back(group, Trim(line.substr(0, line.find('='))));
-        }
-    }
-    return names;
 }
 
 // A list read into an array with room past `count`: nothing past
@@ -149,20 +110,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                            strnlen(reinterpret_cast<const char*>(data), size));
     Check(HostPlatform::LoadConfiguration("") == 0, "an empty text was refused");
     const int line = HostPlatform::LoadConfiguration(text.c_str());
-    const Names names = NamesOf(text);
+    // The groups and keys the text names, as the host tools read it.
+    const HostPlatform::ConfigText names = HostPlatform::ReadConfigText(text);
     if (line != 0) {
         Check(line > 0, "a refusal without a line number");
-        for (const std::string& group : names.groups) {
-            Check(HasGroupConfiguration(group.c_str()) == 0, "a refused text left a group");
+        for (const HostPlatform::ConfigGroup& group : names.groups) {
+            Check(HasGroupConfiguration(group.name.c_str()) == 0, "a refused text left a group");
         }
         return 0;
     }
-    for (const std::string& group : names.groups) {
-        Check(HasGroupConfiguration(group.c_str()) > 0, "a group of an accepted text is missing");
-        (void)GetKeyCount(group.c_str());
-    }
-    for (const auto& key : names.keys) {
-        ReadKey(key.first.c_str(), key.second.c_str());
+    size_t keys = 0;
+    for (const HostPlatform::ConfigGroup& group : names.groups) {
+        Check(HasGroupConfiguration(group.name.c_str()) > 0,
+              "a group of an accepted text is missing");
+        (void)GetKeyCount(group.name.c_str());
+        for (size_t i = 0; i < group.keys.size() && keys < kMaxNames; ++i, ++keys) {
+            ReadKey(group.name.c_str(), group.keys[i].name.c_str());
+        }
     }
     return 0;
 }

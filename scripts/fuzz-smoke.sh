@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the fuzz preset and runs each fuzzer for a short while (30 seconds, or
-# FUZZ_SECONDS) on its corpus under fuzz/corpus/. New inputs go to a scratch
-# directory; a crash fails the script, and its input is kept under
-# build-fuzz/fuzz-findings/ to be added to the corpus with the fix.
+# FUZZ_SECONDS) on the seeds the build writes under build-fuzz/fuzz/seeds/. New
+# inputs go to a scratch directory; a crash fails the script, and its input is
+# kept under build-fuzz/fuzz-findings/ (a fixed finding stays as a scenario under
+# tests/hardening/findings/).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,12 +15,16 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 findings=build-fuzz/fuzz-findings
 status=0
-for fuzzer in fuzz_config_loader fuzz_session fuzz_request_result; do
+seeds=build-fuzz/fuzz/seeds
+for run in fuzz_config_loader:config fuzz_session:scenarios fuzz_request_result:scenarios; do
+    fuzzer=${run%%:*}
     mkdir -p "$scratch/$fuzzer/corpus" "$scratch/$fuzzer/artifacts"
     echo "== $fuzzer: ${seconds} s"
-    if build-fuzz/fuzz/"$fuzzer" -max_total_time="$seconds" -rss_limit_mb=2048 \
+    # The scenario seeds are a few bytes (a scenario's name): inputs may hold
+    # their edits from the start rather than grow slowly from that length.
+    if build-fuzz/fuzz/"$fuzzer" -max_total_time="$seconds" -rss_limit_mb=2048 -len_control=0 \
         -print_final_stats=1 -artifact_prefix="$scratch/$fuzzer/artifacts/" \
-        "$scratch/$fuzzer/corpus" "fuzz/corpus/$fuzzer" >"$scratch/$fuzzer/log" 2>&1; then
+        "$scratch/$fuzzer/corpus" "$seeds/${run#*:}" >"$scratch/$fuzzer/log" 2>&1; then
         grep -E '^#[0-9]+[[:space:]]+DONE|^stat::(number_of_executed_units|average_exec_per_sec)' \
             "$scratch/$fuzzer/log" || true
     else
