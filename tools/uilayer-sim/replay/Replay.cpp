@@ -23,6 +23,7 @@
 #include "replay/SessionFacts.h"
 #include "core/Signals.h"
 #include "core/TraceRecorder.h"
+#include "common/ConfigKeys.h"
 #include "common/VendorTags.h"
 
 namespace UilayerSim {
@@ -314,8 +315,9 @@ ReportNode Replayer::Run() {
     }
     const int refused = HostPlatform::LoadConfiguration(m_scenario.configText.c_str());
     const HostPlatform::ConfigText configText = HostPlatform::ReadConfigText(m_scenario.configText);
-    if (const HostPlatform::ConfigGroup* group = configText.Find("SatFallback")) {
-        const HostPlatform::ConfigKey* key = group->Find("isEnablewireless");
+    const Lumora::_ConfigKey& wireless = Lumora::Key(Lumora::EConfigKey::SatFallbackWireless);
+    if (const HostPlatform::ConfigGroup* group = configText.Find(wireless.group)) {
+        const HostPlatform::ConfigKey* key = group->Find(wireless.key);
         m_wirelessSwitch = key != nullptr && !key->values.empty() ? key->values.front() : "";
     }
     if (refused != 0) {
