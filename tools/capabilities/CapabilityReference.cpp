@@ -30,7 +30,7 @@ constexpr InputKindName kInputKinds[] = {
     {kInputFile, "file"},
 };
 
-// The entry of the table named `id` ("WarmDolState"); kConfigKeyCount for none.
+// The entry of the table named `id` ("ShdrTypeMatching"); kConfigKeyCount for none.
 size_t FindConfigKey(const std::string& id) {
     size_t index = 0;
     while (index < kConfigKeyCount && id != kConfigKeyIds[index]) {

@@ -169,10 +169,10 @@ constexpr const _ConfigKey& Key(EConfigKey key) {
     return kConfigKeys[static_cast<size_t>(key)];
 }
 
-// The number at `text` ("16" of "16}"); 0 for none.
+// The number at `text` ("16" of "16}").
 constexpr uint32_t ShapeNumber(const char* text) {
     uint32_t value = 0;
-    for (; *text >= '0' && *text <= '9'; ++text) {
+    for (; *text != ',' && *text != '}'; ++text) {
         value = value * 10 + static_cast<uint32_t>(*text - '0');
     }
     return value;
@@ -190,29 +190,17 @@ constexpr uint32_t MinValues(const char* shape) {
     return letters;
 }
 
-// The most values the library reads of a key of `shape`; 0 for no bound.
-constexpr uint32_t MaxValues(const char* shape) {
-    uint32_t letters = 0;
-    bool repeats = false;
-    for (; *shape != '\0' && *shape != '='; ++shape) {
-        if (*shape == '{') {
-            const char* end = shape + 1;
-            while (*end >= '0' && *end <= '9') {
-                ++end;
-            }
-            return ShapeNumber(*end == ',' ? end + 1 : shape + 1);
-        }
-        repeats = repeats || *shape == '*';
-        letters += *shape != '*';
-    }
-    return repeats ? 0 : letters;
-}
-
 constexpr uint32_t MinValues(EConfigKey key) {
     return MinValues(Key(key).shape);
 }
-constexpr uint32_t MaxValues(EConfigKey key) {
-    return MaxValues(Key(key).shape);
+
+// The most values the library reads of a key whose shape ends in "{n,m}": m.
+constexpr uint32_t ReadLimit(EConfigKey key) {
+    const char* shape = Key(key).shape;
+    while (*shape != ',') {
+        ++shape;
+    }
+    return ShapeNumber(shape + 1);
 }
 
 }  // namespace Lumora

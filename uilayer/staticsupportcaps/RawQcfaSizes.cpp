@@ -28,7 +28,7 @@ constexpr _ConfigKey kBaseZoomRatios = Key(EConfigKey::FocalLengthBaseZoomRatios
 // Size of the key buffer for "Size[<sensor name>]".
 constexpr size_t kRawSizeKeySize = 50;
 // The base zoom ratios are read into a fixed table: longer lists are cut there.
-constexpr uint32_t kMaxRemapSensors = MaxValues(EConfigKey::FocalLengthOverrideCameras);
+constexpr uint32_t kMaxRemapSensors = ReadLimit(EConfigKey::FocalLengthOverrideCameras);
 
 }  // namespace
 

@@ -28,7 +28,7 @@ constexpr const char* kStreamsInfoStep = "ParseStreamsInfo";
 constexpr uint16_t kSensorModeQcfa = 0x800;
 
 // The "close OCS" list is read into five values; longer lists are cut there.
-constexpr uint32_t kMaxCloseOcsCameras = MaxValues(EConfigKey::OisCtsCloseOcs);
+constexpr uint32_t kMaxCloseOcsCameras = ReadLimit(EConfigKey::OisCtsCloseOcs);
 
 // Session caps bit of each role; the full-size YUV snapshot shares the YUV
 // snapshot bit on purpose.

@@ -307,7 +307,8 @@ void JudgeCloseOcsList(const _InputContext& c, _ExplainInput* input) {
         Fail(input, ConfigKeyPath(EConfigKey::OisCtsCloseOcs) + " is absent");
         return;
     }
-    for (size_t i = 0; i < key->values.size() && i < Lumora::MaxValues(list.shape); ++i) {
+    for (size_t i = 0; i < key->values.size() && i < Lumora::ReadLimit(EConfigKey::OisCtsCloseOcs);
+         ++i) {
         uint32_t id = 0;
         if (HostPlatform::ParseUInt32(key->values[i], &id) == HostPlatform::NumberStatus::Ok &&
             id == c.camera) {

@@ -1,18 +1,34 @@
 #include "lint/LintTable.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 namespace UilayerSim {
+
+namespace {
+
+// The most values of a shape: "{n}" n, "{n,m}" m, "{n,}" none (0); without a
+// count, the letters of a list without '*' and none for one with it.
+uint32_t MaxValues(const std::string& types, const char* shape) {
+    const char* count = strchr(shape, '{');
+    if (count == nullptr) {
+        return types.find('*') == std::string::npos ? static_cast<uint32_t>(types.size()) : 0;
+    }
+    const char* comma = strchr(count, ',');
+    return static_cast<uint32_t>(strtoul(comma != nullptr ? comma + 1 : count + 1, nullptr, 10));
+}
+
+}  // namespace
 
 const KeyRule* KeyRules(size_t* count) {
     static const std::vector<KeyRule> rules = [] {
         std::vector<KeyRule> out;
         for (const Lumora::_ConfigKey& key : Lumora::kConfigKeys) {
             const char* shape = key.shape;
-            out.push_back(KeyRule{
-                key.group, key.key, key.form, std::string(shape, strcspn(shape, "{=")),
-                Lumora::MinValues(shape), Lumora::MaxValues(shape), strchr(shape, '=') != nullptr});
+            const std::string types(shape, strcspn(shape, "{="));
+            out.push_back(KeyRule{key.group, key.key, key.form, types, Lumora::MinValues(shape),
+                                  MaxValues(types, shape), strchr(shape, '=') != nullptr});
         }
         return out;
     }();
