@@ -18,7 +18,7 @@
 
 #include "common/ConfigKeys.h"
 
-namespace UilayerSim {
+namespace Lumora {
 namespace {
 
 namespace fs = std::filesystem;
@@ -168,4 +168,4 @@ TEST(ConfigKeyLiteralsTest, LiteralsAreFoundWhereCompilersSeeThem) {
 }
 
 }  // namespace
-}  // namespace UilayerSim
+}  // namespace Lumora
