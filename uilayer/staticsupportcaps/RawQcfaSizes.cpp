@@ -18,9 +18,7 @@ namespace Lumora {
 namespace {
 
 constexpr _ConfigKey kCustomRawSizes = Key(EConfigKey::CustomRawFullSize);
-constexpr _ConfigKey kIzoomSensors = Key(EConfigKey::Izoom4x4Sensors);
 constexpr _ConfigKey kEnable2x2Xcfa = Key(EConfigKey::Enable2x2Xcfa);
-constexpr _ConfigKey kXcfaSensors = Key(EConfigKey::Xcfa2x2Sensors);
 constexpr _ConfigKey kDisableMultiFrame = Key(EConfigKey::Xcfa4x4DisableMultiFrame);
 constexpr _ConfigKey kSwitchZoomRatio = Key(EConfigKey::Xcfa2SwitchZoomRatio);
 constexpr _ConfigKey kOverrideCameras = Key(EConfigKey::FocalLengthOverrideCameras);
