@@ -37,10 +37,10 @@ enum class EConfigKeyForm : uint8_t {
 // integer, 'u' unsigned 32-bit integer, 'l' 64-bit integer, 'f' float, 's'
 // text, 'x' hexadecimal text as "%x" reads it); a '*' repeats the letter
 // before it over the middle of the list, the letters after it are the last
-// values. Then the value count, when the letters do not give it: "{n}"
-// exactly n, "{n,}" at least n, "{n,m}" n to m. Without it a list without '*'
-// has exactly its letters, one with '*' at least its letters. A final '='
-// marks rows that the library reads with the value count of row 0.
+// values. A key needs the values before a '[' (the bracketed ones it may
+// leave out) and, without '*', has at most all its letters: counts are spelt
+// as letters, "u[uuuu]" is one to five unsigned values, "[u]*" any number. A
+// final '=' marks rows that the library reads with the value count of row 0.
 //
 // The step is the configuration step that reads the key; Count stands for the
 // session's queries after the steps (the sensor mode index and the zoom ratio
@@ -55,18 +55,18 @@ enum class EConfigKeyForm : uint8_t {
     X(PipViewFinderStreamInfo, "PIPFeatureConfig", "ViewFinderStreamInfo", Single, "uu", ParseStreamsInfo) \
     X(PipViewFinderMasterModeStreamInfo, "PIPFeatureConfig", "ViewFinderMasterModeStreamInfo", Single, "uu", ParseStreamsInfo) \
     X(OisOperationMode, "OIS", "operationMode", Single, "u*", ParseStreamsInfo) \
-    X(OisCtsCloseOcs, "OIS", "OisCtsCloseOcs", Single, "u*{1,5}", ParseStreamsInfo) \
+    X(OisCtsCloseOcs, "OIS", "OisCtsCloseOcs", Single, "u[uuuu]", ParseStreamsInfo) \
     X(CaptureHdrSupportOpMode, "OemCommonCapbility", "CaptureHdrSupportOpMode", Single, "u*", ParseStreamsInfo) \
     /* Session parameters. */ \
     X(ThirdAppOperationModeOverride, "ThirdAppOperationModeOverride", "scene", Rows, "ssxx=", ParseSessionParams) \
     X(Enable3DLut, "OemCommonCapbility", "Enable3DLut", Single, "b", ParseSessionParams) \
     X(EnableSkipRawStream, "OemCamSupportType", "EnableSkipRawStream", Single, "u*", ParseSessionParams) \
     X(EnableReturnPrivateChiPhyMetaEarly, "OemCamSupportType", "EnableReturnPrivateChiPhyMetaEarly", Single, "u*", ParseSessionParams) \
-    X(VideoMlftOperationMode, "VideoMLFTNode", "opertionMode", Single, "u*{0,}", ParseSessionParams) \
-    X(DisableAePrecapture, "DisableAePrecapture", "scene", Rows, "s*{2,}", ParseSessionParams) \
+    X(VideoMlftOperationMode, "VideoMLFTNode", "opertionMode", Single, "[u]*", ParseSessionParams) \
+    X(DisableAePrecapture, "DisableAePrecapture", "scene", Rows, "ss*", ParseSessionParams) \
     X(SupportSnapshotLockMaster, "OemCamSettings", "SupportSnaphotLockMaster", Single, "b", ParseSessionParams) \
     X(EngineerTwoCameraAlwaysOn, "EngineercameraConfig", "isNeedTwoCameraAlwaysOn", Single, "b", ParseSessionParams) \
-    X(VideoFrameInsert, "VideoFrameInsertSupport", "Mode", Rows, "u*{2,}=", ParseSessionParams) \
+    X(VideoFrameInsert, "VideoFrameInsertSupport", "Mode", Rows, "uu*=", ParseSessionParams) \
     /* Client package policy (InitPackageName, within the session parameters). */ \
     X(OisCenterOnApp, "PackageName Group", "OisCenterOnApp", Single, "s*", ParseSessionParams) \
     X(OisCloseOcsApp, "PackageName Group", "OisCloseOcsApp", Single, "s*", ParseSessionParams) \
@@ -94,19 +94,19 @@ enum class EConfigKeyForm : uint8_t {
     X(BokehStartWithFallback, "BokehSATConfig", "supportStartWithFallback", Single, "b", ConfigSupportCapsBokeh) \
     X(SensorNames, "SensorNameList", "mode", Rows, "us=", ConfigSensorNameMap) \
     /* RAW and QCFA sizes. */ \
-    X(CustomRawFullSize, "OemSupportedCustomRAWFullSizes", "Size", NamedByKey, "u*{2,}", ConfigRAWQCFAFullSize) \
+    X(CustomRawFullSize, "OemSupportedCustomRAWFullSizes", "Size", NamedByKey, "uu*", ConfigRAWQCFAFullSize) \
     X(Izoom4x4Sensors, "OemRemosaicConfig", "4x4IZOOMPSensorNameList", Single, "s*", ConfigSupportCaps2x2QCFA) \
     X(Enable2x2Xcfa, "OemRemosaicConfig", "Enable2x2XCFA", Single, "b", ConfigSupportCaps2x2QCFA) \
     X(Xcfa2x2Sensors, "OemRemosaicConfig", "2x2XCFASensorNameList", Single, "s*", ConfigSupportCaps2x2QCFA) \
     X(Xcfa4x4DisableMultiFrame, "OemRemosaicConfig", "4x4XCFADisableMultiFrame", Single, "b", ConfigSupportCaps2x2QCFA) \
     X(Xcfa2SwitchZoomRatio, "OemRemosaicConfig", "XCFA2SwitchZoomRatio", Single, "f*", ConfigXCFA2SwitchZoomRatio) \
-    X(FocalLengthOverrideCameras, "EquivalentFocalLengthMapping", "needOverrideCameraList", Single, "s*{1,16}", Count) \
-    X(FocalLengthBaseZoomRatios, "EquivalentFocalLengthMapping", "baseZoomRatio", Single, "f*{1,16}", Count) \
+    X(FocalLengthOverrideCameras, "EquivalentFocalLengthMapping", "needOverrideCameraList", Single, "s[sssssssssssssss]", Count) \
+    X(FocalLengthBaseZoomRatios, "EquivalentFocalLengthMapping", "baseZoomRatio", Single, "f[fffffffffffffff]", Count) \
     /* SHDR and DCG/VS streaming. */ \
     X(ShdrTypeMatching, "SHDRTypeMatching", "Mode", Rows, "iiiiii=", ConfigSupportCapsSHDR) \
     X(SensorDcgVs, "EnableSensorDCGVS", "", AnyKey, "u*", ConfigureSensorDCGVSStreamingByCaps) \
     /* AEC warm start. */ \
-    X(WarmDolState, "WarmDolState", "Mode", Rows, "u*{10}=", ConfigWarmStart) \
+    X(WarmDolState, "WarmDolState", "Mode", Rows, "uuuuuuuuuu=", ConfigWarmStart) \
     /* Video features. */ \
     X(PhotoRealtimeEis, "PhotoRealtimeEIS", "operationMode", Single, "u*", ConfigEISMode) \
     X(EisTypeMatching, "EISTypeMatching", "Mode", Rows, "us*", ConfigEISMode) \
@@ -120,8 +120,8 @@ enum class EConfigKeyForm : uint8_t {
     X(DisableViullForHdr, "OemCommonCapbility", "disableVIULLForSpecificHDR", Single, "b", ConfigSupportCapsAINR) \
     /* Static tuning policy and AE information. */ \
     X(AiafTouch2Track, "AIAFTouch2track", "Mode", Rows, "uu=", ConfigAIAF) \
-    X(Feature1ModeMatch, "OEMFeature1ModeMatch", "Mode", Rows, "i*{2,8}=", ConfigStaticTuningPolicy) \
-    X(Feature2ModeMatch, "OEMFeature2ModeMatch", "Mode", Rows, "i*{2,7}=", ConfigStaticTuningPolicy) \
+    X(Feature1ModeMatch, "OEMFeature1ModeMatch", "Mode", Rows, "ii[iiiiii]=", ConfigStaticTuningPolicy) \
+    X(Feature2ModeMatch, "OEMFeature2ModeMatch", "Mode", Rows, "ii[iiiii]=", ConfigStaticTuningPolicy) \
     X(StarModeOverrideAe, "StarMode", "needOverrideAE", Single, "b", ConfigStarModeAEInfo) \
     X(StarModeAeMode, "StarMode", "AEMode", Single, "i", ConfigStarModeAEInfo) \
     X(StarModeSensitivity, "StarMode", "sensitiviy", Single, "i", ConfigStarModeAEInfo) \
@@ -169,22 +169,10 @@ constexpr const _ConfigKey& Key(EConfigKey key) {
     return kConfigKeys[static_cast<size_t>(key)];
 }
 
-// The number at `text` ("16" of "16}").
-constexpr uint32_t ShapeNumber(const char* text) {
-    uint32_t value = 0;
-    for (; *text != ',' && *text != '}'; ++text) {
-        value = value * 10 + static_cast<uint32_t>(*text - '0');
-    }
-    return value;
-}
-
-// The fewest values a key of `shape` needs.
+// The fewest values a key of `shape` needs: its letters before any optional ones.
 constexpr uint32_t MinValues(const char* shape) {
     uint32_t letters = 0;
-    for (; *shape != '\0' && *shape != '='; ++shape) {
-        if (*shape == '{') {
-            return ShapeNumber(shape + 1);
-        }
+    for (; *shape != '\0' && *shape != '[' && *shape != '='; ++shape) {
         letters += *shape != '*';
     }
     return letters;
@@ -194,13 +182,13 @@ constexpr uint32_t MinValues(EConfigKey key) {
     return MinValues(Key(key).shape);
 }
 
-// The most values the library reads of a key whose shape ends in "{n,m}": m.
+// The most values the library reads of a key of a shape without '*': all its letters.
 constexpr uint32_t ReadLimit(EConfigKey key) {
-    const char* shape = Key(key).shape;
-    while (*shape != ',') {
-        ++shape;
+    uint32_t letters = 0;
+    for (const char* shape = Key(key).shape; *shape != '\0' && *shape != '='; ++shape) {
+        letters += *shape != '[' && *shape != ']';
     }
-    return ShapeNumber(shape + 1);
+    return letters;
 }
 
 }  // namespace Lumora

@@ -1,34 +1,24 @@
 #include "lint/LintTable.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 namespace UilayerSim {
 
-namespace {
-
-// The most values of a shape: "{n}" n, "{n,m}" m, "{n,}" none (0); without a
-// count, the letters of a list without '*' and none for one with it.
-uint32_t MaxValues(const std::string& types, const char* shape) {
-    const char* count = strchr(shape, '{');
-    if (count == nullptr) {
-        return types.find('*') == std::string::npos ? static_cast<uint32_t>(types.size()) : 0;
-    }
-    const char* comma = strchr(count, ',');
-    return static_cast<uint32_t>(strtoul(comma != nullptr ? comma + 1 : count + 1, nullptr, 10));
-}
-
-}  // namespace
-
 const KeyRule* KeyRules(size_t* count) {
     static const std::vector<KeyRule> rules = [] {
         std::vector<KeyRule> out;
         for (const Lumora::_ConfigKey& key : Lumora::kConfigKeys) {
-            const char* shape = key.shape;
-            const std::string types(shape, strcspn(shape, "{="));
-            out.push_back(KeyRule{key.group, key.key, key.form, types, Lumora::MinValues(shape),
-                                  MaxValues(types, shape), strchr(shape, '=') != nullptr});
+            std::string types;  // the letters and '*', brackets and '=' left out
+            for (const char* c = key.shape; *c != '\0' && *c != '='; ++c) {
+                if (*c != '[' && *c != ']') {
+                    types += *c;
+                }
+            }
+            const bool repeats = types.find('*') != std::string::npos;
+            out.push_back(KeyRule{key.group, key.key, key.form, types, Lumora::MinValues(key.shape),
+                                  repeats ? 0 : static_cast<uint32_t>(types.size()),
+                                  strchr(key.shape, '=') != nullptr});
         }
         return out;
     }();
