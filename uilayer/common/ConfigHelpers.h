@@ -30,7 +30,7 @@ int ReadStringList(const char* group, const char* key, std::vector<char*>& out);
 
 // A boolean of the store; `defaultValue` when it is not configured or does not
 // read.
-bool ReadConfigBool(const char* group, const char* key, bool defaultValue = false);
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue);
 
 // True when the unsigned list group/key reads successfully and holds `value`.
 bool UIntListContains(const char* group, const char* key, uint32_t value);
