@@ -30,7 +30,40 @@ constexpr InputKindName kInputKinds[] = {
     {kInputFile, "file"},
 };
 
+// The entry of the table named `id` ("ShdrTypeMatching"); kConfigKeyCount for none.
+size_t FindConfigKey(const std::string& id) {
+    size_t index = 0;
+    while (index < kConfigKeyCount && id != kConfigKeyIds[index]) {
+        ++index;
+    }
+    return index;
+}
+
 }  // namespace
+
+std::string ConfigKeyText(EConfigKey id) {
+    const _ConfigKey& key = Key(id);
+    switch (key.form) {
+        case EConfigKeyForm::Single:
+            return key.key;
+        case EConfigKeyForm::Rows:
+            return std::string(key.key) + "[i]";
+        case EConfigKeyForm::NamedByKey:
+            return std::string(key.key) + "[sensor]";
+        case EConfigKeyForm::AnyKey:
+            return "<sensor name>";
+        case EConfigKeyForm::NamedRows:
+        case EConfigKeyForm::NamedSingleRow:
+            return "<package>[i]";
+        case EConfigKeyForm::SensorModeKey:
+            break;
+    }
+    return "<sensor>[mask][mode]";
+}
+
+std::string ConfigKeyPath(EConfigKey key) {
+    return std::string(Key(key).group) + "/" + ConfigKeyText(key);
+}
 
 int FindCapability(const std::string& name) {
     for (uint32_t bit = 0; bit < kCapabilityCount; ++bit) {
@@ -85,9 +118,14 @@ std::vector<_CapabilityInput> ParseInputs(const _CapabilityRule& rule) {
             input.kind = known.kind;
             input.value = item.substr(colon + 1);
             if (known.kind == kInputConfig) {
-                const size_t slash = input.value.find('/');
-                input.group = input.value.substr(0, slash);
-                input.key = slash == std::string::npos ? "" : input.value.substr(slash + 1);
+                const size_t id = FindConfigKey(input.value);
+                if (id == kConfigKeyCount) {
+                    continue;
+                }
+                input.configKey = static_cast<EConfigKey>(id);
+                input.group = kConfigKeys[id].group;
+                input.key = ConfigKeyText(input.configKey);
+                input.value = ConfigKeyPath(input.configKey);
             }
             inputs.push_back(input);
         }

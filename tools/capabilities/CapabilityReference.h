@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "common/ConfigKeys.h"
+
 namespace Lumora {
 
 constexpr uint32_t kCapabilityCount = 100;
@@ -46,7 +48,7 @@ struct _Capability {
 
 // Kinds of input a rule reads.
 enum CapabilityInputKind : uint8_t {
-    kInputConfig,          // "config:Group/Key": a key of the configuration store
+    kInputConfig,          // "config:<EConfigKey>": a key of the library's table
     kInputProperty,        // "property:name": a system property
     kInputSessionTag,      // "session-tag:N": vendor tag index N of the session parameters
     kInputSessionParam,    // "session-param:NAME": a standard tag of the session parameters
@@ -65,9 +67,10 @@ enum CapabilityInputKind : uint8_t {
 
 struct _CapabilityInput {
     CapabilityInputKind kind;
-    std::string value;  // for kInputConfig "Group/Key"
+    std::string value;  // for kInputConfig "Group/Key", the key as ConfigKeyText writes it
     std::string group;  // kInputConfig only
     std::string key;    // kInputConfig only
+    EConfigKey configKey = EConfigKey::Count;  // kInputConfig only
 };
 
 // The 100 bits, index = bit.
@@ -82,8 +85,15 @@ int FindCapability(const std::string& name);
 std::vector<const _CapabilityRule*> RulesOf(uint32_t bit);
 // The scopes a bit lives in: the union of its rules' scopes.
 uint8_t ScopesOf(uint32_t bit);
-// The inputs of a rule; an item of an unknown kind is left out.
+// The inputs of a rule; an item of an unknown kind or configuration key is left out.
 std::vector<_CapabilityInput> ParseInputs(const _CapabilityRule& rule);
+
+// A key of the library's table as the reference writes it: the key, "Mode[i]"
+// for rows, "Size[sensor]", "<sensor name>" or "<package>[i]" for keys named
+// at run time.
+std::string ConfigKeyText(EConfigKey key);
+// "Group/Key" of a key of the library's table, the key as ConfigKeyText writes it.
+std::string ConfigKeyPath(EConfigKey key);
 
 // The text of one scope flag ("session logical", ...).
 const char* ScopeText(CapabilityScope scope);

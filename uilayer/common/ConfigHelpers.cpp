@@ -56,14 +56,14 @@ bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t inde
     return written > 0 && static_cast<size_t>(written) < outSize;
 }
 
-uint32_t ReadModeRows(const char* func, const char* group, uint32_t rowValues,
-                      uint32_t* firstRowValues) {
-    const uint32_t rows = GetKeyCount(group);
-    *firstRowValues = GetValuesCount(group, "Mode[0]");
-    if (*firstRowValues != rowValues || rows == 0) {
+uint32_t ReadModeRows(const char* func, EConfigKey rows, uint32_t* firstRowValues) {
+    const _ConfigKey& key = Key(rows);
+    const uint32_t keyCount = GetKeyCount(key.group);
+    *firstRowValues = GetValuesCount(key.group, key.firstRow);
+    if (*firstRowValues != MinValues(key.shape) || keyCount == 0) {
         UI_LOGE_IN(func, "Check CameraHWConfiguration.config");
     }
-    return rows;
+    return keyCount;
 }
 
 }  // namespace Lumora

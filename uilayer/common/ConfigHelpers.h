@@ -10,6 +10,8 @@
 #include <cstring>
 #include <vector>
 
+#include "common/ConfigKeys.h"
+
 namespace Lumora {
 
 // Status 0 of the store means success; 6 is "not configured".
@@ -28,7 +30,7 @@ int ReadStringList(const char* group, const char* key, std::vector<char*>& out);
 
 // A boolean of the store; `defaultValue` when it is not configured or does not
 // read.
-bool ReadConfigBool(const char* group, const char* key, bool defaultValue = false);
+bool ReadConfigBool(const char* group, const char* key, bool defaultValue);
 
 // True when the unsigned list group/key reads successfully and holds `value`.
 bool UIntListContains(const char* group, const char* key, uint32_t value);
@@ -52,12 +54,25 @@ struct RowIndex {
     char text[16];
 };
 
-// The rows "Mode[0]", "Mode[1]", ... of a group: returns its key count and
-// sets `firstRowValues` to the value count of "Mode[0]". A group without rows,
-// or whose first row does not hold `rowValues` values, is logged as an error
-// of the configuration step `func`.
-uint32_t ReadModeRows(const char* func, const char* group, uint32_t rowValues,
-                      uint32_t* firstRowValues);
+// The same reads of a key of the table.
+inline int ReadUIntList(EConfigKey key, std::vector<uint32_t>& out) {
+    return ReadUIntList(Key(key).group, Key(key).key, out);
+}
+inline int ReadStringList(EConfigKey key, std::vector<char*>& out) {
+    return ReadStringList(Key(key).group, Key(key).key, out);
+}
+inline bool ReadConfigBool(EConfigKey key, bool defaultValue = false) {
+    return ReadConfigBool(Key(key).group, Key(key).key, defaultValue);
+}
+inline bool UIntListContains(EConfigKey key, uint32_t value) {
+    return UIntListContains(Key(key).group, Key(key).key, value);
+}
+
+// The rows "Mode[0]", "Mode[1]", ... of the rows key `rows`: returns the key
+// count of its group and sets `firstRowValues` to the value count of
+// "Mode[0]". A group without rows, or whose first row does not hold the
+// table's row length, is logged as an error of the configuration step `func`.
+uint32_t ReadModeRows(const char* func, EConfigKey rows, uint32_t* firstRowValues);
 
 // Formats "name[index]" into `out`; false when it does not fit.
 bool FormatIndexedKey(char* out, size_t outSize, const char* name, uint32_t index);

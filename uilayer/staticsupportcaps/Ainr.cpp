@@ -24,9 +24,9 @@ namespace {
 constexpr int32_t kAinrTypeNone = 0;
 constexpr int32_t kAinrTypeVIULL = 2;
 
-constexpr const char* kEnableGroup = "3rdAppEnableVIULL";
-constexpr const char* kDisableMapGroup = "3rdAppDisableVIULLMap";
-constexpr const char* kEnableMapGroup = "3rdAppEnableVIULLMapLumora";
+constexpr _ConfigKey kEnable = Key(EConfigKey::ViullEnable);
+constexpr const char* kDisableMapGroup = Key(EConfigKey::ViullDisableMap).group;
+constexpr const char* kEnableMapGroup = Key(EConfigKey::ViullEnableMap).group;
 
 // Hexadecimal camera mask text as "%x" reads it: an optional 0x, junk gives 0.
 uint32_t ParseHexMask(const char* text) {
@@ -39,16 +39,16 @@ uint32_t ParseHexMask(const char* text) {
 // Enable for every client on the cameras of a mask: rows of (enable, mask).
 // Rows are logged on behalf of `step`.
 bool IsEnabledForAllApps(uint32_t cameraBit, const char* step) {
-    const uint32_t keyCount = GetKeyCount(kEnableGroup);
-    if (keyCount == 0 || GetValuesCount(kEnableGroup, "isEnable3rdAppVIULL[0]") != 2) {
+    const uint32_t keyCount = GetKeyCount(kEnable.group);
+    if (keyCount == 0 || GetValuesCount(kEnable.group, kEnable.firstRow) != 2) {
         return false;
     }
     for (uint32_t i = 0; i < keyCount; ++i) {
         const RowIndex indexText(i);
         // A row with a single value leaves the mask at 0: no camera.
         uint32_t values[2] = {0, 0};
-        if (GetLocaleUIntegerListConfiguration(kEnableGroup, "isEnable3rdAppVIULL", indexText.text,
-                                               values, 2) != kConfigOk) {
+        if (GetLocaleUIntegerListConfiguration(kEnable.group, kEnable.key, indexText.text, values,
+                                               2) != kConfigOk) {
             continue;
         }
         UI_LOGI_IN(step, "key: 0x%x, sensorMask: 0x%x", values[1], cameraBit);
@@ -126,7 +126,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsAINR(
     }
 
     // HDR video streams exclude VIULL on devices that say so, whoever asked.
-    const bool disableForHdr = ReadConfigBool("OemCommonCapbility", "disableVIULLForSpecificHDR");
+    const bool disableForHdr = ReadConfigBool(EConfigKey::DisableViullForHdr);
     int32_t supportedAinrType = kAinrTypeNone;
     if (disableForHdr && HasStream(config, IsHdrVideoStream)) {
         enableVIULL = false;

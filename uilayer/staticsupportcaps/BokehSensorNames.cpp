@@ -19,7 +19,7 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kSensorNameGroup = "SensorNameList";
+constexpr _ConfigKey kSensorNames = Key(EConfigKey::SensorNames);
 
 }  // namespace
 
@@ -39,7 +39,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
     m_supportCaps.set(CapsBokehOperationMode);
 
     bool startWithFallback = false;
-    GetBooleanConfiguration("BokehSATConfig", "supportStartWithFallback", &startWithFallback);
+    const _ConfigKey& fallback = Key(EConfigKey::BokehStartWithFallback);
+    GetBooleanConfiguration(fallback.group, fallback.key, &startWithFallback);
 
     const uint32_t numStreams =
         (config != nullptr && config->streams != nullptr) ? config->num_streams : 0;
@@ -90,23 +91,24 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsBokeh(
 void StaticSupportCapabilities::ConfigSensorNameMap() {
     // Rows are: physical camera id, sensor name. A first row of any other
     // length switches the whole table off.
-    const uint32_t rows = GetKeyCount(kSensorNameGroup);
-    if (rows == 0 || GetValuesCount(kSensorNameGroup, "mode[0]") != 2) {
+    const uint32_t rows = GetKeyCount(kSensorNames.group);
+    if (rows == 0 || GetValuesCount(kSensorNames.group, kSensorNames.firstRow) != 2) {
         return;
     }
     for (uint32_t i = 0; i < rows; ++i) {
         char key[32];
         const RowIndex index(i);
-        snprintf(key, sizeof(key), "%s[%s]", "mode", index.text);
-        const uint32_t count = GetValuesCount(kSensorNameGroup, key);
+        snprintf(key, sizeof(key), "%s[%s]", kSensorNames.key, index.text);
+        const uint32_t count = GetValuesCount(kSensorNames.group, key);
         if (count < 2) {
             continue;
         }
         // An id that does not read as a number stays 0 for this row.
         uint32_t cameraId = 0;
-        GetUIntegerConfiguration(kSensorNameGroup, key, &cameraId);
+        GetUIntegerConfiguration(kSensorNames.group, key, &cameraId);
         std::vector<char*> values(count, nullptr);
-        if (GetStringListConfiguration(kSensorNameGroup, key, values.data(), count) != kConfigOk ||
+        if (GetStringListConfiguration(kSensorNames.group, key, values.data(), count) !=
+                kConfigOk ||
             values[1] == nullptr) {
             continue;
         }

@@ -20,8 +20,6 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kPackageGroup = "PackageName Group";
-
 // Stream mode of a stream that the camera layer renders in its extended mode,
 // and the flag it gets for clients outside the system and engineer cameras.
 constexpr uint32_t kExtStreamModeExtended = 2;
@@ -36,10 +34,10 @@ bool FindByteEntry(const camera_metadata_t* meta, uint32_t index,
 
 // A single configured package string; when it is not configured the
 // placeholder "NA" stands in, so only packages beginning with "NA" match then.
-bool MatchesConfiguredPackage(const char* package, const char* key) {
+bool MatchesConfiguredPackage(const char* package, EConfigKey key) {
     char* configured = nullptr;
     const char* prefix = "NA";
-    if (GetStringConfiguration(kPackageGroup, key, &configured) == kConfigOk &&
+    if (GetStringConfiguration(Key(key).group, Key(key).key, &configured) == kConfigOk &&
         configured != nullptr) {
         prefix = configured;
     }
@@ -47,9 +45,9 @@ bool MatchesConfiguredPackage(const char* package, const char* key) {
 }
 
 // True at the first string of a configured list that the package begins with.
-bool MatchesConfiguredPackageList(const char* package, const char* key) {
+bool MatchesConfiguredPackageList(const char* package, EConfigKey key) {
     std::vector<char*> prefixes;
-    if (ReadStringList(kPackageGroup, key, prefixes) != kConfigOk) {
+    if (ReadStringList(key, prefixes) != kConfigOk) {
         return false;
     }
     for (const char* prefix : prefixes) {
@@ -106,17 +104,17 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
     const char* package = m_clientPackageName.data();
 
     m_SupportOisCenterOn = 0;
-    if (MatchesConfiguredPackageList(package, "OisCenterOnApp")) {
+    if (MatchesConfiguredPackageList(package, EConfigKey::OisCenterOnApp)) {
         m_SupportOisCenterOn = 1;
         UI_LOGI("m_SupportOisCenterOn %d", m_SupportOisCenterOn);
     }
     m_SupportOisCloseOcs = 0;
-    if (MatchesConfiguredPackageList(package, "OisCloseOcsApp")) {
+    if (MatchesConfiguredPackageList(package, EConfigKey::OisCloseOcsApp)) {
         m_SupportOisCloseOcs = 1;
         UI_LOGI("m_SupportOisCloseOcs %d", m_SupportOisCloseOcs);
     }
 
-    m_isCtsCamera = MatchesConfiguredPackage(package, "ctsCamera") ? 1 : 0;
+    m_isCtsCamera = MatchesConfiguredPackage(package, EConfigKey::CtsCameraPackage) ? 1 : 0;
 
     // A generic system image reports the platform's own brand or product.
     const bool gsi = PropertyBeginsWith("ro.product.brand", "Android", "Android") ||
@@ -126,10 +124,12 @@ uint32_t StaticSupportCapabilities::InitPackageName(camera3_stream_configuration
     UI_LOGI("get is.sdk.camera.package successfully, m_isGSIBuild %d", m_isGSIBuild);
 
     m_isSystemCamera =
-        (MatchesConfiguredPackage(package, "SystemCamera") || m_isCameraUint != 0) ? 1 : 0;
-    m_isEngineerCamera = MatchesConfiguredPackage(package, "EngineerMode") ? 1 : 0;
-    m_isCtsVerifier = MatchesConfiguredPackage(package, "ctsVerifier") ? 1 : 0;
-    m_isScanMode = MatchesConfiguredPackage(package, "ScanMode") ? 1 : 0;
+        (MatchesConfiguredPackage(package, EConfigKey::SystemCameraPackage) || m_isCameraUint != 0)
+            ? 1
+            : 0;
+    m_isEngineerCamera = MatchesConfiguredPackage(package, EConfigKey::EngineerModePackage) ? 1 : 0;
+    m_isCtsVerifier = MatchesConfiguredPackage(package, EConfigKey::CtsVerifierPackage) ? 1 : 0;
+    m_isScanMode = MatchesConfiguredPackage(package, EConfigKey::ScanModePackage) ? 1 : 0;
 
     if (m_isSystemCamera != 0) {
         m_supportCaps.set(CapsSystemCameraClient);

@@ -121,9 +121,9 @@ bool ReadLocaleStrings(const char* group, const char* name, uint32_t index, uint
 // entry is visited, so that each listed form that matches is logged (on behalf
 // of `step`).
 bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, const char* step) {
-    static constexpr const char* kGroup = "TripartiteModeFallbackWhitelist";
-    const uint32_t keyCount = GetKeyCount(kGroup);
-    const uint32_t valueCount = GetValuesCount(kGroup, "App[0]");
+    constexpr _ConfigKey kApps = Key(EConfigKey::TripartiteFallbackApps);
+    const uint32_t keyCount = GetKeyCount(kApps.group);
+    const uint32_t valueCount = GetValuesCount(kApps.group, kApps.firstRow);
     bool listed = false;
     std::vector<char*> values;
     for (uint32_t i = 0; i < keyCount; ++i) {
@@ -131,7 +131,8 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, 
             // One name, matched as a prefix of the package or of the activity.
             const RowIndex indexText(i);
             char* app = nullptr;
-            if (GetLocaleStringConfiguration(kGroup, "App", indexText.text, &app) != kConfigOk ||
+            if (GetLocaleStringConfiguration(kApps.group, kApps.key, indexText.text, &app) !=
+                    kConfigOk ||
                 app == nullptr || app[0] == '\0') {
                 continue;
             }
@@ -145,7 +146,7 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, 
         // An activity prefix and the package prefix it belongs to ("-1": any
         // package). A row that stops after the activity names no package,
         // which means any package as well.
-        if (!ReadLocaleStrings(kGroup, "App", i, valueCount, values)) {
+        if (!ReadLocaleStrings(kApps.group, kApps.key, i, valueCount, values)) {
             continue;
         }
         const char* activity = values[0];
@@ -167,12 +168,13 @@ bool IsTripartiteFallbackApp(const char* packageName, const char* activityName, 
 // True when the client is listed as a third-party app with zoom division
 // curves. Names are compared whole, unlike the fallback white list.
 bool IsZoomDivisionApp(const char* packageName, const char* activityName) {
-    static constexpr const char* kGroup = "3rdCamIsSupportZoomdivisionConfig";
-    const uint32_t keyCount = GetKeyCount(kGroup);
-    const uint32_t valueCount = GetValuesCount(kGroup, "APP[0]");
+    constexpr _ConfigKey kApps = Key(EConfigKey::ZoomDivisionApps);
+    const uint32_t keyCount = GetKeyCount(kApps.group);
+    const uint32_t valueCount = GetValuesCount(kApps.group, kApps.firstRow);
     std::vector<char*> values;
     for (uint32_t i = 0; i < keyCount; ++i) {
-        if (!ReadLocaleStrings(kGroup, "APP", i, valueCount, values) || values[0] == nullptr) {
+        if (!ReadLocaleStrings(kApps.group, kApps.key, i, valueCount, values) ||
+            values[0] == nullptr) {
             continue;
         }
         if (strcmp(values[0], packageName) == 0 || strcmp(values[0], activityName) == 0) {
@@ -195,7 +197,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
 
     // While the device charges wirelessly (and the device allows it) fallback
     // detection is off.
-    const bool enableWireless = ReadConfigBool("SatFallback", "isEnablewireless");
+    const bool enableWireless = ReadConfigBool(EConfigKey::SatFallbackWireless);
     char wirelessText[kWirelessReadSize + 1] = {};
     const int readStatus = readFile(kWirelessOnlinePath, wirelessText, kWirelessReadSize);
     const int wirelessStat = ParseDecimal(wirelessText);
@@ -232,10 +234,9 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
 
     // Bokeh seamless zoom is restricted only in bokeh sessions that do not
     // translate the zoom ratio themselves.
-    const bool enableBokehZoomRatio =
-        ReadConfigBool("BokehZoomRatioTranslateInfo", "enableBokehZoomRatio");
+    const bool enableBokehZoomRatio = ReadConfigBool(EConfigKey::BokehZoomRatioTranslate);
     std::vector<uint32_t> seamlessModes;
-    ReadUIntList("BokehSATConfig", "supportBokehIzoomSeamless", seamlessModes);
+    ReadUIntList(EConfigKey::BokehIzoomSeamlessModes, seamlessModes);
     bool seamlessMode = false;
     for (uint32_t mode : seamlessModes) {
         UI_LOGV("map mode %d==%d support bokeh seamless zoom", m_operationMode, mode);
@@ -257,21 +258,20 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     if (m_isSystemCamera != 0 && m_isCameraUint == 0) {
         sat.enableSmoothZoom = 1;
         if (m_numPhysicalCameras >= 2) {
-            sat.useAIDLInput = ReadConfigBool("SatSmoothZoom", "UseAIDLInput") ? 1 : 0;
+            sat.useAIDLInput = ReadConfigBool(EConfigKey::SatUseAidlInput) ? 1 : 0;
         }
     }
 
     sat.isBokehMode = m_isBokehMode;
-    sat.isEnableSkipMiddleSensor =
-        ReadConfigBool("SatPointZoomSkip", "isEnableSkipMiddleSensor") ? 1 : 0;
+    sat.isEnableSkipMiddleSensor = ReadConfigBool(EConfigKey::SkipMiddleSensor) ? 1 : 0;
 
     if (hasVideoStream) {
         int32_t videoMaxRtCount = 0;
-        GetIntegerConfiguration("4SatSmoothZoom", "videoMaxRtCount", &videoMaxRtCount);
+        const _ConfigKey& rtCount = Key(EConfigKey::VideoMaxRtCount);
+        GetIntegerConfiguration(rtCount.group, rtCount.key, &videoMaxRtCount);
         sat.videoMaxRtCount = videoMaxRtCount;
         sat.isEnableSkipMiddleSensor =
-            ReadConfigBool("SatPointZoomSkip", "EnablePointZoomskipForVideo",
-                           sat.isEnableSkipMiddleSensor != 0)
+            ReadConfigBool(EConfigKey::SkipMiddleSensorForVideo, sat.isEnableSkipMiddleSensor != 0)
                 ? 1
                 : 0;
         sat.zoomDivisionCurveCfgPrefix = "ZoomDivisionCurveCfg_Video_";
@@ -281,9 +281,10 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSAT(
     }
 
     sat.useVideoStrategy = 0;
-    if (GetValuesCount("MvgSatSettings", "useVideoStrategyMode") != 0 && m_isCameraUint == 0) {
+    const _ConfigKey& strategy = Key(EConfigKey::VideoStrategyModes);
+    if (GetValuesCount(strategy.group, strategy.key) != 0 && m_isCameraUint == 0) {
         std::vector<uint32_t> strategyModes;
-        ReadUIntList("MvgSatSettings", "useVideoStrategyMode", strategyModes);
+        ReadUIntList(EConfigKey::VideoStrategyModes, strategyModes);
         for (uint32_t mode : strategyModes) {
             if (mode == m_operationMode) {
                 sat.useVideoStrategy = 1;

@@ -14,8 +14,9 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kDecouplePipelinesGroup = "OemDecouplePipelines";
-constexpr const char* kPreviewPipelinesGroup = "OPreviewPipelines";
+constexpr _ConfigKey kLowLatency = Key(EConfigKey::SupportLowLatency);
+constexpr _ConfigKey kMipmap = Key(EConfigKey::EnableMipmap);
+constexpr _ConfigKey kPipelines = Key(EConfigKey::PreviewPipelines);
 constexpr const char* kSingleCameraDefaultPipeline = "TavroSingleDefault";
 constexpr const char* kMultiCameraDefaultPipeline = "TavroMultiDefault";
 // A row's logical camera id that matches every logical camera.
@@ -26,10 +27,9 @@ constexpr uint32_t kAnyLogicalCamera = 255;
 uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_stream_configuration*) {
     bool isSupportLowLatency = false;
     bool isEnableMipmap = false;
-    const int lowLatencyStatus = GetBooleanConfiguration(
-        kDecouplePipelinesGroup, "isSupportLowLatency", &isSupportLowLatency);
-    const int mipmapStatus =
-        GetBooleanConfiguration(kDecouplePipelinesGroup, "isEnableMIPMAP", &isEnableMipmap);
+    const int lowLatencyStatus =
+        GetBooleanConfiguration(kLowLatency.group, kLowLatency.key, &isSupportLowLatency);
+    const int mipmapStatus = GetBooleanConfiguration(kMipmap.group, kMipmap.key, &isEnableMipmap);
 
     m_supportCaps.reset(CapsLowLatencyPipeline);
     // The mip-map preview path serves preview-only sessions.
@@ -38,8 +38,8 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
     }
 
     m_pipelineName = nullptr;
-    const uint32_t rowCount = GetKeyCount(kPreviewPipelinesGroup);
-    const uint32_t valueCount = GetValuesCount(kPreviewPipelinesGroup, "mode[0]");
+    const uint32_t rowCount = GetKeyCount(kPipelines.group);
+    const uint32_t valueCount = GetValuesCount(kPipelines.group, kPipelines.firstRow);
     UI_LOGI("opmode %d, logicalCamId %d", m_operationMode, m_logicalCamId);
 
     // A row: operation mode, logical camera id (255: any), an optional
@@ -56,7 +56,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
                 values[1] = kAnyLogicalCamera;
             }
             // A row that does not read as integers matches nothing.
-            if (GetLocaleUIntegerListConfiguration(kPreviewPipelinesGroup, "mode", index.text,
+            if (GetLocaleUIntegerListConfiguration(kPipelines.group, kPipelines.key, index.text,
                                                    values.data(), intCount) != kConfigOk) {
                 continue;
             }
@@ -68,7 +68,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             std::fill(names.begin(), names.end(), nullptr);
             // A row shorter than the first one has no name at the last position:
             // it keeps the earlier choice, like a row that cannot be read.
-            if (GetLocaleStringListConfiguration(kPreviewPipelinesGroup, "mode", index.text,
+            if (GetLocaleStringListConfiguration(kPipelines.group, kPipelines.key, index.text,
                                                  names.data(), valueCount) != kConfigOk ||
                 names[valueCount - 1] == nullptr) {
                 continue;

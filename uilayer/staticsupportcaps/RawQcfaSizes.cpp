@@ -17,18 +17,21 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kCustomRawSizesGroup = "OemSupportedCustomRAWFullSizes";
-constexpr const char* kRemosaicGroup = "OemRemosaicConfig";
-constexpr const char* kFocalLengthMappingGroup = "EquivalentFocalLengthMapping";
+constexpr _ConfigKey kCustomRawSizes = Key(EConfigKey::CustomRawFullSize);
+constexpr _ConfigKey kEnable2x2Xcfa = Key(EConfigKey::Enable2x2Xcfa);
+constexpr _ConfigKey kDisableMultiFrame = Key(EConfigKey::Xcfa4x4DisableMultiFrame);
+constexpr _ConfigKey kSwitchZoomRatio = Key(EConfigKey::Xcfa2SwitchZoomRatio);
+constexpr _ConfigKey kOverrideCameras = Key(EConfigKey::FocalLengthOverrideCameras);
+constexpr _ConfigKey kBaseZoomRatios = Key(EConfigKey::FocalLengthBaseZoomRatios);
 // Size of the key buffer for "Size[<sensor name>]".
 constexpr size_t kRawSizeKeySize = 50;
 // The base zoom ratios are read into a fixed table: longer lists are cut there.
-constexpr uint32_t kMaxRemapSensors = 16;
+constexpr uint32_t kMaxRemapSensors = ReadLimit(EConfigKey::FocalLengthOverrideCameras);
 
 }  // namespace
 
 void StaticSupportCapabilities::ConfigRAWQCFAFullSize() {
-    if (GetKeyCount(kCustomRawSizesGroup) == 0) {
+    if (GetKeyCount(kCustomRawSizes.group) == 0) {
         return;
     }
     for (const auto& sensor : m_sensorNameMap) {
@@ -39,16 +42,16 @@ void StaticSupportCapabilities::ConfigRAWQCFAFullSize() {
             continue;
         }
         char key[kRawSizeKeySize];
-        const int written = snprintf(key, sizeof(key), "%s[%s]", "Size", name.c_str());
+        const int written = snprintf(key, sizeof(key), "%s[%s]", kCustomRawSizes.key, name.c_str());
         if (written < 0 || static_cast<size_t>(written) >= sizeof(key)) {
             continue;
         }
-        const uint32_t count = GetValuesCount(kCustomRawSizesGroup, key);
+        const uint32_t count = GetValuesCount(kCustomRawSizes.group, key);
         if (count < 2) {
             continue;
         }
         std::vector<uint32_t> size(count, 0);
-        if (GetUIntegerListConfiguration(kCustomRawSizesGroup, key, size.data(), count) !=
+        if (GetUIntegerListConfiguration(kCustomRawSizes.group, key, size.data(), count) !=
             kConfigOk) {
             continue;
         }
@@ -65,7 +68,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
     };
 
     std::vector<char*> izoomSensors;
-    if (ReadStringList(kRemosaicGroup, "4x4IZOOMPSensorNameList", izoomSensors) == kConfigOk) {
+    if (ReadStringList(EConfigKey::Izoom4x4Sensors, izoomSensors) == kConfigOk) {
         for (const char* listed : izoomSensors) {
             for (uint32_t j = 0; j < m_numPhysicalCameras; ++j) {
                 const uint32_t physicalCamId = m_cameraInfo[j].physicalCamId;
@@ -85,10 +88,9 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
     }
 
     bool enable2x2Xcfa = false;
-    GetBooleanConfiguration(kRemosaicGroup, "Enable2x2XCFA", &enable2x2Xcfa);
+    GetBooleanConfiguration(kEnable2x2Xcfa.group, kEnable2x2Xcfa.key, &enable2x2Xcfa);
     std::vector<char*> xcfaSensors;
-    if (!enable2x2Xcfa ||
-        ReadStringList(kRemosaicGroup, "2x2XCFASensorNameList", xcfaSensors) != kConfigOk) {
+    if (!enable2x2Xcfa || ReadStringList(EConfigKey::Xcfa2x2Sensors, xcfaSensors) != kConfigOk) {
         return kStatusOk;
     }
     for (const char* listed : xcfaSensors) {
@@ -102,7 +104,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
             }
             m_cameraSupportCaps[j].set(Caps2x2XCFA);
             bool disableMultiFrame = false;
-            GetBooleanConfiguration(kRemosaicGroup, "4x4XCFADisableMultiFrame", &disableMultiFrame);
+            GetBooleanConfiguration(kDisableMultiFrame.group, kDisableMultiFrame.key,
+                                    &disableMultiFrame);
             if (disableMultiFrame) {
                 m_cameraSupportCaps[j].set(Caps4x4XCFADisableMultiFrame);
             }
@@ -112,7 +115,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCaps2x2QCFA() {
 }
 
 uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
-    const uint32_t count = GetValuesCount(kRemosaicGroup, "XCFA2SwitchZoomRatio");
+    const uint32_t count = GetValuesCount(kSwitchZoomRatio.group, kSwitchZoomRatio.key);
     if (count == 0) {
         // Without the key the ratios of an earlier configuration stay.
         return kStatusOk;
@@ -120,8 +123,8 @@ uint32_t StaticSupportCapabilities::ConfigXCFA2SwitchZoomRatio() {
     // Values that do not read as floats stay 0; the request path bounds its
     // reads by the list's size.
     m_XCFA2SwitchZoomRatio.assign(count, 0.0f);
-    GetFloatListConfiguration(kRemosaicGroup, "XCFA2SwitchZoomRatio", m_XCFA2SwitchZoomRatio.data(),
-                              count);
+    GetFloatListConfiguration(kSwitchZoomRatio.group, kSwitchZoomRatio.key,
+                              m_XCFA2SwitchZoomRatio.data(), count);
     return kStatusOk;
 }
 
@@ -132,7 +135,7 @@ float StaticSupportCapabilities::ProcessRemapZoomRatio(char* sensorName, int ski
     if (skip != 0 || m_isSystemCamera == 0) {
         return 1.0f;
     }
-    uint32_t count = GetValuesCount(kFocalLengthMappingGroup, "needOverrideCameraList");
+    uint32_t count = GetValuesCount(kOverrideCameras.group, kOverrideCameras.key);
     if (count == 0) {
         return 1.0f;
     }
@@ -142,9 +145,9 @@ float StaticSupportCapabilities::ProcessRemapZoomRatio(char* sensorName, int ski
     }
     char* names[kMaxRemapSensors] = {};
     float baseRatios[kMaxRemapSensors] = {};
-    if (GetStringListConfiguration(kFocalLengthMappingGroup, "needOverrideCameraList", names,
-                                   count) == kConfigOk &&
-        GetFloatListConfiguration(kFocalLengthMappingGroup, "baseZoomRatio", baseRatios, count) ==
+    if (GetStringListConfiguration(kOverrideCameras.group, kOverrideCameras.key, names, count) ==
+            kConfigOk &&
+        GetFloatListConfiguration(kBaseZoomRatios.group, kBaseZoomRatios.key, baseRatios, count) ==
             kConfigOk &&
         sensorName != nullptr) {
         for (uint32_t i = 0; i < count; ++i) {

@@ -18,14 +18,14 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kSeamlessSettingGroup = "OemCamSeamlessSettingMap";
-constexpr const char* kOtherCamSettingGroup = "OtherCamSensorSettingMap";
+constexpr const char* kSeamlessSettingGroup = Key(EConfigKey::SeamlessSensorModes).group;
+constexpr const char* kOtherCamSettingGroup = Key(EConfigKey::OtherCamSensorModes).group;
 constexpr const char* kForcedSensorModeProperty = "vendor.debug.camera.policy.sensormode";
 // Keys are cut to 63 characters.
 constexpr size_t kSensorModeKeySize = 64;
 // The index byte that means "no mode".
 constexpr uint8_t kNoSensorMode = 0xFF;
-constexpr uint32_t kOtherCamRowSize = 6;
+constexpr uint32_t kOtherCamRowSize = MinValues(EConfigKey::OtherCamSensorModes);
 // Caps bits 16..33 decide the sensor mode; bit 17 (position 1 after the
 // shift) is the plain mode that any other bit of the range overrides.
 constexpr unsigned char kSensorCapsShift = 16;

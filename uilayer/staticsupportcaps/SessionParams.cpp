@@ -34,10 +34,13 @@ constexpr size_t kSessionNameSize = 80;
 // The snapshot raw format text is copied up to this many bytes.
 constexpr size_t kRawFormatTextSize = 128;
 
-constexpr const char* kOverrideGroup = "ThirdAppOperationModeOverride";
-constexpr const char* kAePrecaptureGroup = "DisableAePrecapture";
-constexpr const char* kMlftGroup = "VideoMLFTNode";
-constexpr const char* kFrameInsertGroup = "VideoFrameInsertSupport";
+constexpr _ConfigKey kOverride = Key(EConfigKey::ThirdAppOperationModeOverride);
+constexpr _ConfigKey kAePrecapture = Key(EConfigKey::DisableAePrecapture);
+// Values of a precapture row: package, activity and any more.
+constexpr uint32_t kAePrecaptureMinValues = MinValues(EConfigKey::DisableAePrecapture);
+constexpr _ConfigKey kFrameInsert = Key(EConfigKey::VideoFrameInsert);
+// Values of an override row: package, activity, from-mode, to-mode.
+constexpr uint32_t kOverrideRowValues = MinValues(EConfigKey::ThirdAppOperationModeOverride);
 
 const camera3_stream_t* StreamAt(const camera3_stream_configuration* config, uint32_t i) {
     return config->streams != nullptr ? config->streams[i] : nullptr;
@@ -62,7 +65,8 @@ bool ParseHexMode(const char* text, uint32_t* mode) {
 bool Is3DLutEnabled() {
     bool enabled = false;
     bool configured = false;
-    if (GetBooleanConfiguration("OemCommonCapbility", "Enable3DLut", &configured) == kConfigOk) {
+    const _ConfigKey& lut = Key(EConfigKey::Enable3DLut);
+    if (GetBooleanConfiguration(lut.group, lut.key, &configured) == kConfigOk) {
         enabled = configured;
         UI_LOGI_IN(kSessionParamsStep, "Enable3DLut %d", enabled);
     }
@@ -76,10 +80,10 @@ bool Is3DLutEnabled() {
 // The MLFT node is excluded unless its group is absent or lists the mode; a
 // list that cannot be read (or is empty) excludes it too.
 bool IsMlftNodeExcluded(uint32_t operationMode) {
-    if (GetKeyCount(kMlftGroup) == 0) {
+    if (GetKeyCount(Key(EConfigKey::VideoMlftOperationMode).group) == 0) {
         return false;
     }
-    return !UIntListContains(kMlftGroup, "opertionMode", operationMode);
+    return !UIntListContains(EConfigKey::VideoMlftOperationMode, operationMode);
 }
 
 void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
@@ -92,15 +96,15 @@ void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
     // Rows are package, activity, from-mode, to-mode; a first row of any other
     // length switches the whole group off. "-1" stands for any package or
     // activity. The first matching row wins.
-    const uint32_t rows = GetKeyCount(kOverrideGroup);
-    if (rows == 0 || GetValuesCount(kOverrideGroup, "scene[0]") != 4) {
+    const uint32_t rows = GetKeyCount(kOverride.group);
+    if (rows == 0 || GetValuesCount(kOverride.group, kOverride.firstRow) != kOverrideRowValues) {
         return;
     }
     for (uint32_t i = 0; i < rows; ++i) {
         const RowIndex index(i);
-        char* values[4] = {};
-        if (GetLocaleStringListConfiguration(kOverrideGroup, "scene", index.text, values, 4) !=
-                kConfigOk ||
+        char* values[kOverrideRowValues] = {};
+        if (GetLocaleStringListConfiguration(kOverride.group, kOverride.key, index.text, values,
+                                             kOverrideRowValues) != kConfigOk ||
             values[0] == nullptr || values[1] == nullptr) {
             continue;
         }
@@ -126,22 +130,22 @@ void OverrideThirdAppOperationMode(camera3_stream_configuration* config,
 
 bool IsAePrecaptureDisabled(const char* package, const char* activity) {
     if (package == nullptr || activity == nullptr || package[0] == '\0' || activity[0] == '\0' ||
-        HasGroupConfiguration(kAePrecaptureGroup) <= 0) {
+        HasGroupConfiguration(kAePrecapture.group) <= 0) {
         return false;
     }
     // Exact package and activity: this list has no wildcard.
-    const uint32_t rows = GetKeyCount(kAePrecaptureGroup);
+    const uint32_t rows = GetKeyCount(kAePrecapture.group);
     for (uint32_t i = 0; i < rows; ++i) {
         char key[32];
-        snprintf(key, sizeof(key), "scene[%u]", i);
+        snprintf(key, sizeof(key), "%s[%u]", kAePrecapture.key, i);
         const RowIndex index(i);
-        const uint32_t count = GetValuesCount(kAePrecaptureGroup, key);
-        if (count < 2) {
+        const uint32_t count = GetValuesCount(kAePrecapture.group, key);
+        if (count < kAePrecaptureMinValues) {
             continue;
         }
         std::vector<char*> values(count, nullptr);
-        if (GetLocaleStringListConfiguration(kAePrecaptureGroup, "scene", index.text, values.data(),
-                                             count) != kConfigOk ||
+        if (GetLocaleStringListConfiguration(kAePrecapture.group, kAePrecapture.key, index.text,
+                                             values.data(), count) != kConfigOk ||
             values[0] == nullptr || values[1] == nullptr || values[0][0] == '\0' ||
             values[1][0] == '\0') {
             continue;
@@ -179,8 +183,8 @@ void WriteGenericCamFlag(camera_metadata_t* meta, bool isGeneric) {
 }
 
 bool MatchVideoFrameInsert(const camera3_stream_configuration* config) {
-    const uint32_t rows = GetKeyCount(kFrameInsertGroup);
-    const uint32_t rowLength = GetValuesCount(kFrameInsertGroup, "Mode[0]");
+    const uint32_t rows = GetKeyCount(kFrameInsert.group);
+    const uint32_t rowLength = GetValuesCount(kFrameInsert.group, kFrameInsert.firstRow);
     if (rows == 0 || rowLength < 2) {
         return false;
     }
@@ -194,10 +198,10 @@ bool MatchVideoFrameInsert(const camera3_stream_configuration* config) {
         for (uint32_t i = 0; i < rows; ++i) {
             const RowIndex index(i);
             // A row shorter than two values is malformed and matches nothing.
-            if (GetLocaleKeyValuesCount(kFrameInsertGroup, "Mode", index.text) < 2) {
+            if (GetLocaleKeyValuesCount(kFrameInsert.group, kFrameInsert.key, index.text) < 2) {
                 continue;
             }
-            if (GetLocaleUIntegerListConfiguration(kFrameInsertGroup, "Mode", index.text,
+            if (GetLocaleUIntegerListConfiguration(kFrameInsert.group, kFrameInsert.key, index.text,
                                                    row.data(), rowLength) == kConfigOk &&
                 row[0] == config->operation_mode && row[1] == stream->width) {
                 return true;
@@ -236,13 +240,13 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
     // Operation-mode lists compare the unmasked mode of the configuration.
     if (config != nullptr) {
         const uint32_t rawMode = config->operation_mode;
-        if (UIntListContains("OemCamSupportType", "EnableSkipRawStream", rawMode)) {
+        if (UIntListContains(EConfigKey::EnableSkipRawStream, rawMode)) {
             UI_LOGI("operation mode: 0x%x  enableSkipRawStream %d", rawMode, 1);
             if (m_cameraIsFromMainMenu != 0) {
                 m_supportCaps.set(CapsSkipRawStream);
             }
         }
-        if (UIntListContains("OemCamSupportType", "EnableReturnPrivateChiPhyMetaEarly", rawMode)) {
+        if (UIntListContains(EConfigKey::EnableReturnPrivateChiPhyMetaEarly, rawMode)) {
             m_supportCaps.set(CapsReturnPrivateChiPhyMetaEarly);
         }
     }
@@ -283,7 +287,7 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
         m_supportCaps.set(CapsVideoCameraMode);
     }
 
-    if (ReadConfigBool("OemCamSettings", "SupportSnaphotLockMaster")) {
+    if (ReadConfigBool(EConfigKey::SupportSnapshotLockMaster)) {
         m_supportCaps.set(CapsSnapshotLockMaster);
         UI_LOGI("SupportSnaphotLockMaster is enabled");
     }
@@ -309,8 +313,8 @@ uint32_t StaticSupportCapabilities::ParseSessionParams(const camera3_stream_conf
 
     if (m_isEngineerCamera != 0) {
         bool alwaysOn = false;
-        const int status =
-            GetBooleanConfiguration("EngineercameraConfig", "isNeedTwoCameraAlwaysOn", &alwaysOn);
+        const _ConfigKey& key = Key(EConfigKey::EngineerTwoCameraAlwaysOn);
+        const int status = GetBooleanConfiguration(key.group, key.key, &alwaysOn);
         result = static_cast<uint32_t>(status);
         if (status == kConfigOk && alwaysOn) {
             m_supportCaps.set(CapsTwoCameraAlwaysOn);

@@ -16,11 +16,11 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kShdrGroup = "SHDRTypeMatching";
-constexpr const char* kDcgVsGroup = "EnableSensorDCGVS";
+constexpr _ConfigKey kShdr = Key(EConfigKey::ShdrTypeMatching);
+constexpr const char* kDcgVsGroup = Key(EConfigKey::SensorDcgVs).group;
 
 // Values of one SHDR entry.
-constexpr uint32_t kShdrEntrySize = 6;
+constexpr uint32_t kShdrEntrySize = MinValues(EConfigKey::ShdrTypeMatching);
 enum ShdrValue : uint32_t {
     kShdrCameraId = 0,
     kShdrOperationMode = 1,
@@ -52,7 +52,7 @@ void ApplyShdrEntry(_CapsBitset& caps, int32_t option, int32_t type, bool snapsh
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
     uint32_t valueCount = 0;
-    const uint32_t keyCount = ReadModeRows(__func__, kShdrGroup, kShdrEntrySize, &valueCount);
+    const uint32_t keyCount = ReadModeRows(__func__, EConfigKey::ShdrTypeMatching, &valueCount);
     if (keyCount == 0) {
         return kStatusOk;
     }
@@ -63,7 +63,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
     for (uint32_t i = 0; i < keyCount; ++i) {
         const RowIndex indexText(i);
         std::fill(values.begin(), values.end(), 0);
-        status = GetLocaleIntegerListConfiguration(kShdrGroup, "Mode", indexText.text,
+        status = GetLocaleIntegerListConfiguration(kShdr.group, kShdr.key, indexText.text,
                                                    values.data(), valueCount);
         if (status != kConfigOk) {
             continue;
@@ -72,7 +72,7 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsSHDR() {
         // entry without its camera, mode, mask, type or fps cannot be matched,
         // so it is skipped rather than guessed.
         if (valueCount < kShdrEntrySize ||
-            GetLocaleKeyValuesCount(kShdrGroup, "Mode", indexText.text) < kShdrEntrySize) {
+            GetLocaleKeyValuesCount(kShdr.group, kShdr.key, indexText.text) < kShdrEntrySize) {
             continue;
         }
         if (UI_LOG_INFO_ON()) {

@@ -29,11 +29,7 @@ constexpr const char* kStreamsInfoStep = "ParseStreamsInfo";
 constexpr uint16_t kSensorModeQcfa = 0x800;
 
 // The "close OCS" list is read into five values; longer lists are cut there.
-constexpr uint32_t kMaxCloseOcsCameras = 5;
-
-constexpr const char* kAsdGroup = "ASDFeatureConfig";
-constexpr const char* kPipGroup = "PIPFeatureConfig";
-constexpr const char* kOisGroup = "OIS";
+constexpr uint32_t kMaxCloseOcsCameras = ReadLimit(EConfigKey::OisCtsCloseOcs);
 
 bool SizeEquals(const camera3_stream& s, const ODimension& size) {
     return s.width == size.width && s.height == size.height;
@@ -41,9 +37,9 @@ bool SizeEquals(const camera3_stream& s, const ODimension& size) {
 
 // A (width, height) pair of the configuration; (0, 0) unless exactly two
 // values read.
-ODimension ReadStreamSize(const char* group, const char* key) {
+ODimension ReadStreamSize(EConfigKey key) {
     std::vector<uint32_t> values;
-    if (ReadUIntList(group, key, values) != kConfigOk || values.size() != 2) {
+    if (ReadUIntList(key, values) != kConfigOk || values.size() != 2) {
         return ODimension{0, 0};
     }
     return ODimension{values[0], values[1]};
@@ -397,14 +393,15 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
     }
 
     bool overrideAsdDataSpace = false;
-    GetBooleanConfiguration(kAsdGroup, "OverrideASDStreamDtSpace", &overrideAsdDataSpace);
+    const _ConfigKey& overrideKey = Key(EConfigKey::AsdOverrideStreamDtSpace);
+    GetBooleanConfiguration(overrideKey.group, overrideKey.key, &overrideAsdDataSpace);
     if (overrideAsdDataSpace) {
         m_supportCaps.set(CapsOverrideASDStreamDtSpace);
         UI_LOGI("Override APP ASD Stream Data Space");
     }
 
     std::vector<uint32_t> asdModes;
-    if (ReadUIntList(kAsdGroup, "VideoASDOperationMode", asdModes) != kConfigOk) {
+    if (ReadUIntList(EConfigKey::AsdVideoOperationMode, asdModes) != kConfigOk) {
         UI_LOGE("Get VideoASDOperationMode failed");
     } else {
         for (uint32_t mode : asdModes) {
@@ -414,23 +411,23 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
             }
         }
     }
-    facts.asdFullFovSize = ReadStreamSize(kAsdGroup, "ViewASDFullFovStreamInfo");
+    facts.asdFullFovSize = ReadStreamSize(EConfigKey::AsdFullFovStreamInfo);
 
     facts.viewFinderEnabledMode =
-        UIntListContains(kPipGroup, "ViewFinderOperationMode", m_operationMode);
-    facts.oisOpMode = UIntListContains(kOisGroup, "operationMode", m_operationMode);
-    facts.captureHdrOpMode =
-        UIntListContains("OemCommonCapbility", "CaptureHdrSupportOpMode", m_operationMode);
+        UIntListContains(EConfigKey::PipViewFinderOperationMode, m_operationMode);
+    facts.oisOpMode = UIntListContains(EConfigKey::OisOperationMode, m_operationMode);
+    facts.captureHdrOpMode = UIntListContains(EConfigKey::CaptureHdrSupportOpMode, m_operationMode);
     facts.thirdApp = !(m_isSystemCamera != 0 || m_isGSIBuild != 0 || m_isCtsCamera != 0);
 
     if (m_isGSIBuild == 1 || m_SupportOisCloseOcs == 1) {
         UI_LOGI("ois need close ocs ");
-        uint32_t count = GetValuesCount(kOisGroup, "OisCtsCloseOcs");
+        const _ConfigKey& closeOcs = Key(EConfigKey::OisCtsCloseOcs);
+        uint32_t count = GetValuesCount(closeOcs.group, closeOcs.key);
         if (count > kMaxCloseOcsCameras) {
             count = kMaxCloseOcsCameras;
         }
         uint32_t physicalIds[kMaxCloseOcsCameras] = {};
-        if (count >= 1 && GetUIntegerListConfiguration(kOisGroup, "OisCtsCloseOcs", physicalIds,
+        if (count >= 1 && GetUIntegerListConfiguration(closeOcs.group, closeOcs.key, physicalIds,
                                                        count) == kConfigOk) {
             for (uint32_t n = 0; n < count; ++n) {
                 const int k = FindCameraEntryByPhysicalId(physicalIds[n]);
@@ -451,8 +448,8 @@ int StaticSupportCapabilities::ParseStreamsInfo(const camera3_stream_configurati
         m_supportCaps.set(CapsThirdAppTuning);
     }
 
-    facts.viewFinderSize = ReadStreamSize(kPipGroup, "ViewFinderStreamInfo");
-    facts.viewFinderMasterSize = ReadStreamSize(kPipGroup, "ViewFinderMasterModeStreamInfo");
+    facts.viewFinderSize = ReadStreamSize(EConfigKey::PipViewFinderStreamInfo);
+    facts.viewFinderMasterSize = ReadStreamSize(EConfigKey::PipViewFinderMasterModeStreamInfo);
 
     // QCFA facts: some camera of the session has a remosaic sensor mode, and
     // the first camera with 2x2 QCFA support gives the full array size.

@@ -15,24 +15,21 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kAIAFGroup = "AIAFTouch2track";
-constexpr const char* kFeature1Group = "OEMFeature1ModeMatch";
-constexpr const char* kFeature2Group = "OEMFeature2ModeMatch";
-constexpr const char* kStarModeGroup = "StarMode";
-constexpr uint32_t kAIAFRowValues = 2;
-// A tuning policy row needs at least the tuning mode and the operation mode.
-constexpr uint32_t kMinTuningRowValues = 2;
+constexpr _ConfigKey kAIAF = Key(EConfigKey::AiafTouch2Track);
+constexpr uint32_t kAIAFRowValues = MinValues(EConfigKey::AiafTouch2Track);
 
 // Builds one tuning policy table from the rows of `group` that apply to
 // `operationMode` (or to any mode). Leaves the table and its count untouched
 // when the group has no usable rows. Accepted rows are logged on behalf of `step`.
 template <typename Entry>
-void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, uint8_t& count,
+void LoadTuningTable(EConfigKey rowsKey, uint32_t operationMode, Entry* table, uint8_t& count,
                      const char* step) {
     constexpr uint32_t kWidth = sizeof(Entry::value) / sizeof(Entry::value[0]);
-    const uint32_t rowValues = GetValuesCount(group, "Mode[0]");
-    const uint32_t rows = GetKeyCount(group);
-    if (rows == 0 || rowValues < kMinTuningRowValues) {
+    const _ConfigKey& key = Key(rowsKey);
+    const uint32_t rowValues = GetValuesCount(key.group, key.firstRow);
+    const uint32_t rows = GetKeyCount(key.group);
+    // A row needs at least the tuning mode and the operation mode.
+    if (rows == 0 || rowValues < MinValues(key.shape)) {
         return;
     }
     std::vector<int32_t> values(rowValues);
@@ -40,7 +37,7 @@ void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, ui
     for (uint32_t row = 0; row < rows; ++row) {
         const RowIndex index(row);
         std::fill(values.begin(), values.end(), 0);
-        if (GetLocaleIntegerListConfiguration(group, "Mode", index.text, values.data(),
+        if (GetLocaleIntegerListConfiguration(key.group, key.key, index.text, values.data(),
                                               rowValues) != kConfigOk) {
             continue;
         }
@@ -52,7 +49,7 @@ void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, ui
         }
         // Positions the row does not hold match any request value.
         const uint32_t held =
-            std::min(rowValues, GetLocaleKeyValuesCount(group, "Mode", index.text));
+            std::min(rowValues, GetLocaleKeyValuesCount(key.group, key.key, index.text));
         int32_t* entry = table[appended].value;
         for (uint32_t k = 0; k < kWidth; ++k) {
             entry[k] = k < held ? values[k] : -1;
@@ -72,14 +69,14 @@ void LoadTuningTable(const char* group, uint32_t operationMode, Entry* table, ui
 }  // namespace
 
 void StaticSupportCapabilities::ConfigAIAF() {
-    const uint32_t rows = GetKeyCount(kAIAFGroup);
-    if (rows == 0 || GetValuesCount(kAIAFGroup, "Mode[0]") != kAIAFRowValues) {
+    const uint32_t rows = GetKeyCount(kAIAF.group);
+    if (rows == 0 || GetValuesCount(kAIAF.group, kAIAF.firstRow) != kAIAFRowValues) {
         return;
     }
     for (uint32_t row = 0; row < rows; ++row) {
         const RowIndex index(row);
         uint32_t values[kAIAFRowValues] = {0, 0};
-        if (GetLocaleUIntegerListConfiguration(kAIAFGroup, "Mode", index.text, values,
+        if (GetLocaleUIntegerListConfiguration(kAIAF.group, kAIAF.key, index.text, values,
                                                kAIAFRowValues) != kConfigOk) {
             continue;
         }
@@ -95,9 +92,9 @@ void StaticSupportCapabilities::ConfigAIAF() {
 }
 
 void StaticSupportCapabilities::ConfigStaticTuningPolicy() {
-    LoadTuningTable(kFeature1Group, m_operationMode, m_feature1TuningPolicy,
+    LoadTuningTable(EConfigKey::Feature1ModeMatch, m_operationMode, m_feature1TuningPolicy,
                     m_feature1TuningPolicyNum, __func__);
-    LoadTuningTable(kFeature2Group, m_operationMode, m_feature2TuningPolicy,
+    LoadTuningTable(EConfigKey::Feature2ModeMatch, m_operationMode, m_feature2TuningPolicy,
                     m_feature2TuningPolicyNum, __func__);
 }
 
@@ -105,7 +102,7 @@ void StaticSupportCapabilities::ConfigStarModeAEInfo() {
     if (m_operationMode != kOpModeStarMode) {
         return;
     }
-    if (!ReadConfigBool(kStarModeGroup, "needOverrideAE")) {
+    if (!ReadConfigBool(EConfigKey::StarModeOverrideAe)) {
         return;
     }
     m_supportCaps.set(CapsStarModeOverrideAE);
@@ -114,13 +111,17 @@ void StaticSupportCapabilities::ConfigStarModeAEInfo() {
     int32_t aeMode = 0;
     int32_t sensitivity = 0;
     int64_t expTime = 0;
-    if (GetIntegerConfiguration(kStarModeGroup, "AEMode", &aeMode) == kConfigOk) {
+    const _ConfigKey& aeModeKey = Key(EConfigKey::StarModeAeMode);
+    const _ConfigKey& sensitivityKey = Key(EConfigKey::StarModeSensitivity);
+    const _ConfigKey& expTimeKey = Key(EConfigKey::StarModeExposureTime);
+    if (GetIntegerConfiguration(aeModeKey.group, aeModeKey.key, &aeMode) == kConfigOk) {
         m_starModeAEInfo.aeMode = aeMode;
     }
-    if (GetIntegerConfiguration(kStarModeGroup, "sensitiviy", &sensitivity) == kConfigOk) {
+    if (GetIntegerConfiguration(sensitivityKey.group, sensitivityKey.key, &sensitivity) ==
+        kConfigOk) {
         m_starModeAEInfo.sensitivity = sensitivity;
     }
-    if (GetInt64Configuration(kStarModeGroup, "expTime", &expTime) == kConfigOk) {
+    if (GetInt64Configuration(expTimeKey.group, expTimeKey.key, &expTime) == kConfigOk) {
         m_starModeAEInfo.expTime = expTime;
     }
 }

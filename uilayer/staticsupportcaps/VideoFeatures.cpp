@@ -49,7 +49,7 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
     // framework asked for; the capability is for multi-camera sessions only.
     if (config != nullptr) {
         std::vector<uint32_t> photoEisModes;
-        ReadUIntList("PhotoRealtimeEIS", "operationMode", photoEisModes);
+        ReadUIntList(EConfigKey::PhotoRealtimeEis, photoEisModes);
         for (uint32_t mode : photoEisModes) {
             if (mode == config->operation_mode) {
                 UI_LOGI("operation mode: 0x%x  enablePhotoEIS %d", config->operation_mode, 1);
@@ -64,27 +64,27 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
     // Video stabilisation per operation mode and sensor: a row names the mode
     // and the sensors (by the logical camera's sensor name) that support it.
     if (m_logicalCamId >= 0 && static_cast<uint32_t>(m_logicalCamId) < kMaxLogicalCameraIds) {
-        static constexpr const char* kGroup = "EISTypeMatching";
+        constexpr _ConfigKey kEis = Key(EConfigKey::EisTypeMatching);
         const std::string& cameraName = m_sensorNameList[m_logicalCamId];
-        const uint32_t rowCount = GetKeyCount(kGroup);
+        const uint32_t rowCount = GetKeyCount(kEis.group);
         std::vector<char*> names;
         for (uint32_t i = 0; i < rowCount; ++i) {
             char key[32];
-            if (!FormatIndexedKey(key, sizeof(key), "Mode", i)) {
+            if (!FormatIndexedKey(key, sizeof(key), kEis.key, i)) {
                 continue;
             }
             const RowIndex indexText(i);
-            const uint32_t valueCount = GetValuesCount(kGroup, key);
+            const uint32_t valueCount = GetValuesCount(kEis.group, key);
             if (valueCount < 2) {
                 continue;
             }
             uint32_t mode = 0;
-            if (GetLocaleUIntegerListConfiguration(kGroup, "Mode", indexText.text, &mode, 1) !=
-                kConfigOk) {
+            if (GetLocaleUIntegerListConfiguration(kEis.group, kEis.key, indexText.text, &mode,
+                                                   1) != kConfigOk) {
                 continue;
             }
             names.assign(valueCount, nullptr);
-            if (GetLocaleStringListConfiguration(kGroup, "Mode", indexText.text, names.data(),
+            if (GetLocaleStringListConfiguration(kEis.group, kEis.key, indexText.text, names.data(),
                                                  valueCount) != kConfigOk ||
                 mode != m_operationMode) {
                 continue;
@@ -110,7 +110,7 @@ uint32_t StaticSupportCapabilities::ConfigEISMode(const camera3_stream_configura
 
 uint32_t StaticSupportCapabilities::ConfigSupportCapsFlowControl(
     const camera3_stream_configuration*) {
-    if (ReadConfigBool("FlowControl", "isEnableFlowControl")) {
+    if (ReadConfigBool(EConfigKey::EnableFlowControl)) {
         m_supportCaps.set(CapsFlowControl);
         UI_LOGI("EnableFlowControl");
     }
@@ -123,8 +123,7 @@ uint32_t StaticSupportCapabilities::ConfigVideoWatermarkEnable(
     // device is configured to.
     uint8_t videoWatermarkEnable = 0;
     FindSessionByte(config, VendorTagId(kTagVideoWatermark), videoWatermarkEnable);
-    const bool videoHalWatermarkEnable =
-        ReadConfigBool("TavroVideoWaterMarkParams", "videoHalWatermarkEnable");
+    const bool videoHalWatermarkEnable = ReadConfigBool(EConfigKey::VideoHalWatermark);
     UI_LOGI("videoWatermarkEnable: %d, videoHalWatermarkEnable: %d", videoWatermarkEnable,
             videoHalWatermarkEnable);
     if (videoWatermarkEnable != 0 && videoHalWatermarkEnable) {
@@ -145,7 +144,8 @@ uint32_t StaticSupportCapabilities::ConfigSupportCapsProVideoIZoom(
     // Cameras listed in the mask keep in-sensor zoom; the others have it
     // disabled in the professional video modes.
     int32_t mask = 0;
-    GetIntegerConfiguration("InsensorZoom", "supportProVideoIZoomCamIdMask", &mask);
+    const _ConfigKey& maskKey = Key(EConfigKey::ProVideoIzoomCamIdMask);
+    GetIntegerConfiguration(maskKey.group, maskKey.key, &mask);
     for (uint32_t k = 0; k < m_numPhysicalCameras; ++k) {
         const uint32_t physicalCamId = m_cameraInfo[k].physicalCamId;
         const bool inMask = ((static_cast<uint32_t>(mask) >> (physicalCamId & 31u)) & 1u) != 0;

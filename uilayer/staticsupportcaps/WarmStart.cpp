@@ -16,10 +16,10 @@ namespace Lumora {
 
 namespace {
 
-constexpr const char* kWarmDolGroup = "WarmDolState";
+constexpr _ConfigKey kWarmDol = Key(EConfigKey::WarmDolState);
 constexpr const char* kWarmStartFile = "/data/vendor/camera/aecWarmStartCamera_%d.txt";
 // Operation mode, camera id, seven record fields and the frame rate.
-constexpr uint32_t kWarmDolRowValues = 10;
+constexpr uint32_t kWarmDolRowValues = MinValues(EConfigKey::WarmDolState);
 constexpr size_t kPathSize = 512;
 
 // The values of the saved exposure state that the DOL decision reads.
@@ -56,7 +56,7 @@ int ReadWarmStartFile(uint32_t physicalCamId, SavedAecState& state) {
 
 uint32_t StaticSupportCapabilities::ConfigWarmStart() {
     uint32_t valueCount = 0;
-    const uint32_t rows = ReadModeRows(__func__, kWarmDolGroup, kWarmDolRowValues, &valueCount);
+    const uint32_t rows = ReadModeRows(__func__, EConfigKey::WarmDolState, &valueCount);
     // A row needs all ten values: with a shorter first row the configuration is
     // broken (already reported above) and no row is used, and any shorter row
     // is skipped. Longer rows are read whole and their extra values ignored.
@@ -65,9 +65,10 @@ uint32_t StaticSupportCapabilities::ConfigWarmStart() {
         for (uint32_t row = 0; row < rows; ++row) {
             const RowIndex index(row);
             values.assign(valueCount, 0);
-            if (GetLocaleKeyValuesCount(kWarmDolGroup, "Mode", index.text) < kWarmDolRowValues ||
-                GetLocaleUIntegerListConfiguration(kWarmDolGroup, "Mode", index.text, values.data(),
-                                                   valueCount) != kConfigOk ||
+            if (GetLocaleKeyValuesCount(kWarmDol.group, kWarmDol.key, index.text) <
+                    kWarmDolRowValues ||
+                GetLocaleUIntegerListConfiguration(kWarmDol.group, kWarmDol.key, index.text,
+                                                   values.data(), valueCount) != kConfigOk ||
                 values[0] != m_operationMode) {
                 continue;
             }

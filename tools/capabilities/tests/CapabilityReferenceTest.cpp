@@ -110,22 +110,21 @@ TEST(CapabilityReferenceTest, RulesNameTheLibrarysStepsAndWhatItReads) {
     std::set<std::string> steps(std::begin(kConfigStepNames), std::end(kConfigStepNames));
     steps.insert({"InitPackageName", "UpdatePerRequestCaps", "ParseOriginalRequestSetting"});
     const std::set<std::string> literals = LibraryLiterals();
-    const std::regex indexed(R"(\[[^\]]*\]$)");
     for (size_t i = 0; i < CapabilityRuleCount(); ++i) {
         const _CapabilityRule& rule = CapabilityRules()[i];
         EXPECT_EQ(1u, steps.count(rule.step)) << rule.bit << " " << rule.step;
+        // Every configuration input names a key of the library's table.
+        const std::string text = rule.inputs;
+        size_t configItems = 0;
+        for (size_t at = text.find("config:"); at != std::string::npos;
+             at = text.find("config:", at + 1)) {
+            ++configItems;
+        }
         for (const _CapabilityInput& input : ParseInputs(rule)) {
             switch (input.kind) {
-                case kInputConfig: {
-                    EXPECT_EQ(1u, literals.count(input.group)) << rule.bit << " " << input.value;
-                    // Keys named by a sensor or package are the configuration's own.
-                    const std::string key = std::regex_replace(input.key, indexed, "");
-                    if (key.find('<') == std::string::npos) {
-                        EXPECT_TRUE(literals.count(key) + literals.count(key + "[0]") > 0)
-                            << rule.bit << " " << input.value;
-                    }
+                case kInputConfig:
+                    --configItems;
                     break;
-                }
                 case kInputProperty:
                     EXPECT_EQ(1u, literals.count(input.value)) << rule.bit << " " << input.value;
                     break;
@@ -141,19 +140,22 @@ TEST(CapabilityReferenceTest, RulesNameTheLibrarysStepsAndWhatItReads) {
                     break;
             }
         }
+        EXPECT_EQ(0u, configItems) << rule.bit << " " << rule.inputs;
     }
 }
 
 TEST(CapabilityReferenceTest, InputsSplitIntoKindsAndConfigurationKeys) {
     _CapabilityRule rule = {};
     rule.inputs =
-        "config:PackageName Group/SystemCamera; property:ro.build.product; nonsense; "
-        "bogus:1; caps:15";
+        "config:SystemCameraPackage; property:ro.build.product; nonsense; "
+        "bogus:1; config:NoSuchKey; caps:15; config:WarmDolState";
     const std::vector<_CapabilityInput> inputs = ParseInputs(rule);
-    ASSERT_EQ(3u, inputs.size());
+    ASSERT_EQ(4u, inputs.size());
     EXPECT_EQ(kInputConfig, inputs[0].kind);
-    EXPECT_EQ("PackageName Group", inputs[0].group);
-    EXPECT_EQ("SystemCamera", inputs[0].key);
+    EXPECT_EQ(EConfigKey::SystemCameraPackage, inputs[0].configKey);
+    EXPECT_EQ(Key(EConfigKey::SystemCameraPackage).group, inputs[0].group);
+    EXPECT_EQ(Key(EConfigKey::SystemCameraPackage).key, inputs[0].key);
+    EXPECT_EQ(std::string(Key(EConfigKey::WarmDolState).key) + "[i]", inputs[3].key);
     EXPECT_EQ(kInputProperty, inputs[1].kind);
     EXPECT_EQ("ro.build.product", inputs[1].value);
     EXPECT_EQ(kInputCaps, inputs[2].kind);

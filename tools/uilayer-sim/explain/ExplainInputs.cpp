@@ -21,6 +21,9 @@ using HostPlatform::ConfigGroup;
 using HostPlatform::ConfigKey;
 using Lumora::_CapabilityInput;
 using Lumora::_CapabilityRule;
+using Lumora::ConfigKeyPath;
+using Lumora::EConfigKey;
+using Lumora::Key;
 
 std::string Hex(uint32_t value) {
     char text[16];
@@ -171,7 +174,7 @@ void JudgeNameTable(const ConfigGroup* group, const std::string& groupName, cons
     }
     const uint32_t mode = c.facts->raw.operationMode;
     bool modeRow = false;
-    for (const ConfigKey* row : RowsOf(*group, "Mode[i]")) {
+    for (const ConfigKey* row : RowsOf(*group, Key(EConfigKey::EisTypeMatching).key)) {
         uint32_t rowMode = 0;
         if (row->values.size() < 2 ||
             HostPlatform::ParseUInt32(row->values[0], &rowMode) != HostPlatform::NumberStatus::Ok ||
@@ -243,8 +246,9 @@ std::string GsiText(const _GsiState& gsi) {
 
 // The 3D LUT switch: the configuration's, unless the property says otherwise.
 void JudgeLut(const _InputContext& c, std::vector<_ExplainInput>* inputs) {
-    const ConfigGroup* group = c.config->Find("OemCommonCapbility");
-    const ConfigKey* key = group != nullptr ? group->Find("Enable3DLut") : nullptr;
+    const ConfigGroup* group = c.config->Find(Key(EConfigKey::Enable3DLut).group);
+    const ConfigKey* key =
+        group != nullptr ? group->Find(Key(EConfigKey::Enable3DLut).key) : nullptr;
     bool configured = false;
     const bool readable = key != nullptr && !key->values.empty() &&
                           HostPlatform::ParseBoolean(key->values[0], &configured);
@@ -258,7 +262,7 @@ void JudgeLut(const _InputContext& c, std::vector<_ExplainInput>* inputs) {
     _ExplainInput input;
     input.what = "3D LUT switch";
     const std::string configText =
-        "OemCommonCapbility/Enable3DLut " +
+        ConfigKeyPath(EConfigKey::Enable3DLut) + " " +
         (readable ? std::string(configured ? "true" : "false") + " (" + Where(c, key->line) + ")"
                   : std::string("absent (false)"));
     const std::string propertyText = "persist.vendor.camera.3dlut.enable " + PropertyText(property);
@@ -296,13 +300,15 @@ void JudgeCloseOcsList(const _InputContext& c, _ExplainInput* input) {
     if (c.camera < 0) {
         return;
     }
-    const ConfigGroup* group = c.config->Find("OIS");
-    const ConfigKey* key = group != nullptr ? group->Find("OisCtsCloseOcs") : nullptr;
+    const Lumora::_ConfigKey& list = Key(EConfigKey::OisCtsCloseOcs);
+    const ConfigGroup* group = c.config->Find(list.group);
+    const ConfigKey* key = group != nullptr ? group->Find(list.key) : nullptr;
     if (key == nullptr) {
-        Fail(input, "OIS/OisCtsCloseOcs is absent");
+        Fail(input, ConfigKeyPath(EConfigKey::OisCtsCloseOcs) + " is absent");
         return;
     }
-    for (size_t i = 0; i < key->values.size() && i < 5; ++i) {
+    for (size_t i = 0; i < key->values.size() && i < Lumora::ReadLimit(EConfigKey::OisCtsCloseOcs);
+         ++i) {
         uint32_t id = 0;
         if (HostPlatform::ParseUInt32(key->values[i], &id) == HostPlatform::NumberStatus::Ok &&
             id == c.camera) {
@@ -310,8 +316,8 @@ void JudgeCloseOcsList(const _InputContext& c, _ExplainInput* input) {
             return;
         }
     }
-    Fail(input, "camera " + std::to_string(c.camera) +
-                    " is not among the first five ids of OIS/OisCtsCloseOcs");
+    Fail(input, "camera " + std::to_string(c.camera) + " is not among the first five ids of " +
+                    ConfigKeyPath(EConfigKey::OisCtsCloseOcs));
 }
 
 // A device file of the scenario ("%d" stands for the explained camera).
@@ -390,8 +396,8 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
     const std::vector<_CapabilityInput> inputs = Lumora::ParseInputs(rule);
     const bool nameTable = HasInput(inputs, Lumora::kInputSession, "set camera name");
     const bool gsiRule = HasInput(inputs, Lumora::kInputProperty, "ro.product.brand");
-    const bool closeOcsRule =
-        gsiRule && HasInput(inputs, Lumora::kInputConfig, "PackageName Group/OisCloseOcsApp");
+    const bool closeOcsRule = gsiRule && HasInput(inputs, Lumora::kInputConfig,
+                                                  ConfigKeyPath(EConfigKey::OisCloseOcsApp));
     const bool lutRule =
         HasInput(inputs, Lumora::kInputProperty, "persist.vendor.camera.3dlut.enable");
     const _RecordedFacts& facts = *c.facts;
@@ -400,12 +406,12 @@ std::vector<_ExplainInput> EvaluateInputs(const _CapabilityRule& rule, const _In
         input.what = std::string(Lumora::InputKindText(in.kind)) + " " + in.value;
         switch (in.kind) {
             case Lumora::kInputConfig:
-                if (lutRule && in.value == "OemCommonCapbility/Enable3DLut") {
+                if (lutRule && in.configKey == EConfigKey::Enable3DLut) {
                     JudgeLut(c, &out);
                     continue;
                 }
                 input = ConfigInput(in, c);
-                if (closeOcsRule && judge && in.value == "OIS/OisCtsCloseOcs") {
+                if (closeOcsRule && judge && in.configKey == EConfigKey::OisCtsCloseOcs) {
                     JudgeCloseOcsList(c, &input);
                 }
                 if (nameTable && judge && in.key.find("[i]") != std::string::npos) {
@@ -585,7 +591,7 @@ std::vector<_ExplainInput> SessionFactInputs(const _InputContext& c) {
                                  kWirelessOnlinePath + " " +
                                  (session.wireless.fileRead ? std::to_string(session.wireless.value)
                                                             : std::string("absent")) +
-                                 ", SatFallback/isEnablewireless " +
+                                 ", " + ConfigKeyPath(EConfigKey::SatFallbackWireless) + " " +
                                  (session.wireless.enabled ? "true" : "false") + ")");
     return out;
 }

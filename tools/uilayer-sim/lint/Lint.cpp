@@ -271,12 +271,15 @@ void Linter::CheckSingleKeys(const ConfigGroup& group, const std::vector<const K
         }
     }
     // The base zoom ratios are read as many as there are sensor names.
-    const ConfigKey* names = group.Find("needOverrideCameraList");
-    const ConfigKey* ratios = group.Find("baseZoomRatio");
-    if (group.name == "EquivalentFocalLengthMapping" && names != nullptr && ratios != nullptr &&
+    const Lumora::_ConfigKey& namesKey =
+        Lumora::Key(Lumora::EConfigKey::FocalLengthOverrideCameras);
+    const ConfigKey* names = group.Find(namesKey.key);
+    const ConfigKey* ratios =
+        group.Find(Lumora::Key(Lumora::EConfigKey::FocalLengthBaseZoomRatios).key);
+    if (group.name == namesKey.group && names != nullptr && ratios != nullptr &&
         names->values.size() != ratios->values.size()) {
         Add("count-mismatch", ratios->line, group.name, ratios->name,
-            Values(ratios->values.size()) + ", needOverrideCameraList has " +
+            Values(ratios->values.size()) + ", " + namesKey.key + " has " +
                 std::to_string(names->values.size()) + " (one ratio per sensor expected)");
     }
 }

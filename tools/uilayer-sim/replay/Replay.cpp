@@ -16,6 +16,7 @@
 #include "core/Signals.h"
 #include "core/TraceRecorder.h"
 #include "replay/Replayer.h"
+#include "common/ConfigKeys.h"
 
 namespace UilayerSim {
 
@@ -147,8 +148,9 @@ _ReplayRecord Replayer::Run() {
     }
     const int refused = HostPlatform::LoadConfiguration(m_scenario.configText.c_str());
     const HostPlatform::ConfigText configText = HostPlatform::ReadConfigText(m_scenario.configText);
-    if (const HostPlatform::ConfigGroup* group = configText.Find("SatFallback")) {
-        const HostPlatform::ConfigKey* key = group->Find("isEnablewireless");
+    const Lumora::_ConfigKey& wireless = Lumora::Key(Lumora::EConfigKey::SatFallbackWireless);
+    if (const HostPlatform::ConfigGroup* group = configText.Find(wireless.group)) {
+        const HostPlatform::ConfigKey* key = group->Find(wireless.key);
         m_wirelessSwitch = key != nullptr && !key->values.empty() ? key->values.front() : "";
     }
     if (refused != 0) {

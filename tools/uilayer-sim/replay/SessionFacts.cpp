@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 
+#include "common/ConfigKeys.h"
 #include "core/TraceRecorder.h"
 
 namespace UilayerSim {
@@ -127,11 +128,13 @@ ReportNode FactsNode(const _RecordedSession& session, uint32_t requestedMode) {
     wirelessJson.Add("file",
                      wireless.fileRead ? ReportNode::Integer(wireless.value) : ReportNode());
     wirelessJson.Add("enabled", ReportNode::Boolean(wireless.enabled));
-    node.Add("wireless charging",
-             ReportNode::Text(
-                 std::string(wireless.on ? "on" : "off") + " (" + kWirelessOnlinePath + " " +
-                 (wireless.fileRead ? std::to_string(wireless.value) : "absent") +
-                 ", SatFallback/isEnablewireless " + (wireless.enabled ? "true" : "false") + ")"))
+    const Lumora::_ConfigKey& wirelessSwitch = Lumora::Key(Lumora::EConfigKey::SatFallbackWireless);
+    node.Add(
+            "wireless charging",
+            ReportNode::Text(std::string(wireless.on ? "on" : "off") + " (" + kWirelessOnlinePath +
+                             " " + (wireless.fileRead ? std::to_string(wireless.value) : "absent") +
+                             ", " + wirelessSwitch.group + "/" + wirelessSwitch.key + " " +
+                             (wireless.enabled ? "true" : "false") + ")"))
         .WithJson(wirelessJson);
     node.Add("bokeh mode", Flag(raw.isBokehMode));
     node.Add("AI composition", Flag(raw.isAICompositionEnable));

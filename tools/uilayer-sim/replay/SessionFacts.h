@@ -34,7 +34,7 @@ struct _GsiState {
 };
 
 // Wireless charging as the multi-camera zoom step sees it: the state file
-// reads 1 and "SatFallback" / "isEnablewireless" is true.
+// reads 1 and the switch EConfigKey::SatFallbackWireless is true.
 struct _WirelessState {
     bool fileRead = false;
     int value = 0;
