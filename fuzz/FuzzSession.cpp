@@ -85,12 +85,10 @@ void KeepBokehSessionsRunnable(Scenario& scenario, const ReplayOptions& options)
     if (open.empty()) {
         return;
     }
-    const ReportNode report = Replay(probe, options);
-    const std::vector<ReportNode>& sessions = report.Find("sessions")->Items();
+    const _ReplayRecord record = RecordReplay(probe, options);
     for (size_t i : open) {
-        const ReportNode* sat = sessions[i].Find("SAT");
-        const ReportNode* bokeh = sat != nullptr ? sat->Find("isBokehMode") : nullptr;
-        if (bokeh == nullptr || bokeh->Scalar() != "0") {
+        const std::optional<Lumora::_SatStaticCaps>& sat = record.sessions[i].sat;
+        if (!sat.has_value() || sat->isBokehMode != 0) {
             GiveTwoPreviewCameras(scenario.sessions[i]);
         }
     }
@@ -119,7 +117,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (fixed == nullptr) {
             KeepBokehSessionsRunnable(input.scenario, options);
         }
-        Replay(input.scenario, options);
+        RecordReplay(input.scenario, options);
     } catch (const std::exception&) {
         // A device the replay cannot set up: a refused configuration text or
         // tag value.
