@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "CapabilityReference.h"
+#include "common/ConfigurationSteps.h"
 
 namespace Lumora {
 
@@ -71,6 +72,13 @@ std::string Inputs(uint32_t bit) {
     return text;
 }
 
+// The configuration steps by position, as the library runs them.
+const char* Step(uint32_t index) {
+    return kConfigStepNames[index];
+}
+constexpr uint32_t kStream = static_cast<uint32_t>(kFirstStreamStep);
+static_assert(kStream + 2 == kConfigStepCount, "two stream steps");
+
 }  // namespace
 
 std::string CapabilitiesMarkdown() {
@@ -90,9 +98,11 @@ std::string CapabilitiesMarkdown() {
            "  logical* a request's primary caps and *request physical* a request's caps of one\n"
            "  physical camera (`IsRequestSupportCaps`).\n"
            "- Steps are the library's functions. A configuration runs `ParseStaticCapabilities`\n"
-           "  (`ParseSessionParams`, which calls `InitPackageName`, then the feature steps from\n"
-           "  `ConfigSupportCapsBokeh` to `ConfigSupportCapsProVideoIZoom`) and\n"
-           "  `ParseStreamCapabilities` (`ParseStreamsInfo`, `SelectLowlatencyPipeline`); a\n"
+           "  (`"
+        << Step(0) << "`, which calls `InitPackageName`, then the feature steps from\n  `"
+        << Step(1) << "` to `" << Step(kStream - 1) << "`) and\n  `ParseStreamCapabilities` (`"
+        << Step(kStream) << "`, `" << Step(kStream + 1)
+        << "`); a\n"
            "  request runs `UpdatePerRequestCaps` and `ParseOriginalRequestSetting`. A later rule\n"
            "  wins over an earlier one.\n"
            "- Inputs: `config` is a group/key of the hardware configuration (`Mode[i]` stands\n"
