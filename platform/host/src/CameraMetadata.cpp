@@ -169,6 +169,16 @@ void FillEntry(Metadata* metadata, size_t index, Entry* out) {
     out->data.u8 = entry.count > 0 ? DataArea(metadata) + entry.offset : nullptr;
 }
 
+// The entry at `index`: 0, or 1 on a null argument or an index out of range.
+template <typename Entry, typename Metadata>
+int GetEntry(Metadata* metadata, size_t index, Entry* out) {
+    if (metadata == nullptr || out == nullptr || index >= metadata->entryCount) {
+        return 1;
+    }
+    FillEntry(metadata, index, out);
+    return 0;
+}
+
 // The first entry of `tag`: 0, 1 on a null argument, -ENOENT when there is none.
 template <typename Entry, typename Metadata>
 int FindEntry(Metadata* metadata, uint32_t tag, Entry* out) {
@@ -333,20 +343,12 @@ int add_camera_metadata_entry(camera_metadata_t* dst, uint32_t tag, const void* 
 
 int get_camera_metadata_entry(camera_metadata_t* src, size_t index,
                               camera_metadata_entry_t* entry) {
-    if (src == nullptr || entry == nullptr || index >= src->entryCount) {
-        return 1;
-    }
-    FillEntry(src, index, entry);
-    return 0;
+    return GetEntry(src, index, entry);
 }
 
 int get_camera_metadata_ro_entry(const camera_metadata_t* src, size_t index,
                                  camera_metadata_ro_entry_t* entry) {
-    if (src == nullptr || entry == nullptr || index >= src->entryCount) {
-        return 1;
-    }
-    FillEntry(src, index, entry);
-    return 0;
+    return GetEntry(src, index, entry);
 }
 
 int find_camera_metadata_entry(camera_metadata_t* src, uint32_t tag,

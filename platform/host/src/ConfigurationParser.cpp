@@ -8,6 +8,7 @@
 // in its place; a repeated group header continues the same group.
 #include <HostConfigText.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string>
@@ -20,20 +21,13 @@ namespace HostPlatform {
 
 namespace {
 
-bool IsSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
-}
-
 std::string_view Trim(std::string_view text) {
-    size_t begin = 0;
-    size_t end = text.size();
-    while (begin < end && IsSpace(text[begin])) {
-        ++begin;
+    constexpr std::string_view kSpace = " \t\r\n\v\f";
+    const size_t begin = text.find_first_not_of(kSpace);
+    if (begin == std::string_view::npos) {
+        return text.substr(text.size());
     }
-    while (end > begin && IsSpace(text[end - 1])) {
-        --end;
-    }
-    return text.substr(begin, end - begin);
+    return text.substr(begin, text.find_last_not_of(kSpace) + 1 - begin);
 }
 
 std::string UnquoteValue(std::string_view field) {
@@ -119,33 +113,25 @@ private:
     std::vector<std::unordered_map<std::string, size_t>> m_keyIndex;
 };
 
+// The first element of `items` that `test` accepts, or null.
+template <typename T, typename Test>
+const T* FirstOf(const std::vector<T>& items, Test test) {
+    const auto found = std::find_if(items.begin(), items.end(), test);
+    return found != items.end() ? &*found : nullptr;
+}
+
 }  // namespace
 
 const ConfigKey* ConfigGroup::Find(std::string_view key) const {
-    for (const ConfigKey& entry : keys) {
-        if (entry.name == key) {
-            return &entry;
-        }
-    }
-    return nullptr;
+    return FirstOf(keys, [&](const ConfigKey& entry) { return entry.name == key; });
 }
 
 const ConfigGroup* ConfigText::Find(std::string_view group) const {
-    for (const ConfigGroup& entry : groups) {
-        if (entry.name == group) {
-            return &entry;
-        }
-    }
-    return nullptr;
+    return FirstOf(groups, [&](const ConfigGroup& entry) { return entry.name == group; });
 }
 
 const ConfigProblem* ConfigText::FirstMalformed() const {
-    for (const ConfigProblem& problem : problems) {
-        if (problem.IsMalformed()) {
-            return &problem;
-        }
-    }
-    return nullptr;
+    return FirstOf(problems, [](const ConfigProblem& problem) { return problem.IsMalformed(); });
 }
 
 ConfigText ReadConfigText(std::string_view text) {

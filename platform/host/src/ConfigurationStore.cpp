@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -60,17 +61,13 @@ int Load(std::string_view text) {
 
 // ---- Value conversions of the typed reads. ----
 
-bool ToUInt32(const std::string& text, uint32_t* out) {
-    return HostPlatform::ParseUInt32(text, out) == NumberStatus::Ok;
+template <typename T, NumberStatus (*Parse)(const std::string&, T*)>
+bool Convert(const std::string& text, T* out) {
+    return Parse(text, out) == NumberStatus::Ok;
 }
-
-bool ToInt32(const std::string& text, int32_t* out) {
-    return HostPlatform::ParseInt32(text, out) == NumberStatus::Ok;
-}
-
-bool ToInt64(const std::string& text, int64_t* out) {
-    return HostPlatform::ParseInt64(text, out) == NumberStatus::Ok;
-}
+constexpr auto ToUInt32 = Convert<uint32_t, HostPlatform::ParseUInt32>;
+constexpr auto ToInt32 = Convert<int32_t, HostPlatform::ParseInt32>;
+constexpr auto ToInt64 = Convert<int64_t, HostPlatform::ParseInt64>;
 
 bool ToString(std::string& text, char** out) {
     *out = &text[0];
@@ -79,7 +76,7 @@ bool ToString(std::string& text, char** out) {
 
 // ---- Lookups, under the store's lock. ----
 
-ConfigKey* FindKey(ConfigurationData& data, const char* group, std::string_view key) {
+ConfigKey* FindKey(ConfigurationData& data, const char* group, const char* key) {
     if (group == nullptr) {
         return nullptr;
     }
@@ -87,18 +84,24 @@ ConfigKey* FindKey(ConfigurationData& data, const char* group, std::string_view 
     return data.FindKey(group, key);
 }
 
-std::string LocaleKey(const char* name, const char* index) {
-    std::string key(name);
-    key += '[';
-    key += index;
-    key += ']';
-    return key;
-}
+// "name[index]", or null (nothing configured) when either is null.
+class LocaleKey {
+public:
+    LocaleKey(const char* name, const char* index) {
+        if (name != nullptr && index != nullptr) {
+            m_key = std::string(name) + '[' + index + ']';
+        }
+    }
+    operator const char*() const { return m_key ? m_key->c_str() : nullptr; }
+
+private:
+    std::optional<std::string> m_key;
+};
 
 // The first value of a key, converted.
 template <typename T, typename Convert>
-int ReadSingle(const char* group, std::string_view key, T* out, Convert convert) {
-    if (out == nullptr) {
+int ReadSingle(const char* group, const char* key, T* out, Convert convert) {
+    if (key == nullptr || out == nullptr) {
         return kNotConfigured;
     }
     Store& store = TheStore();
@@ -118,8 +121,8 @@ int ReadSingle(const char* group, std::string_view key, T* out, Convert convert)
 // The first min(count, available) values of a key, converted; nothing is
 // written unless all of them convert.
 template <typename T, typename Convert>
-int ReadList(const char* group, std::string_view key, T* out, uint32_t count, Convert convert) {
-    if (out == nullptr && count > 0) {
+int ReadList(const char* group, const char* key, T* out, uint32_t count, Convert convert) {
+    if (key == nullptr || (out == nullptr && count > 0)) {
         return kNotConfigured;
     }
     Store& store = TheStore();
@@ -141,7 +144,10 @@ int ReadList(const char* group, std::string_view key, T* out, uint32_t count, Co
     return kOk;
 }
 
-uint32_t ValuesCount(const char* group, std::string_view key) {
+uint32_t ValuesCount(const char* group, const char* key) {
+    if (key == nullptr) {
+        return 0;
+    }
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
     const ConfigKey* found = FindKey(*store.data, group, key);
@@ -190,66 +196,39 @@ uint32_t GetKeyCount(const char* group) {
 }
 
 uint32_t GetValuesCount(const char* group, const char* key) {
-    if (key == nullptr) {
-        return 0;
-    }
     return ValuesCount(group, key);
 }
 
 int GetBooleanConfiguration(const char* group, const char* key, bool* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, HostPlatform::ParseBoolean);
 }
 
 int GetIntegerConfiguration(const char* group, const char* key, int32_t* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToInt32);
 }
 
 int GetUIntegerConfiguration(const char* group, const char* key, uint32_t* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToUInt32);
 }
 
 int GetInt64Configuration(const char* group, const char* key, int64_t* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToInt64);
 }
 
 int GetStringConfiguration(const char* group, const char* key, char** out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToString);
 }
 
 int GetUIntegerListConfiguration(const char* group, const char* key, uint32_t* out,
                                  uint32_t count) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, key, out, count, ToUInt32);
 }
 
 int GetFloatListConfiguration(const char* group, const char* key, float* out, uint32_t count) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, key, out, count, HostPlatform::ParseFloat);
 }
 
 int GetStringListConfiguration(const char* group, const char* key, char** out, uint32_t count) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, key, out, count, ToString);
 }
 
@@ -277,41 +256,26 @@ uint32_t GetLocaleKeyCount(const char* group, const char* name) {
 }
 
 uint32_t GetLocaleKeyValuesCount(const char* group, const char* name, const char* index) {
-    if (name == nullptr || index == nullptr) {
-        return 0;
-    }
     return ValuesCount(group, LocaleKey(name, index));
 }
 
 int GetLocaleStringConfiguration(const char* group, const char* name, const char* index,
                                  char** out) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, LocaleKey(name, index), out, ToString);
 }
 
 int GetLocaleIntegerListConfiguration(const char* group, const char* name, const char* index,
                                       int32_t* out, uint32_t count) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, LocaleKey(name, index), out, count, ToInt32);
 }
 
 int GetLocaleUIntegerListConfiguration(const char* group, const char* name, const char* index,
                                        uint32_t* out, uint32_t count) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, LocaleKey(name, index), out, count, ToUInt32);
 }
 
 int GetLocaleStringListConfiguration(const char* group, const char* name, const char* index,
                                      char** out, uint32_t count) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, LocaleKey(name, index), out, count, ToString);
 }
 

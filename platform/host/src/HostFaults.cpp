@@ -1,5 +1,5 @@
-// The fault plan: per kind, a call counter and the one call (or every call)
-// that fails. Shims call ShouldFail from whichever thread the library runs on.
+// The fault plan: per kind, a call counter and the one call that fails. Shims call ShouldFail from
+// whichever thread the library runs on.
 #include "HostFaults.h"
 
 #include <atomic>
@@ -9,7 +9,6 @@ namespace HostPlatform {
 namespace {
 
 constexpr uint64_t kNoCall = 0;
-constexpr uint64_t kEveryCall = UINT64_MAX;
 
 struct KindPlan {
     std::atomic<uint64_t> calls{0};
@@ -39,10 +38,6 @@ void FailNth(FaultKind kind, uint64_t n) {
     Plan(kind).failing = n;
 }
 
-void FailEvery(FaultKind kind) {
-    Plan(kind).failing = kEveryCall;
-}
-
 void ClearFaults() {
     for (KindPlan& plan : g_plans) {
         plan.calls = 0;
@@ -66,8 +61,7 @@ uint64_t FaultsInjected() {
 bool ShouldFail(FaultKind kind) {
     KindPlan& plan = Plan(kind);
     const uint64_t call = ++plan.calls;
-    const uint64_t failing = plan.failing;
-    const bool fail = failing == kEveryCall || (failing != kNoCall && failing == call);
+    const bool fail = plan.failing == call;
     if (fail) {
         ++g_injected;
     }
