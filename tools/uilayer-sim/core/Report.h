@@ -49,6 +49,8 @@ public:
     const ReportNode* Find(const std::string& key) const;
 
 private:
+    explicit ReportNode(Kind kind, std::string text = "", bool inlined = false);
+
     Kind m_kind = Kind::Null;
     bool m_inline = false;
     std::string m_text;  // scalars in their written form

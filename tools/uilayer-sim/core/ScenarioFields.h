@@ -55,10 +55,11 @@ public:
         }
     }
 
-    // The map's fields must all be among `allowed`.
+    // The map's fields must all be among `allowed`, from its `from`-th name on.
     void CheckFields(const YAML::Node& node, const std::string& field,
-                     std::initializer_list<const char*> allowed) const {
+                     std::initializer_list<const char*> names, size_t from = 0) const {
         RequireMap(node, field);
+        const std::vector<const char*> allowed(names.begin() + from, names.end());
         std::set<std::string> seen;
         for (const auto& item : node) {
             const std::string name = item.first.IsScalar() ? item.first.Scalar() : "?";
@@ -237,7 +238,7 @@ public:
     }
 
 protected:
-    static std::string Join(std::initializer_list<const char*> names) {
+    static std::string Join(const std::vector<const char*>& names) {
         std::string text;
         for (const char* name : names) {
             text += (text.empty() ? "" : ", ") + std::string(name);

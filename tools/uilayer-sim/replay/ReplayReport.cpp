@@ -15,16 +15,12 @@ ReportNode CapabilityNode(uint32_t bit) {
     ReportNode json = ReportNode::Map();
     json.Add("bit", ReportNode::Integer(bit));
     json.Add("name", ReportNode::Text(CapabilityName(bit)));
-    ReportNode node = ReportNode::Text(CapabilityName(bit));
-    node.WithJson(json);
-    return node;
+    return ReportNode::Text(CapabilityName(bit)).WithJson(json);
 }
 
 // A text for the user; null in JSON.
 ReportNode NoteOrNull(const char* text) {
-    ReportNode node = ReportNode::Text(text);
-    node.WithJson(ReportNode());
-    return node;
+    return ReportNode::Text(text).WithJson(ReportNode());
 }
 
 // What a query on a frame the library holds no record of answers, for every
@@ -66,16 +62,12 @@ ReportNode CameraLabel(uint32_t queryType) {
     if (queryType == kLogicalCamera) {
         return ReportNode::Text("logical");
     }
-    ReportNode node = ReportNode::Text(std::to_string(queryType));
-    node.WithJson(ReportNode::Integer(queryType));
-    return node;
+    return ReportNode::Text(std::to_string(queryType)).WithJson(ReportNode::Integer(queryType));
 }
 
 // The query's name; in JSON the name of its step ("request_caps").
 ReportNode QueryName(const std::string& name) {
-    ReportNode node = ReportNode::Text(name);
-    node.WithJson(ReportNode::Text(JsonKey(name)));
-    return node;
+    return ReportNode::Text(name).WithJson(ReportNode::Text(JsonKey(name)));
 }
 
 // The log lines as "log" when there are any.
@@ -95,8 +87,7 @@ ReportNode CameraCapsNode(const CameraCaps& cameras) {
     for (const auto& camera : cameras) {
         node.Add("camera " + std::to_string(camera.first), CapsNode(camera.second));
     }
-    node.WithJson(LabelledList(node, "camera_id", true, "caps"));
-    return node;
+    return node.WithJson(LabelledList(node, "camera_id", true, "caps"));
 }
 
 ReportNode RolesNode(const RoleStreams& roles) {
@@ -104,8 +95,7 @@ ReportNode RolesNode(const RoleStreams& roles) {
     for (const auto& role : roles) {
         node.Add(StreamRoleName(role.first), ReportNode::Texts(role.second, true));
     }
-    node.WithJson(LabelledList(node, "role", false, "streams"));
-    return node;
+    return node.WithJson(LabelledList(node, "role", false, "streams"));
 }
 
 // The answers to the asked capabilities; in JSON a list of {"bit", "name",
@@ -120,8 +110,7 @@ ReportNode AnswersNode(const std::vector<uint32_t>& bits, const std::vector<bool
         item.Add("name", ReportNode::Text(CapabilityName(bits[i])));
         item.Add("supported", ReportNode::Boolean(answers[i]));
     }
-    node.WithJson(json);
-    return node;
+    return node.WithJson(json);
 }
 
 ReportNode SatNode(const std::optional<Lumora::_SatStaticCaps>& record) {
