@@ -6,16 +6,8 @@
 // the scenario again cleanly in the same process: that replay must give the
 // clean report exactly, log lines included (a transient fault leaves nothing
 // behind in the registry, the parsers, the ring or the vendor tag lookup).
-//
-//   uilayer_fault_sweep [--limit N] [--jobs N] [--no-log] [--verbose] [SCENARIO.yaml ...]
-//   uilayer_fault_sweep --fail KIND N SCENARIO.yaml
-//
-// The second form replays one scenario with one fault, in this process, and
-// prints its report (to compare with the simulator's report of a clean run).
-//
-// Repeat steps keep their last kMaxRepeat requests; --jobs children run at
-// once. --limit caps the faults per (scenario, kind): past it the calls are
-// sampled evenly, the last call always included (0 = every call).
+// --fail replays one scenario with one fault in this process and prints its
+// report, to compare with the simulator's report of a clean run.
 #include <HostFaults.h>
 #include <dirent.h>
 #include <sys/wait.h>
@@ -23,6 +15,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cinttypes>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -238,8 +231,9 @@ void RunKind(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultK
             }
             ++tally->runs;
             ++tally->failures;
-            fprintf(stderr, "FAIL %s%llu: the replay crashed or failed a sanitizer or leak check\n",
-                    prefix.c_str(), static_cast<unsigned long long>(n));
+            fprintf(stderr,
+                    "FAIL %s%" PRIu64 ": the replay crashed or failed a sanitizer or leak check\n",
+                    prefix.c_str(), n);
         }
     }
 }
@@ -290,8 +284,7 @@ void SweepScenario(const std::string& path, uint64_t limit, size_t jobs, bool ve
     }
     printf("%s calls:", scenario.name.c_str());
     for (size_t k = 0; k < kFaultKindCount; ++k) {
-        printf(" %s %llu", HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
-               static_cast<unsigned long long>(counts[k]));
+        printf(" %s %" PRIu64, HostPlatform::FaultKindName(static_cast<FaultKind>(k)), counts[k]);
     }
     printf("\n");
     for (size_t k = 0; k < kFaultKindCount; ++k) {
@@ -365,9 +358,9 @@ int ShowFault(const char* kindName, const char* n, const char* path) {
     printf("%s", faulty.text.c_str());
     if (HostPlatform::FaultsInjected() == 0) {
         fprintf(stderr,
-                "uilayer_fault_sweep: the replay made fewer than %llu %s calls: no fault was "
-                "injected\n",
-                static_cast<unsigned long long>(call), kindName);
+                "uilayer_fault_sweep: the replay made fewer than %" PRIu64
+                " %s calls: no fault was injected\n",
+                call, kindName);
         return EXIT_FAILURE;
     }
     return faulty.ok ? EXIT_SUCCESS : EXIT_FAILURE;
@@ -439,12 +432,9 @@ int main(int argc, char** argv) {
     uint64_t runFailures = 0;
     for (size_t k = 0; k < kFaultKindCount; ++k) {
         const Tally& tally = perKind[k];
-        printf("%-20s %9llu %9llu %9llu %9llu\n",
-               HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
-               static_cast<unsigned long long>(tally.runs),
-               static_cast<unsigned long long>(tally.changed),
-               static_cast<unsigned long long>(tally.skipped),
-               static_cast<unsigned long long>(tally.failures));
+        printf("%-20s %9" PRIu64 " %9" PRIu64 " %9" PRIu64 " %9" PRIu64 "\n",
+               HostPlatform::FaultKindName(static_cast<FaultKind>(k)), tally.runs, tally.changed,
+               tally.skipped, tally.failures);
         total.runs += tally.runs;
         runFailures += tally.failures;
         total.changed += tally.changed;
@@ -454,15 +444,10 @@ int main(int argc, char** argv) {
     }
     const double seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    printf(
-        "%llu faults injected over %zu scenarios in %.1f s; %llu changed the faulty session's "
-        "report (%llu of them before the device could be set up); %llu calls left out by the "
-        "limit\n",
-        static_cast<unsigned long long>(total.runs), paths.size(), seconds,
-        static_cast<unsigned long long>(total.changed),
-        static_cast<unsigned long long>(total.setupRefused),
-        static_cast<unsigned long long>(total.skipped));
-    printf("%llu passed, %llu failed\n", static_cast<unsigned long long>(total.runs - runFailures),
-           static_cast<unsigned long long>(total.failures));
+    printf("%" PRIu64 " faults injected over %zu scenarios in %.1f s; %" PRIu64
+           " changed the faulty session's report (%" PRIu64
+           " of them before the device could be set up); %" PRIu64 " calls left out by the limit\n",
+           total.runs, paths.size(), seconds, total.changed, total.setupRefused, total.skipped);
+    printf("%" PRIu64 " passed, %" PRIu64 " failed\n", total.runs - runFailures, total.failures);
     return total.failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

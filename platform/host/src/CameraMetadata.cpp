@@ -113,48 +113,34 @@ size_t EndBefore(const camera_metadata* metadata, size_t index) {
 }
 
 // Moves the data of the entries from `first` on so that they follow, compact,
-// data that ends at `end`; returns the new data count. The caller has checked
-// that everything fits.
-size_t Relayout(camera_metadata* metadata, size_t first, size_t end) {
+// data that ends at `end`; returns the new data count. With `move` false only
+// the count is computed; a caller that moves has checked that everything fits.
+size_t Relayout(camera_metadata* metadata, size_t first, size_t end, bool move = true) {
     MetadataEntry* entries = Entries(metadata);
     uint8_t* data = DataArea(metadata);
     // Collect the new offsets first; a move towards the end must start with
     // the last entry, a move towards the start with the first one.
-    // A single change of `end` moves all of them the same way.
     std::vector<size_t> offsets(metadata->entryCount, 0);
     size_t position = end;
     for (size_t i = first; i < metadata->entryCount; ++i) {
-        if (entries[i].count == 0) {
-            continue;
+        if (entries[i].count > 0) {
+            offsets[i] = NextOffset(position);
+            position = offsets[i] + EntryBytes(entries[i]);
         }
-        offsets[i] = NextOffset(position);
-        position = offsets[i] + EntryBytes(entries[i]);
     }
-    for (size_t i = first; i < metadata->entryCount; ++i) {
-        if (entries[i].count > 0 && offsets[i] < entries[i].offset) {
+    const auto place = [&](size_t i) {
+        if (move && entries[i].count > 0 && offsets[i] != entries[i].offset) {
             memmove(data + offsets[i], data + entries[i].offset, EntryBytes(entries[i]));
             entries[i].offset = offsets[i];
+        }
+    };
+    for (size_t i = first; i < metadata->entryCount; ++i) {
+        if (offsets[i] < entries[i].offset) {
+            place(i);
         }
     }
     for (size_t n = metadata->entryCount; n > first; --n) {
-        const size_t i = n - 1;
-        if (entries[i].count > 0 && offsets[i] > entries[i].offset) {
-            memmove(data + offsets[i], data + entries[i].offset, EntryBytes(entries[i]));
-            entries[i].offset = offsets[i];
-        }
-    }
-    return position;
-}
-
-// Data count the buffer would have if the entries from `first` on followed
-// data that ends at `end`.
-size_t LayoutEnd(const camera_metadata* metadata, size_t first, size_t end) {
-    const MetadataEntry* entries = Entries(metadata);
-    size_t position = end;
-    for (size_t i = first; i < metadata->entryCount; ++i) {
-        if (entries[i].count > 0) {
-            position = NextOffset(position) + EntryBytes(entries[i]);
-        }
+        place(n - 1);
     }
     return position;
 }
@@ -386,7 +372,7 @@ int update_camera_metadata_entry(camera_metadata_t* dst, size_t index, const voi
     if (data_count > 0 && (offset > dst->dataCapacity || bytes > dst->dataCapacity - offset)) {
         return 1;
     }
-    if (LayoutEnd(dst, index + 1, newEnd) > dst->dataCapacity) {
+    if (Relayout(dst, index + 1, newEnd, false) > dst->dataCapacity) {
         return 1;
     }
 

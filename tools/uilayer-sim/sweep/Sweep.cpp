@@ -5,14 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 #include "core/AbortHandler.h"
 #include "replay/Replay.h"
-#include "sweep/SweepSession.h"
 
 namespace UilayerSim {
 
@@ -44,6 +45,51 @@ void OnChildAbort(int signalNumber) {
     }
     signal(SIGABRT, SIG_DFL);
     raise(SIGABRT);
+}
+
+// One combination configured the way a replay configures a session (the same
+// device root, camera table, configuration and properties), with a sensor mode
+// query of the session caps; the codes, roles, caps and pipeline read back.
+// The library's log is on, so that an abort handler can show the last lines.
+// Throws std::runtime_error when the device cannot be set up.
+CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup session,
+                                        const std::string& siblingRoot) {
+    Step sensorMode;
+    sensorMode.kind = StepKind::SensorMode;
+    sensorMode.camera = kLogicalCamera;
+    sensorMode.capsSource = CapsSource::Session;
+    session.steps = {sensorMode};
+    Scenario scenario = device;
+    scenario.sessions = {std::move(session)};
+
+    ReplayOptions options;
+    options.log = true;
+    options.siblingRoot = siblingRoot;
+    const _SessionRecord replayed = RecordReplay(scenario, options).sessions.at(0);
+    CombinationOutcome outcome;
+    outcome.staticCode = replayed.staticCode;
+    outcome.streamCode = replayed.streamCode;
+    for (const _StreamRecord& stream : replayed.streams) {
+        StreamOutcome entry;
+        entry.role = StreamRoleName(stream.role);
+        entry.cameraIndex = stream.cameraIndex;
+        for (const auto& role : replayed.roles) {
+            entry.listed = entry.listed || std::find(role.second.begin(), role.second.end(),
+                                                     stream.name) != role.second.end();
+        }
+        outcome.streams.push_back(entry);
+    }
+    for (uint32_t bit = 0; bit < Lumora::_CapsBitset::kBitCount; ++bit) {
+        if (replayed.logicalCaps.test(bit)) {
+            outcome.logicalCaps.push_back(CapabilityName(bit));
+        }
+    }
+    outcome.hasPipeline = replayed.pipeline.has_value();
+    outcome.pipeline = replayed.pipeline.value_or("");
+    const _StepRecord& query = replayed.steps.at(0);
+    outcome.sensorModeCode = query.returnCode;
+    outcome.sensorModeIndex = query.sensorModeIndex;
+    return outcome;
 }
 
 [[noreturn]] void RunChild(int fd, const Scenario& device, const SessionSetup& session,

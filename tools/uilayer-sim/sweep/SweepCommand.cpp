@@ -126,7 +126,7 @@ int RunSweepCommand(const CommandLine& line) {
     std::string output;
     try {
         const ReportNode report = SweepReport(RunSweep(device, options));
-        output = line.Has("--json") ? RenderSweepJson(report) : RenderText(report);
+        output = line.Has("--json") ? RenderJson(report) : RenderText(report);
     } catch (const SweepInputError& error) {
         fprintf(stderr, "uilayer-sim sweep: %s\n", error.what());
         return kExitUsage;

@@ -90,28 +90,6 @@ ReportNode SummaryNode(const SweepResult& result) {
     return summary;
 }
 
-ReportNode WithSnakeCaseKeys(const ReportNode& node) {
-    if (node.GetKind() == ReportNode::Kind::Map) {
-        ReportNode copy = ReportNode::Map();
-        for (const auto& entry : node.Entries()) {
-            std::string key = entry.first;
-            for (char& c : key) {
-                c = c == ' ' || c == '-' ? '_' : c;
-            }
-            copy.Add(key, WithSnakeCaseKeys(entry.second));
-        }
-        return copy;
-    }
-    if (node.GetKind() == ReportNode::Kind::List) {
-        ReportNode copy = node.IsInline() ? ReportNode::InlineList() : ReportNode::List();
-        for (const ReportNode& item : node.Items()) {
-            copy.Push(WithSnakeCaseKeys(item));
-        }
-        return copy;
-    }
-    return node;
-}
-
 }  // namespace
 
 ReportNode SweepReport(const SweepResult& result) {
@@ -133,10 +111,6 @@ ReportNode SweepReport(const SweepResult& result) {
     }
     report.Add("summary", SummaryNode(result));
     return report;
-}
-
-std::string RenderSweepJson(const ReportNode& report) {
-    return RenderJson(WithSnakeCaseKeys(report));
 }
 
 }  // namespace UilayerSim
