@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -74,12 +75,10 @@ std::vector<std::string> CommandNames(const Program& program) {
 }
 
 const Subcommand* FindCommand(const Program& program, const std::string& name) {
-    for (const Subcommand& command : program.commands) {
-        if (name == command.name) {
-            return &command;
-        }
-    }
-    return nullptr;
+    const auto found =
+        std::find_if(program.commands.begin(), program.commands.end(),
+                     [&](const Subcommand& command) { return name == command.name; });
+    return found != program.commands.end() ? &*found : nullptr;
 }
 
 std::string SuggestQuoted(const std::string& name, const std::vector<std::string>& known) {
@@ -123,13 +122,10 @@ bool Parse(const Subcommand& command, bool isDefault, const std::vector<std::str
         }
         const size_t equals = arg.find('=');
         const std::string name = arg.substr(0, equals);
-        const OptionSpec* match = nullptr;
-        for (const OptionSpec& option : command.options) {
-            if (name == option.name) {
-                match = &option;
-            }
-        }
-        if (match == nullptr) {
+        const auto match =
+            std::find_if(command.options.begin(), command.options.end(),
+                         [&](const OptionSpec& option) { return name == option.name; });
+        if (match == command.options.end()) {
             throw UsageError("unknown option '" + name + "'" + SuggestQuoted(name, known));
         }
         if (match->value == nullptr) {

@@ -15,6 +15,13 @@ bool ParseIntegerText(const std::string& text, int64_t* value) {
     return true;
 }
 
+bool IsIntegerSyntax(const std::string& text) {
+    bool negative = false;
+    uint64_t magnitude = 0;
+    return HostPlatform::ParseIntegerMagnitude(text, &negative, &magnitude) !=
+           HostPlatform::NumberStatus::NotANumber;
+}
+
 ScenarioError YamlError(const std::string& path, const YAML::Exception& error,
                         const std::string& prefix) {
     return ScenarioError(path, error.mark.line >= 0 ? error.mark.line + 1 : 0, "",

@@ -163,13 +163,16 @@ public:
     }
 
     // Reads an optional field into `out` with `read`; leaves `out` as it is
-    // when the field is absent.
+    // when the field is absent. Whether it is there.
     template <typename T, typename Value, typename Self>
-    void Optional(const YAML::Node& node, const std::string& field, const char* name, T* out,
+    bool Optional(const YAML::Node& node, const std::string& field, const char* name, T* out,
                   Value (Self::*read)(const YAML::Node&, const std::string&) const) const {
-        if (node[name].IsDefined()) {
-            *out = (static_cast<const Self*>(this)->*read)(node[name], Path(field, name));
+        if (!node[name].IsDefined()) {
+            return false;
         }
+        *out =
+            static_cast<T>((static_cast<const Self*>(this)->*read)(node[name], Path(field, name)));
+        return true;
     }
 
     // One value, or a list of them, each read with `read` into `out`.

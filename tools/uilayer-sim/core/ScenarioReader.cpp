@@ -4,6 +4,7 @@
 
 #include <cutils/properties.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include <HostConfigText.h>
@@ -42,6 +43,21 @@ auto WithValues(const TagValue& value, Use use) {
         default:
             return use(value.bytes);
     }
+}
+
+// The scenario `read` fills with a reader of the file at `path`, named after it.
+template <typename Read>
+Scenario ReadWith(const std::string& path, Read read) {
+    SectionReader reader(path, DirectoryOf(path));
+    Scenario scenario;
+    try {
+        read(reader, &scenario);
+    } catch (const YAML::Exception& error) {
+        throw YamlError(path, error);
+    }
+    scenario.path = path;
+    scenario.name = BaseName(path);
+    return scenario;
 }
 
 }  // namespace
@@ -159,12 +175,10 @@ const void* TagValue::Data() const {
 }
 
 const CameraSetup* Scenario::Camera(uint32_t frameworkId) const {
-    for (const CameraSetup& camera : cameras) {
-        if (camera.frameworkId == frameworkId) {
-            return &camera;
-        }
-    }
-    return nullptr;
+    const auto found = std::find_if(cameras.begin(), cameras.end(), [&](const CameraSetup& camera) {
+        return camera.frameworkId == frameworkId;
+    });
+    return found != cameras.end() ? &*found : nullptr;
 }
 
 ScenarioError::ScenarioError(const std::string& file, int line, const std::string& field,
@@ -177,16 +191,8 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path) {
     if (!root.IsMap()) {
         throw ScenarioError(path, 1, "", "a scenario is a map with device and sessions");
     }
-    SectionReader reader(path, DirectoryOf(path));
-    Scenario scenario;
-    try {
-        scenario = reader.Read(root);
-    } catch (const YAML::Exception& error) {
-        throw YamlError(path, error);
-    }
-    scenario.path = path;
-    scenario.name = BaseName(path);
-    return scenario;
+    return ReadWith(
+        path, [&](SectionReader& reader, Scenario* scenario) { *scenario = reader.Read(root); });
 }
 
 Scenario ReadScenarioFile(const std::string& path) {
@@ -207,16 +213,10 @@ Scenario ReadDeviceOrScenarioFile(const std::string& path) {
     if (!root.IsMap() || !root["cameras"].IsDefined()) {
         return ReadScenarioText(text, path);
     }
-    Scenario scenario;
-    try {
-        SectionReader(path, DirectoryOf(path)).ReadDevice(root, &scenario);
-    } catch (const YAML::Exception& error) {
-        throw YamlError(path, error);
-    }
-    scenario.path = path;
-    scenario.name = BaseName(path);
-    scenario.configName = "none";
-    return scenario;
+    return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
+        reader.ReadDevice(root, scenario);
+        scenario->configName = "none";
+    });
 }
 
 }  // namespace UilayerSim

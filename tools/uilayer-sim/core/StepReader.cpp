@@ -49,11 +49,8 @@ RequestSetup SectionReader::ReadRequest(const YAML::Node& node, const std::strin
             request.sensorModes.push_back(Signed32(modes[i], Index(name, i)));
         }
     }
-    if (node["zoom_ratio"].IsDefined()) {
-        request.hasZoomRatio = true;
-        request.zoomRatio =
-            static_cast<float>(Number(node["zoom_ratio"], Path(field, "zoom_ratio")));
-    }
+    request.hasZoomRatio =
+        Optional(node, field, "zoom_ratio", &request.zoomRatio, &SectionReader::Number);
     if (node["settings"].IsDefined()) {
         request.settings = ReadTags(node["settings"], Path(field, "settings"));
         for (const TagValue& tag : request.settings) {
@@ -110,10 +107,7 @@ ResultSetup SectionReader::ReadResult(const YAML::Node& node, const std::string&
             result.aec.push_back(aec);
         }
     }
-    if (node["mlft"].IsDefined()) {
-        result.hasMlft = true;
-        result.mlft = Unsigned32(node["mlft"], Path(field, "mlft"));
-    }
+    result.hasMlft = Optional(node, field, "mlft", &result.mlft, &SectionReader::Unsigned32);
     return result;
 }
 
@@ -183,10 +177,7 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         step.role =
             static_cast<int32_t>(Named(Required(body, "role", bodyName), Path(bodyName, "role"),
                                        NameTable::StreamRoles, "stream role", 0, 15));
-        if (body["frame"].IsDefined()) {
-            step.hasFrame = true;
-            step.frame = Unsigned32(body["frame"], Path(bodyName, "frame"));
-        }
+        step.hasFrame = Optional(body, bodyName, "frame", &step.frame, &SectionReader::Unsigned32);
     } else if (kind == "sensor_mode") {
         step.kind = StepKind::SensorMode;
         CheckFields(body, bodyName, {"camera", "caps", "request", "session"});
