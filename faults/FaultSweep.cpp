@@ -9,7 +9,6 @@
 // --fail replays one scenario with one fault in this process and prints its
 // report, to compare with the simulator's report of a clean run.
 #include <HostFaults.h>
-#include <dirent.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,6 +20,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -240,17 +240,12 @@ void RunKind(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultK
 
 std::vector<std::string> BundledScenarios() {
     std::vector<std::string> paths;
-    DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
-    if (dir == nullptr) {
-        return paths;
-    }
-    while (const dirent* entry = readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".yaml") == 0) {
-            paths.push_back(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/" + name);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(UILAYER_SIM_EXAMPLES_DIR, error)) {
+        if (entry.path().extension() == ".yaml") {
+            paths.push_back(entry.path().string());
         }
     }
-    closedir(dir);
     std::sort(paths.begin(), paths.end());
     return paths;
 }

@@ -141,17 +141,10 @@ bool CarriesTenBit(const StreamTarget& target, CombinationTable table) {
 }  // namespace
 
 StreamSize SizeClasses::Of(SizeClass size) const {
-    switch (size) {
-        case S::Preview:
-            return preview;
-        case S::Record:
-            return record;
-        case S::Maximum:
-            return maximum;
-        case S::Vga:
-            return vga;
-    }
-    return StreamSize{};
+    // In SizeClass order.
+    constexpr StreamSize SizeClasses::*kSizes[] = {&SizeClasses::preview, &SizeClasses::record,
+                                                   &SizeClasses::maximum, &SizeClasses::vga};
+    return this->*kSizes[static_cast<size_t>(size)];
 }
 
 SizeClasses SizesForArray(uint32_t width, uint32_t height) {
