@@ -208,12 +208,10 @@ camera_metadata_t* allocate_camera_metadata(size_t entry_capacity, size_t data_c
     if (buffer == nullptr) {
         return nullptr;
     }
-    memset(buffer, 0, size);
+    memset(buffer, 0, size);  // no entries, no data
     camera_metadata* metadata = static_cast<camera_metadata*>(buffer);
     metadata->size = size;
-    metadata->entryCount = 0;
     metadata->entryCapacity = entry_capacity;
-    metadata->dataCount = 0;
     metadata->dataCapacity = data_capacity;
     metadata->entriesOffset = entriesOffset;
     metadata->dataOffset = dataOffset;
@@ -298,14 +296,9 @@ int add_camera_metadata_entry(camera_metadata_t* dst, uint32_t tag, const void* 
         return 1;
     }
     const int type = get_camera_metadata_tag_type(tag);
-    if (type < 0) {
-        return 1;
-    }
     size_t bytes = 0;
-    if (!DataSize(static_cast<uint8_t>(type), data_count, &bytes)) {
-        return 1;
-    }
-    if (dst->entryCount >= dst->entryCapacity) {
+    if (type < 0 || !DataSize(static_cast<uint8_t>(type), data_count, &bytes) ||
+        dst->entryCount >= dst->entryCapacity) {
         return 1;
     }
     size_t offset = 0;

@@ -4,6 +4,7 @@
 // argument is null), 22 when a value does not convert. Outputs are written only
 // on success. Strings handed out point into the store and stay valid until the
 // next successful load replaces it.
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -244,15 +245,12 @@ uint32_t GetLocaleKeyCount(const char* group, const char* name) {
     if (found == nullptr) {
         return 0;
     }
-    uint32_t count = 0;
-    for (const ConfigKey& key : found->keys) {
-        const std::string& k = key.name;
-        if (k.size() >= prefix.size() + 2 && k.compare(0, prefix.size(), prefix) == 0 &&
-            k[prefix.size()] == '[' && k.back() == ']') {
-            ++count;
-        }
-    }
-    return count;
+    return static_cast<uint32_t>(
+        std::count_if(found->keys.begin(), found->keys.end(), [&](const ConfigKey& key) {
+            const std::string& k = key.name;
+            return k.size() >= prefix.size() + 2 && k.compare(0, prefix.size(), prefix) == 0 &&
+                   k[prefix.size()] == '[' && k.back() == ']';
+        }));
 }
 
 uint32_t GetLocaleKeyValuesCount(const char* group, const char* name, const char* index) {

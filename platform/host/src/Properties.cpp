@@ -9,10 +9,10 @@
 #include <string.h>
 
 #include <algorithm>
-#include <initializer_list>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include <cutils/properties.h>
 #include <HostPlatform.h>
@@ -81,14 +81,12 @@ int8_t property_get_bool(const char* key, int8_t default_value) {
     if (property_get(key, buffer, "") <= 0) {
         return default_value;
     }
-    for (const char* word : {"1", "y", "yes", "on", "true"}) {
-        if (strcmp(buffer, word) == 0) {
-            return 1;
-        }
-    }
-    for (const char* word : {"0", "n", "no", "off", "false"}) {
-        if (strcmp(buffer, word) == 0) {
-            return 0;
+    static constexpr std::pair<const char*, int8_t> kWords[] = {
+        {"1", 1}, {"y", 1}, {"yes", 1}, {"on", 1},  {"true", 1},
+        {"0", 0}, {"n", 0}, {"no", 0},  {"off", 0}, {"false", 0}};
+    for (const auto& word : kWords) {
+        if (strcmp(buffer, word.first) == 0) {
+            return word.second;
         }
     }
     return default_value;

@@ -158,20 +158,6 @@ void WriteText(const ReportNode& node, int indent, std::string* out) {
     }
 }
 
-void WriteJsonScalar(const ReportNode& node, std::string* out) {
-    switch (node.GetKind()) {
-        case ReportNode::Kind::Null:
-            *out += "null";
-            break;
-        case ReportNode::Kind::Text:
-            *out += JsonQuote(node.Scalar());
-            break;
-        default:
-            *out += node.Scalar();
-            break;
-    }
-}
-
 // Indented two spaces per level, or on one line when `compact` (the items of
 // an inline list and all below them).
 void WriteJson(const ReportNode& node, int indent, bool compact, std::string* out) {
@@ -181,7 +167,10 @@ void WriteJson(const ReportNode& node, int indent, bool compact, std::string* ou
     }
     const bool map = node.GetKind() == ReportNode::Kind::Map;
     if (!IsContainer(node)) {
-        WriteJsonScalar(node, out);
+        const ReportNode::Kind kind = node.GetKind();
+        *out += kind == ReportNode::Kind::Null   ? "null"
+                : kind == ReportNode::Kind::Text ? JsonQuote(node.Scalar())
+                                                 : node.Scalar();
         return;
     }
     if (node.Empty()) {

@@ -5,6 +5,7 @@
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 
 #include <HostConfigText.h>
@@ -23,11 +24,6 @@ std::string DirectoryOf(const std::string& path) {
         return ".";
     }
     return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string BaseName(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 // Calls `use` with the list that holds a tag's values.
@@ -56,7 +52,7 @@ Scenario ReadWith(const std::string& path, Read read) {
         throw YamlError(path, error);
     }
     scenario.path = path;
-    scenario.name = BaseName(path);
+    scenario.name = std::filesystem::path(path).filename().string();
     return scenario;
 }
 

@@ -149,9 +149,8 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
             Integer(Required(body, "count", bodyName), Path(bodyName, "count"), 1, kMaxRepeat));
         step.request = ReadRequest(Required(body, "request", bodyName), Path(bodyName, "request"),
                                    *state, false);
-        step.request.frame = body["first_frame"].IsDefined()
-                                 ? Unsigned32(body["first_frame"], Path(bodyName, "first_frame"))
-                                 : state->nextFrame;
+        step.request.frame = state->nextFrame;
+        Optional(body, bodyName, "first_frame", &step.request.frame, &SectionReader::Unsigned32);
         if (uint64_t{step.request.frame} + step.count - 1 > UINT32_MAX) {
             Fail(body, bodyName, "the frame numbers would pass 4294967295");
         }

@@ -137,17 +137,15 @@ ReportNode SatNode(const std::optional<Lumora::_SatStaticCaps>& record) {
     return node;
 }
 
-// The warm start outputs; with the return code when `returnCode`.
-ReportNode WarmStartNode(const _WarmStartRecord& record, bool returnCode) {
-    ReportNode node = ReportNode::Map();
+// Adds the warm start outputs to `node`; with the return code when `returnCode`.
+void AddWarmStart(ReportNode* node, const _WarmStartRecord& record, bool returnCode) {
     if (returnCode) {
-        node.Add("return code", ReportNode::Integer(record.returnCode));
+        node->Add("return code", ReportNode::Integer(record.returnCode));
     }
-    node.Add("enable",
-             record.enable ? ReportNode::Integer(*record.enable) : NoteOrNull("(not set)"));
-    node.Add("dol state",
-             record.dolState ? ReportNode::Integer(*record.dolState) : NoteOrNull("(not set)"));
-    return node;
+    node->Add("enable",
+              record.enable ? ReportNode::Integer(*record.enable) : NoteOrNull("(not set)"));
+    node->Add("dol state",
+              record.dolState ? ReportNode::Integer(*record.dolState) : NoteOrNull("(not set)"));
 }
 
 ReportNode StarModeNode(const std::optional<Lumora::StarModeAEInfo>& info) {
@@ -289,15 +287,11 @@ ReportNode StepNode(const _StepRecord& record) {
             report.Add("query", QueryName("SAT"));
             report.Add("SAT", SatNode(record.sat));
             break;
-        case StepKind::WarmStart: {
+        case StepKind::WarmStart:
             report.Add("query", QueryName("warm start"));
             report.Add("camera", ReportNode::Integer(step.camera));
-            const ReportNode state = WarmStartNode(record.warmStart, true);
-            for (const auto& entry : state.Entries()) {
-                report.Add(entry.first, entry.second);
-            }
+            AddWarmStart(&report, record.warmStart, true);
             break;
-        }
         case StepKind::StarModeAe:
             report.Add("query", QueryName("star mode AE"));
             report.Add("star mode AE", StarModeNode(record.starMode));
@@ -368,7 +362,8 @@ ReportNode SessionNode(const _SessionRecord& session) {
     report.Add("SAT", SatNode(session.sat));
     ReportNode& warmStart = report.Add("warm start", ReportNode::Map());
     for (const _WarmStartRecord& state : session.warmStart) {
-        warmStart.Add("camera " + std::to_string(state.camera), WarmStartNode(state, false));
+        AddWarmStart(&warmStart.Add("camera " + std::to_string(state.camera), ReportNode::Map()),
+                     state, false);
     }
     warmStart.WithJson(LabelledList(warmStart, "camera_id", true, "state"));
     ReportNode& sizes = report.Add("sensor dimensions", ReportNode::Map());

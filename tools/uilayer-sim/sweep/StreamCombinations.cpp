@@ -110,24 +110,16 @@ const std::vector<StreamCombination>& Tables() {
 }
 
 bool Selected(CombinationTable table, const CombinationSelection& selection) {
-    switch (table) {
-        case T::Legacy:
-            return true;
-        case T::Limited:
-            return selection.level != HardwareLevel::Legacy;
-        case T::Full:
-            return selection.level == HardwareLevel::Full ||
-                   selection.level == HardwareLevel::Level3;
-        case T::Raw:
-            return selection.raw || selection.level == HardwareLevel::Level3;
-        case T::Level3:
-            return selection.level == HardwareLevel::Level3;
-        case T::TenBit:
-            return selection.tenBit;
-        case T::UseCases:
-            return selection.useCases;
-    }
-    return false;
+    const bool level3 = selection.level == HardwareLevel::Level3;
+    // In CombinationTable order.
+    const bool selected[] = {true,
+                             selection.level != HardwareLevel::Legacy,
+                             selection.level == HardwareLevel::Full || level3,
+                             selection.raw || level3,
+                             level3,
+                             selection.tenBit,
+                             selection.useCases};
+    return selected[static_cast<size_t>(table)];
 }
 
 bool Fits(StreamSize size, uint32_t width, uint32_t height) {

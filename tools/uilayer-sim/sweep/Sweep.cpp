@@ -167,16 +167,6 @@ CombinationOutcome RunIsolated(const Scenario& device, const SessionSetup& sessi
     return outcome;
 }
 
-uint32_t ChooseCamera(const Scenario& device, const SweepOptions& options) {
-    if (!options.hasCamera) {
-        return device.cameras.at(0).frameworkId;
-    }
-    if (device.Camera(options.camera) == nullptr) {
-        throw SweepInputError("camera " + std::to_string(options.camera) + " is not in the device");
-    }
-    return options.camera;
-}
-
 }  // namespace
 
 StreamSize SweepArraySize(const Scenario& device, uint32_t camera) {
@@ -206,7 +196,10 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
     SweepResult result;
     result.deviceName = device.name;
     result.configName = device.configName;
-    result.camera = ChooseCamera(device, options);
+    result.camera = options.hasCamera ? options.camera : device.cameras.at(0).frameworkId;
+    if (device.Camera(result.camera) == nullptr) {
+        throw SweepInputError("camera " + std::to_string(options.camera) + " is not in the device");
+    }
     result.operationMode = options.operationMode;
     result.selection = options.selection;
     const StreamSize array = SweepArraySize(device, result.camera);
