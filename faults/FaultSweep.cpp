@@ -20,6 +20,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <initializer_list>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -27,11 +28,97 @@
 
 #include "core/AbortHandler.h"
 #include "IuiLayer.h"
+#include "common/ConfigHelpers.h"
+#include "common/Status.h"
+#include "core/Report.h"
 #include "replay/Replay.h"
-#include "ReportChecks.h"
 #include "core/ScenarioReader.h"
 
 namespace {
+
+// What the sweep checks in a replay report.
+using UilayerSim::ReportNode;
+
+// Status of the configuration store for a value that does not convert.
+constexpr int kConfigBadValue = 22;
+
+// What the operations return: their statuses; a sensor mode query also passes
+// on the status of the configuration store when its key does not read.
+constexpr std::initializer_list<int> kOperationCodes = {
+    Lumora::kStatusOk, Lumora::kStatusUnsupported, Lumora::kStatusInvalidArgument};
+constexpr std::initializer_list<int> kSensorModeCodes = {Lumora::kStatusOk, Lumora::kConfigNotFound,
+                                                         kConfigBadValue};
+
+bool IsCodeKey(const std::string& key) {
+    return key == "return code" || key == "ParseStaticCapabilities" ||
+           key == "ParseStreamCapabilities";
+}
+
+bool Documented(const std::string& code, std::initializer_list<int> codes) {
+    return std::any_of(codes.begin(), codes.end(),
+                       [&](int known) { return code == std::to_string(known); });
+}
+
+// The first return code that the library does not document for the call that
+// gave it, as "where: code"; "" when all are.
+std::string FindUndocumented(const ReportNode& node, const std::string& where) {
+    if (node.GetKind() == ReportNode::Kind::List) {
+        for (size_t i = 0; i < node.Items().size(); ++i) {
+            std::string found =
+                FindUndocumented(node.Items()[i], where + "[" + std::to_string(i) + "]");
+            if (!found.empty()) {
+                return found;
+            }
+        }
+        return "";
+    }
+    if (node.GetKind() != ReportNode::Kind::Map) {
+        return "";
+    }
+    const ReportNode* query = node.Find("query");
+    const bool sensorMode = query != nullptr && query->Scalar() == "sensor mode";
+    const std::initializer_list<int> codes = sensorMode ? kSensorModeCodes : kOperationCodes;
+    for (const auto& entry : node.Entries()) {
+        const std::string path = where + "/" + entry.first;
+        if (IsCodeKey(entry.first) && !Documented(entry.second.Scalar(), codes)) {
+            return path + ": " + entry.second.Scalar();
+        }
+        if (entry.first == "return codes") {
+            for (const auto& count : entry.second.Entries()) {
+                if (!Documented(count.first, codes)) {
+                    return path + ": " + count.first;
+                }
+            }
+            continue;
+        }
+        std::string found = FindUndocumented(entry.second, path);
+        if (!found.empty()) {
+            return found;
+        }
+    }
+    return "";
+}
+
+// The report without its "log" entries: the decisions alone.
+ReportNode Decisions(const ReportNode& report) {
+    if (report.GetKind() == ReportNode::Kind::List) {
+        ReportNode list = report.IsInline() ? ReportNode::InlineList() : ReportNode::List();
+        for (const ReportNode& item : report.Items()) {
+            list.Push(Decisions(item));
+        }
+        return list;
+    }
+    if (report.GetKind() != ReportNode::Kind::Map) {
+        return report;
+    }
+    ReportNode map = ReportNode::Map();
+    for (const auto& entry : report.Entries()) {
+        if (entry.first != "log") {
+            map.Add(entry.first, Decisions(entry.second));
+        }
+    }
+    return map;
+}
 
 using HostPlatform::FaultKind;
 using HostPlatform::kFaultKindCount;
@@ -77,8 +164,8 @@ Replayed ReplayOnce(const UilayerSim::Scenario& scenario) {
         const UilayerSim::ReportNode report = UilayerSim::Replay(scenario, options);
         replayed.ok = true;
         replayed.text = UilayerSim::RenderText(report);
-        replayed.decisions = UilayerSim::RenderText(UilayerFaults::Decisions(report));
-        replayed.undocumented = UilayerFaults::UndocumentedReturnCode(report);
+        replayed.decisions = UilayerSim::RenderText(Decisions(report));
+        replayed.undocumented = FindUndocumented(report, "");
     } catch (const std::exception& error) {
         replayed.text = error.what();
     }
