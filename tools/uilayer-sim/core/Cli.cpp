@@ -1,11 +1,15 @@
+// The command line of uilayer-sim (Cli.h) and what its subcommands share (Commands.h).
 #include "core/Cli.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include "core/Commands.h"
+#include "core/ScenarioReader.h"
 #include "core/Suggest.h"
 
 namespace UilayerSim {
@@ -218,6 +222,32 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
 
 void ReportUnreadable(const std::string& path, const std::string& reason) {
     fprintf(stderr, "%s: %s: %s\n", kProgram, path.c_str(), reason.c_str());
+}
+
+// What the subcommands share (Commands.h).
+std::string SiblingRoot() {
+    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
+    return root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
+}
+
+bool LoadScenario(const std::string& path, Scenario* scenario) {
+    std::string text;
+    std::string reason;
+    if (!ReadWholeFile(path, &text, &reason)) {
+        ReportUnreadable(path, reason);
+        return false;
+    }
+    try {
+        *scenario = ReadScenarioText(text, path);
+    } catch (const ScenarioError& error) {
+        fprintf(stderr, "%s\n", error.what());
+        return false;
+    }
+    return true;
+}
+
+void WriteOut(const std::string& text) {
+    fwrite(text.data(), 1, text.size(), stdout);
 }
 
 }  // namespace UilayerSim
