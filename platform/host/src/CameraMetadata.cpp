@@ -43,13 +43,9 @@ size_t AlignUp(size_t value, size_t alignment) {
     return (value + alignment - 1) / alignment * alignment;
 }
 
-size_t ElementSize(uint8_t type) {
-    return type < NUM_TYPES ? camera_metadata_type_size[type] : 0;
-}
-
 // Byte size of `count` elements of `type`; false on an unknown type or overflow.
 bool DataSize(uint8_t type, size_t count, size_t* size) {
-    const size_t element = ElementSize(type);
+    const size_t element = type < NUM_TYPES ? camera_metadata_type_size[type] : 0;
     if (element == 0 || count > SIZE_MAX / element) {
         return false;
     }
