@@ -1,5 +1,6 @@
 #include "core/Report.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
@@ -73,12 +74,9 @@ ReportNode& ReportNode::WithJson(ReportNode json) {
 }
 
 const ReportNode* ReportNode::Find(const std::string& key) const {
-    for (const auto& entry : m_entries) {
-        if (entry.first == key) {
-            return &entry.second;
-        }
-    }
-    return nullptr;
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const auto& entry) { return entry.first == key; });
+    return found != m_entries.end() ? &found->second : nullptr;
 }
 
 namespace {
@@ -88,14 +86,11 @@ bool IsContainer(const ReportNode& node) {
 }
 
 std::string ScalarText(const ReportNode& node) {
-    switch (node.GetKind()) {
-        case ReportNode::Kind::Null:
-            return "(none)";
-        case ReportNode::Kind::Text:
-            return node.Scalar().empty() ? "\"\"" : node.Scalar();
-        default:
-            return node.Scalar();
+    if (node.GetKind() == ReportNode::Kind::Null) {
+        return "(none)";
     }
+    const bool emptyText = node.GetKind() == ReportNode::Kind::Text && node.Scalar().empty();
+    return emptyText ? "\"\"" : node.Scalar();
 }
 
 std::string InlineText(const ReportNode& node) {
@@ -104,10 +99,7 @@ std::string InlineText(const ReportNode& node) {
     }
     std::string text;
     for (const ReportNode& item : node.Items()) {
-        if (!text.empty()) {
-            text += ", ";
-        }
-        text += ScalarText(item);
+        text += (text.empty() ? "" : ", ") + ScalarText(item);
     }
     return text;
 }
