@@ -64,15 +64,12 @@ public:
     explicit TextBuilder(ConfigText* text) : m_text(text) {}
 
     void OpenGroup(std::string name, int line) {
-        const auto found = m_groupIndex.find(name);
-        if (found != m_groupIndex.end()) {
-            m_current = found->second;
-            return;
+        const auto [found, added] = m_groupIndex.try_emplace(name, m_text->groups.size());
+        m_current = found->second;
+        if (added) {
+            m_keyIndex.emplace_back();
+            m_text->groups.push_back(ConfigGroup{std::move(name), line, {}});
         }
-        m_current = m_text->groups.size();
-        m_groupIndex.emplace(name, m_current);
-        m_keyIndex.emplace_back();
-        m_text->groups.push_back(ConfigGroup{std::move(name), line, {}});
     }
 
     bool HasGroup() const { return m_current != kNone; }
@@ -84,8 +81,8 @@ public:
     void AddKey(std::string name, std::vector<std::string> values, int line) {
         ConfigGroup& group = m_text->groups[m_current];
         std::unordered_map<std::string, size_t>& index = m_keyIndex[m_current];
-        const auto found = index.find(name);
-        if (found != index.end()) {
+        const auto [found, added] = index.try_emplace(name, group.keys.size());
+        if (!added) {
             ConfigKey& earlier = group.keys[found->second];
             m_text->problems.push_back(ConfigProblem{line, ConfigProblemKind::RepeatedKey,
                                                      group.name, name, earlier.line});
@@ -93,7 +90,6 @@ public:
             earlier.line = line;
             return;
         }
-        index.emplace(name, group.keys.size());
         group.keys.push_back(ConfigKey{std::move(name), std::move(values), line});
     }
 
