@@ -145,16 +145,6 @@ int ReadList(const char* group, const char* key, T* out, uint32_t count, Convert
     return kOk;
 }
 
-uint32_t ValuesCount(const char* group, const char* key) {
-    if (key == nullptr) {
-        return 0;
-    }
-    Store& store = TheStore();
-    std::lock_guard<std::mutex> lock(store.mutex);
-    const ConfigKey* found = FindKey(*store.data, group, key);
-    return found != nullptr ? static_cast<uint32_t>(found->values.size()) : 0;
-}
-
 // The number of keys of a group, -1 when it is absent.
 int64_t GroupKeyCount(const char* group) {
     NoteConfigurationRead(ConfigReadKind::Group, group, "");
@@ -197,7 +187,13 @@ uint32_t GetKeyCount(const char* group) {
 }
 
 uint32_t GetValuesCount(const char* group, const char* key) {
-    return ValuesCount(group, key);
+    if (key == nullptr) {
+        return 0;
+    }
+    Store& store = TheStore();
+    std::lock_guard<std::mutex> lock(store.mutex);
+    const ConfigKey* found = FindKey(*store.data, group, key);
+    return found != nullptr ? static_cast<uint32_t>(found->values.size()) : 0;
 }
 
 int GetBooleanConfiguration(const char* group, const char* key, bool* out) {
@@ -254,7 +250,7 @@ uint32_t GetLocaleKeyCount(const char* group, const char* name) {
 }
 
 uint32_t GetLocaleKeyValuesCount(const char* group, const char* name, const char* index) {
-    return ValuesCount(group, LocaleKey(name, index));
+    return GetValuesCount(group, LocaleKey(name, index));
 }
 
 int GetLocaleStringConfiguration(const char* group, const char* name, const char* index,
