@@ -10,12 +10,11 @@ namespace HostPlatform {
 namespace {
 
 bool HexDigit(char c, unsigned* digit) {
+    const char lower = static_cast<char>(c | 0x20);  // ASCII letters in lower case
     if (c >= '0' && c <= '9') {
         *digit = static_cast<unsigned>(c - '0');
-    } else if (c >= 'a' && c <= 'f') {
-        *digit = static_cast<unsigned>(c - 'a' + 10);
-    } else if (c >= 'A' && c <= 'F') {
-        *digit = static_cast<unsigned>(c - 'A' + 10);
+    } else if (lower >= 'a' && lower <= 'f') {
+        *digit = static_cast<unsigned>(lower - 'a' + 10);
     } else {
         return false;
     }

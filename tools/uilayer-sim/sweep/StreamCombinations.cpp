@@ -183,10 +183,7 @@ std::string StreamLabel(const StreamTarget& target, CombinationTable table) {
 std::string CombinationLabel(const StreamCombination& combination) {
     std::string label;
     for (const StreamTarget& target : combination.streams) {
-        if (!label.empty()) {
-            label += " + ";
-        }
-        label += StreamLabel(target, combination.table);
+        label += (label.empty() ? "" : " + ") + StreamLabel(target, combination.table);
     }
     return label;
 }

@@ -218,10 +218,7 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
             session.streams.push_back(MakeStream(target, combination.table, result.sizes,
                                                  "s" + std::to_string(session.streams.size())));
         }
-        SweepRow row;
-        row.combination = combination;
-        row.outcome = RunIsolated(device, session, options.siblingRoot);
-        result.rows.push_back(std::move(row));
+        result.rows.push_back({combination, RunIsolated(device, session, options.siblingRoot)});
     }
     return result;
 }
