@@ -1,5 +1,5 @@
 // Host-only fault plan for the platform calls the library makes: "fail the
-// n-th call of kind K". Nothing consults the
+// n-th call of kind K" or "fail every call of kind K". Nothing consults the
 // plan unless the library's platform references are routed through the fault
 // shims (the fault sweep build does this); every other build pays nothing.
 #ifndef HOST_PLATFORM_HOST_FAULTS_H
@@ -36,6 +36,8 @@ const char* FaultKindName(FaultKind kind);
 // Plans the failure of the n-th call (1-based) of `kind` counted from the last
 // ClearFaults. One planned call per kind; a new plan replaces the old one.
 void FailNth(FaultKind kind, uint64_t n);
+// Plans the failure of every call of `kind`.
+void FailEvery(FaultKind kind);
 // Forgets every plan and resets the call counts and the injected count.
 void ClearFaults();
 // Calls of each kind since the last ClearFaults (failed calls included).

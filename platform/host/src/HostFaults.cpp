@@ -1,5 +1,5 @@
-// The fault plan: per kind, a call counter and the one call that fails. Shims call ShouldFail from
-// whichever thread the library runs on.
+// The fault plan: per kind, a call counter and the one call (or every call)
+// that fails. Shims call ShouldFail from whichever thread the library runs on.
 #include "HostFaults.h"
 
 #include <atomic>
@@ -9,6 +9,7 @@ namespace HostPlatform {
 namespace {
 
 constexpr uint64_t kNoCall = 0;
+constexpr uint64_t kEveryCall = UINT64_MAX;
 
 struct KindPlan {
     std::atomic<uint64_t> calls{0};
@@ -38,6 +39,10 @@ void FailNth(FaultKind kind, uint64_t n) {
     Plan(kind).failing = n;
 }
 
+void FailEvery(FaultKind kind) {
+    Plan(kind).failing = kEveryCall;
+}
+
 void ClearFaults() {
     for (KindPlan& plan : g_plans) {
         plan.calls = 0;
@@ -61,7 +66,8 @@ uint64_t FaultsInjected() {
 bool ShouldFail(FaultKind kind) {
     KindPlan& plan = Plan(kind);
     const uint64_t call = ++plan.calls;
-    const bool fail = plan.failing == call;
+    const uint64_t failing = plan.failing;
+    const bool fail = failing == kEveryCall || (failing != kNoCall && failing == call);
     if (fail) {
         ++g_injected;
     }
