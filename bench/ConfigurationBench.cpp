@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "IuiLayer.h"
@@ -28,13 +29,8 @@ public:
         HostPlatform::SetLogSwitches(false, false, false, false, false);
         m_scenario = ReadScenarioFile(UILAYER_BENCH_EXAMPLES "/zoom-video.yaml");
         m_root = std::make_unique<HostKit::DeviceRoot>();
-        for (const auto& file : m_scenario.files) {
-            m_root->WriteFile(file.first, file.second);
-        }
         m_root->Activate();
-        for (const auto& property : m_scenario.properties) {
-            property_set(property.first.c_str(), property.second.c_str());
-        }
+        Apply(m_scenario.files, m_scenario.properties);
         if (HostPlatform::LoadConfiguration(m_scenario.configText.c_str()) != 0) {
             fprintf(stderr, "example configuration refused\n");
             abort();
@@ -43,12 +39,7 @@ public:
         m_device->Init();
 
         const SessionSetup& setup = m_scenario.sessions.front();
-        for (const auto& file : setup.files) {
-            m_root->WriteFile(file.first, file.second);
-        }
-        for (const auto& property : setup.properties) {
-            property_set(property.first.c_str(), property.second.c_str());
-        }
+        Apply(setup.files, setup.properties);
         for (const StreamSetup& stream : setup.streams) {
             m_config.Add(stream);
         }
@@ -75,6 +66,17 @@ public:
     }
 
 private:
+    using Texts = std::vector<std::pair<std::string, std::string>>;
+    // Writes the device files and sets the properties of the scenario or session.
+    void Apply(const Texts& files, const Texts& properties) {
+        for (const auto& file : files) {
+            m_root->WriteFile(file.first, file.second);
+        }
+        for (const auto& property : properties) {
+            property_set(property.first.c_str(), property.second.c_str());
+        }
+    }
+
     Scenario m_scenario;
     std::unique_ptr<HostKit::DeviceRoot> m_root;
     std::unique_ptr<HostKit::CameraTable> m_device;

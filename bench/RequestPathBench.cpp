@@ -114,24 +114,23 @@ RequestPath& Path(uint32_t streams = kCameraCount) {
     return *path;
 }
 
-void BM_UpdatePerRequestCaps(benchmark::State& state) {
-    RequestPath& path = Path();
+// The update of one request after the other, each of a new frame.
+void UpdateRequests(benchmark::State& state, RequestPath& path) {
     uint32_t frame = 0;
     for (auto _ : state) {
         path.Request().frame_number = frame++;
         benchmark::DoNotOptimize(path.Ring().UpdatePerRequestCaps(&path.Request()));
     }
 }
+
+void BM_UpdatePerRequestCaps(benchmark::State& state) {
+    UpdateRequests(state, Path());
+}
 BENCHMARK(BM_UpdatePerRequestCaps);
 
 // The same update with 1 to 16 output buffers, each of its own stream.
 void BM_UpdatePerRequestCapsBuffers(benchmark::State& state) {
-    RequestPath& path = Path(static_cast<uint32_t>(state.range(0)));
-    uint32_t frame = 0;
-    for (auto _ : state) {
-        path.Request().frame_number = frame++;
-        benchmark::DoNotOptimize(path.Ring().UpdatePerRequestCaps(&path.Request()));
-    }
+    UpdateRequests(state, Path(static_cast<uint32_t>(state.range(0))));
     state.counters["buffers"] = static_cast<double>(state.range(0));
 }
 BENCHMARK(BM_UpdatePerRequestCapsBuffers)->RangeMultiplier(2)->Range(1, 16);
@@ -202,13 +201,8 @@ BENCHMARK(BM_RingMemory)->Iterations(1);
 // The same update with info logging on (camera logger only, as on a device
 // whose system log channel is off), for comparison with the silent update.
 void BM_UpdatePerRequestCapsInfoLog(benchmark::State& state) {
-    RequestPath& path = Path();
     HostPlatform::SetLogSwitches(true, true, true, false, false);
-    uint32_t frame = 0;
-    for (auto _ : state) {
-        path.Request().frame_number = frame++;
-        benchmark::DoNotOptimize(path.Ring().UpdatePerRequestCaps(&path.Request()));
-    }
+    UpdateRequests(state, Path());
     HostPlatform::SetLogSwitches(false, false, false, false, false);
     HostPlatform::TakeCameraLog();
 }

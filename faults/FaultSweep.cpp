@@ -6,39 +6,119 @@
 // the scenario again cleanly in the same process: that replay must give the
 // clean report exactly, log lines included (a transient fault leaves nothing
 // behind in the registry, the parsers, the ring or the vendor tag lookup).
-//
-//   uilayer_fault_sweep [--limit N] [--jobs N] [--no-log] [--verbose] [SCENARIO.yaml ...]
-//   uilayer_fault_sweep --fail KIND N SCENARIO.yaml
-//
-// The second form replays one scenario with one fault, in this process, and
-// prints its report (to compare with the simulator's report of a clean run).
-//
-// Repeat steps keep their last kMaxRepeat requests; --jobs children run at
-// once. --limit caps the faults per (scenario, kind): past it the calls are
-// sampled evenly, the last call always included (0 = every call).
+// --fail replays one scenario with one fault in this process and prints its
+// report, to compare with the simulator's report of a clean run.
 #include <HostFaults.h>
-#include <dirent.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cinttypes>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <initializer_list>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "core/AbortHandler.h"
 #include "IuiLayer.h"
+#include "common/ConfigHelpers.h"
+#include "common/Status.h"
+#include "core/Report.h"
 #include "replay/Replay.h"
-#include "ReportChecks.h"
 #include "core/ScenarioReader.h"
 
 namespace {
+
+// What the sweep checks in a replay report.
+using UilayerSim::ReportNode;
+
+// Status of the configuration store for a value that does not convert.
+constexpr int kConfigBadValue = 22;
+
+// What the operations return: their statuses; a sensor mode query also passes
+// on the status of the configuration store when its key does not read.
+constexpr std::initializer_list<int> kOperationCodes = {
+    Lumora::kStatusOk, Lumora::kStatusUnsupported, Lumora::kStatusInvalidArgument};
+constexpr std::initializer_list<int> kSensorModeCodes = {Lumora::kStatusOk, Lumora::kConfigNotFound,
+                                                         kConfigBadValue};
+
+bool IsCodeKey(const std::string& key) {
+    return key == "return code" || key == "ParseStaticCapabilities" ||
+           key == "ParseStreamCapabilities";
+}
+
+bool Documented(const std::string& code, std::initializer_list<int> codes) {
+    return std::any_of(codes.begin(), codes.end(),
+                       [&](int known) { return code == std::to_string(known); });
+}
+
+// The first return code that the library does not document for the call that
+// gave it, as "where: code"; "" when all are.
+std::string FindUndocumented(const ReportNode& node, const std::string& where) {
+    if (node.GetKind() == ReportNode::Kind::List) {
+        for (size_t i = 0; i < node.Items().size(); ++i) {
+            std::string found =
+                FindUndocumented(node.Items()[i], where + "[" + std::to_string(i) + "]");
+            if (!found.empty()) {
+                return found;
+            }
+        }
+        return "";
+    }
+    if (node.GetKind() != ReportNode::Kind::Map) {
+        return "";
+    }
+    const ReportNode* query = node.Find("query");
+    const bool sensorMode = query != nullptr && query->Scalar() == "sensor mode";
+    const std::initializer_list<int> codes = sensorMode ? kSensorModeCodes : kOperationCodes;
+    for (const auto& entry : node.Entries()) {
+        const std::string path = where + "/" + entry.first;
+        if (IsCodeKey(entry.first) && !Documented(entry.second.Scalar(), codes)) {
+            return path + ": " + entry.second.Scalar();
+        }
+        if (entry.first == "return codes") {
+            for (const auto& count : entry.second.Entries()) {
+                if (!Documented(count.first, codes)) {
+                    return path + ": " + count.first;
+                }
+            }
+            continue;
+        }
+        std::string found = FindUndocumented(entry.second, path);
+        if (!found.empty()) {
+            return found;
+        }
+    }
+    return "";
+}
+
+// The report without its "log" entries: the decisions alone.
+ReportNode Decisions(const ReportNode& report) {
+    if (report.GetKind() == ReportNode::Kind::List) {
+        ReportNode list = report.IsInline() ? ReportNode::InlineList() : ReportNode::List();
+        for (const ReportNode& item : report.Items()) {
+            list.Push(Decisions(item));
+        }
+        return list;
+    }
+    if (report.GetKind() != ReportNode::Kind::Map) {
+        return report;
+    }
+    ReportNode map = ReportNode::Map();
+    for (const auto& entry : report.Entries()) {
+        if (entry.first != "log") {
+            map.Add(entry.first, Decisions(entry.second));
+        }
+    }
+    return map;
+}
 
 using HostPlatform::FaultKind;
 using HostPlatform::kFaultKindCount;
@@ -84,8 +164,8 @@ Replayed ReplayOnce(const UilayerSim::Scenario& scenario) {
         const UilayerSim::ReportNode report = UilayerSim::Replay(scenario, options);
         replayed.ok = true;
         replayed.text = UilayerSim::RenderText(report);
-        replayed.decisions = UilayerSim::RenderText(UilayerFaults::Decisions(report));
-        replayed.undocumented = UilayerFaults::UndocumentedReturnCode(report);
+        replayed.decisions = UilayerSim::RenderText(Decisions(report));
+        replayed.undocumented = FindUndocumented(report, "");
     } catch (const std::exception& error) {
         replayed.text = error.what();
     }
@@ -238,25 +318,21 @@ void RunKind(const UilayerSim::Scenario& scenario, const Replayed& clean, FaultK
             }
             ++tally->runs;
             ++tally->failures;
-            fprintf(stderr, "FAIL %s%llu: the replay crashed or failed a sanitizer or leak check\n",
-                    prefix.c_str(), static_cast<unsigned long long>(n));
+            fprintf(stderr,
+                    "FAIL %s%" PRIu64 ": the replay crashed or failed a sanitizer or leak check\n",
+                    prefix.c_str(), n);
         }
     }
 }
 
 std::vector<std::string> BundledScenarios() {
     std::vector<std::string> paths;
-    DIR* dir = opendir(UILAYER_SIM_EXAMPLES_DIR);
-    if (dir == nullptr) {
-        return paths;
-    }
-    while (const dirent* entry = readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".yaml") == 0) {
-            paths.push_back(std::string(UILAYER_SIM_EXAMPLES_DIR) + "/" + name);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(UILAYER_SIM_EXAMPLES_DIR, error)) {
+        if (entry.path().extension() == ".yaml") {
+            paths.push_back(entry.path().string());
         }
     }
-    closedir(dir);
     std::sort(paths.begin(), paths.end());
     return paths;
 }
@@ -290,8 +366,7 @@ void SweepScenario(const std::string& path, uint64_t limit, size_t jobs, bool ve
     }
     printf("%s calls:", scenario.name.c_str());
     for (size_t k = 0; k < kFaultKindCount; ++k) {
-        printf(" %s %llu", HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
-               static_cast<unsigned long long>(counts[k]));
+        printf(" %s %" PRIu64, HostPlatform::FaultKindName(static_cast<FaultKind>(k)), counts[k]);
     }
     printf("\n");
     for (size_t k = 0; k < kFaultKindCount; ++k) {
@@ -365,9 +440,9 @@ int ShowFault(const char* kindName, const char* n, const char* path) {
     printf("%s", faulty.text.c_str());
     if (HostPlatform::FaultsInjected() == 0) {
         fprintf(stderr,
-                "uilayer_fault_sweep: the replay made fewer than %llu %s calls: no fault was "
-                "injected\n",
-                static_cast<unsigned long long>(call), kindName);
+                "uilayer_fault_sweep: the replay made fewer than %" PRIu64
+                " %s calls: no fault was injected\n",
+                call, kindName);
         return EXIT_FAILURE;
     }
     return faulty.ok ? EXIT_SUCCESS : EXIT_FAILURE;
@@ -439,12 +514,9 @@ int main(int argc, char** argv) {
     uint64_t runFailures = 0;
     for (size_t k = 0; k < kFaultKindCount; ++k) {
         const Tally& tally = perKind[k];
-        printf("%-20s %9llu %9llu %9llu %9llu\n",
-               HostPlatform::FaultKindName(static_cast<FaultKind>(k)),
-               static_cast<unsigned long long>(tally.runs),
-               static_cast<unsigned long long>(tally.changed),
-               static_cast<unsigned long long>(tally.skipped),
-               static_cast<unsigned long long>(tally.failures));
+        printf("%-20s %9" PRIu64 " %9" PRIu64 " %9" PRIu64 " %9" PRIu64 "\n",
+               HostPlatform::FaultKindName(static_cast<FaultKind>(k)), tally.runs, tally.changed,
+               tally.skipped, tally.failures);
         total.runs += tally.runs;
         runFailures += tally.failures;
         total.changed += tally.changed;
@@ -454,15 +526,10 @@ int main(int argc, char** argv) {
     }
     const double seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    printf(
-        "%llu faults injected over %zu scenarios in %.1f s; %llu changed the faulty session's "
-        "report (%llu of them before the device could be set up); %llu calls left out by the "
-        "limit\n",
-        static_cast<unsigned long long>(total.runs), paths.size(), seconds,
-        static_cast<unsigned long long>(total.changed),
-        static_cast<unsigned long long>(total.setupRefused),
-        static_cast<unsigned long long>(total.skipped));
-    printf("%llu passed, %llu failed\n", static_cast<unsigned long long>(total.runs - runFailures),
-           static_cast<unsigned long long>(total.failures));
+    printf("%" PRIu64 " faults injected over %zu scenarios in %.1f s; %" PRIu64
+           " changed the faulty session's report (%" PRIu64
+           " of them before the device could be set up); %" PRIu64 " calls left out by the limit\n",
+           total.runs, paths.size(), seconds, total.changed, total.setupRefused, total.skipped);
+    printf("%" PRIu64 " passed, %" PRIu64 " failed\n", total.runs - runFailures, total.failures);
     return total.failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -6,8 +6,6 @@
 
 namespace HostPlatform {
 
-// Argument of the latest OLog::SwitchLogEnable call; -1 when it was never called.
-int LastSwitchLogEnable();
 // Arguments of the OLog::SwitchLogEnable calls since the last call, oldest first.
 std::vector<int> TakeSwitchLogEnableCalls();
 

@@ -7,6 +7,7 @@
 
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <OLog.h>
@@ -30,7 +31,6 @@ HostPlatform::Internal::LogCapture& CameraLog() {
 
 struct SwitchCalls {
     std::mutex mutex;
-    int last = -1;
     std::vector<int> calls;
 };
 
@@ -77,16 +77,12 @@ void LogSystem(const char* prefix, const char* level, const char* tag, const cha
     va_start(args, fmt);
     std::string message = Format(fmt, args);
     va_end(args);
-    std::string record = level != nullptr ? level : "";
-    record += ' ';
-    record += message;
-    CameraLog().Append(std::move(record));
+    CameraLog().Append((level != nullptr ? level : "") + (' ' + message));
 }
 
 void SwitchLogEnable(int enable) {
     SwitchCalls& switches = Switches();
     std::lock_guard<std::mutex> lock(switches.mutex);
-    switches.last = enable;
     switches.calls.push_back(enable);
 }
 
@@ -106,18 +102,10 @@ std::vector<std::string> TakeCameraLog() {
     return CameraLog().Take();
 }
 
-int LastSwitchLogEnable() {
-    SwitchCalls& switches = Switches();
-    std::lock_guard<std::mutex> lock(switches.mutex);
-    return switches.last;
-}
-
 std::vector<int> TakeSwitchLogEnableCalls() {
     SwitchCalls& switches = Switches();
     std::lock_guard<std::mutex> lock(switches.mutex);
-    std::vector<int> calls;
-    calls.swap(switches.calls);
-    return calls;
+    return std::exchange(switches.calls, {});
 }
 
 }  // namespace HostPlatform

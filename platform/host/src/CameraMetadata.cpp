@@ -43,13 +43,9 @@ size_t AlignUp(size_t value, size_t alignment) {
     return (value + alignment - 1) / alignment * alignment;
 }
 
-size_t ElementSize(uint8_t type) {
-    return type < NUM_TYPES ? camera_metadata_type_size[type] : 0;
-}
-
 // Byte size of `count` elements of `type`; false on an unknown type or overflow.
 bool DataSize(uint8_t type, size_t count, size_t* size) {
-    const size_t element = ElementSize(type);
+    const size_t element = type < NUM_TYPES ? camera_metadata_type_size[type] : 0;
     if (element == 0 || count > SIZE_MAX / element) {
         return false;
     }
@@ -113,48 +109,34 @@ size_t EndBefore(const camera_metadata* metadata, size_t index) {
 }
 
 // Moves the data of the entries from `first` on so that they follow, compact,
-// data that ends at `end`; returns the new data count. The caller has checked
-// that everything fits.
-size_t Relayout(camera_metadata* metadata, size_t first, size_t end) {
+// data that ends at `end`; returns the new data count. With `move` false only
+// the count is computed; a caller that moves has checked that everything fits.
+size_t Relayout(camera_metadata* metadata, size_t first, size_t end, bool move = true) {
     MetadataEntry* entries = Entries(metadata);
     uint8_t* data = DataArea(metadata);
     // Collect the new offsets first; a move towards the end must start with
     // the last entry, a move towards the start with the first one.
-    // A single change of `end` moves all of them the same way.
     std::vector<size_t> offsets(metadata->entryCount, 0);
     size_t position = end;
     for (size_t i = first; i < metadata->entryCount; ++i) {
-        if (entries[i].count == 0) {
-            continue;
+        if (entries[i].count > 0) {
+            offsets[i] = NextOffset(position);
+            position = offsets[i] + EntryBytes(entries[i]);
         }
-        offsets[i] = NextOffset(position);
-        position = offsets[i] + EntryBytes(entries[i]);
     }
-    for (size_t i = first; i < metadata->entryCount; ++i) {
-        if (entries[i].count > 0 && offsets[i] < entries[i].offset) {
+    const auto place = [&](size_t i) {
+        if (move && entries[i].count > 0 && offsets[i] != entries[i].offset) {
             memmove(data + offsets[i], data + entries[i].offset, EntryBytes(entries[i]));
             entries[i].offset = offsets[i];
+        }
+    };
+    for (size_t i = first; i < metadata->entryCount; ++i) {
+        if (offsets[i] < entries[i].offset) {
+            place(i);
         }
     }
     for (size_t n = metadata->entryCount; n > first; --n) {
-        const size_t i = n - 1;
-        if (entries[i].count > 0 && offsets[i] > entries[i].offset) {
-            memmove(data + offsets[i], data + entries[i].offset, EntryBytes(entries[i]));
-            entries[i].offset = offsets[i];
-        }
-    }
-    return position;
-}
-
-// Data count the buffer would have if the entries from `first` on followed
-// data that ends at `end`.
-size_t LayoutEnd(const camera_metadata* metadata, size_t first, size_t end) {
-    const MetadataEntry* entries = Entries(metadata);
-    size_t position = end;
-    for (size_t i = first; i < metadata->entryCount; ++i) {
-        if (entries[i].count > 0) {
-            position = NextOffset(position) + EntryBytes(entries[i]);
-        }
+        place(n - 1);
     }
     return position;
 }
@@ -167,6 +149,16 @@ void FillEntry(Metadata* metadata, size_t index, Entry* out) {
     out->type = entry.type;
     out->count = entry.count;
     out->data.u8 = entry.count > 0 ? DataArea(metadata) + entry.offset : nullptr;
+}
+
+// The entry at `index`: 0, or 1 on a null argument or an index out of range.
+template <typename Entry, typename Metadata>
+int GetEntry(Metadata* metadata, size_t index, Entry* out) {
+    if (metadata == nullptr || out == nullptr || index >= metadata->entryCount) {
+        return 1;
+    }
+    FillEntry(metadata, index, out);
+    return 0;
 }
 
 // The first entry of `tag`: 0, 1 on a null argument, -ENOENT when there is none.
@@ -212,12 +204,10 @@ camera_metadata_t* allocate_camera_metadata(size_t entry_capacity, size_t data_c
     if (buffer == nullptr) {
         return nullptr;
     }
-    memset(buffer, 0, size);
+    memset(buffer, 0, size);  // no entries, no data
     camera_metadata* metadata = static_cast<camera_metadata*>(buffer);
     metadata->size = size;
-    metadata->entryCount = 0;
     metadata->entryCapacity = entry_capacity;
-    metadata->dataCount = 0;
     metadata->dataCapacity = data_capacity;
     metadata->entriesOffset = entriesOffset;
     metadata->dataOffset = dataOffset;
@@ -302,14 +292,9 @@ int add_camera_metadata_entry(camera_metadata_t* dst, uint32_t tag, const void* 
         return 1;
     }
     const int type = get_camera_metadata_tag_type(tag);
-    if (type < 0) {
-        return 1;
-    }
     size_t bytes = 0;
-    if (!DataSize(static_cast<uint8_t>(type), data_count, &bytes)) {
-        return 1;
-    }
-    if (dst->entryCount >= dst->entryCapacity) {
+    if (type < 0 || !DataSize(static_cast<uint8_t>(type), data_count, &bytes) ||
+        dst->entryCount >= dst->entryCapacity) {
         return 1;
     }
     size_t offset = 0;
@@ -333,20 +318,12 @@ int add_camera_metadata_entry(camera_metadata_t* dst, uint32_t tag, const void* 
 
 int get_camera_metadata_entry(camera_metadata_t* src, size_t index,
                               camera_metadata_entry_t* entry) {
-    if (src == nullptr || entry == nullptr || index >= src->entryCount) {
-        return 1;
-    }
-    FillEntry(src, index, entry);
-    return 0;
+    return GetEntry(src, index, entry);
 }
 
 int get_camera_metadata_ro_entry(const camera_metadata_t* src, size_t index,
                                  camera_metadata_ro_entry_t* entry) {
-    if (src == nullptr || entry == nullptr || index >= src->entryCount) {
-        return 1;
-    }
-    FillEntry(src, index, entry);
-    return 0;
+    return GetEntry(src, index, entry);
 }
 
 int find_camera_metadata_entry(camera_metadata_t* src, uint32_t tag,
@@ -384,7 +361,7 @@ int update_camera_metadata_entry(camera_metadata_t* dst, size_t index, const voi
     if (data_count > 0 && (offset > dst->dataCapacity || bytes > dst->dataCapacity - offset)) {
         return 1;
     }
-    if (LayoutEnd(dst, index + 1, newEnd) > dst->dataCapacity) {
+    if (Relayout(dst, index + 1, newEnd, false) > dst->dataCapacity) {
         return 1;
     }
 

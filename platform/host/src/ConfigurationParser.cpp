@@ -8,6 +8,7 @@
 // in its place; a repeated group header continues the same group.
 #include <HostConfigText.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string>
@@ -20,20 +21,13 @@ namespace HostPlatform {
 
 namespace {
 
-bool IsSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
-}
-
 std::string_view Trim(std::string_view text) {
-    size_t begin = 0;
-    size_t end = text.size();
-    while (begin < end && IsSpace(text[begin])) {
-        ++begin;
+    constexpr std::string_view kSpace = " \t\r\n\v\f";
+    const size_t begin = text.find_first_not_of(kSpace);
+    if (begin == std::string_view::npos) {
+        return text.substr(text.size());
     }
-    while (end > begin && IsSpace(text[end - 1])) {
-        --end;
-    }
-    return text.substr(begin, end - begin);
+    return text.substr(begin, text.find_last_not_of(kSpace) + 1 - begin);
 }
 
 std::string UnquoteValue(std::string_view field) {
@@ -70,15 +64,12 @@ public:
     explicit TextBuilder(ConfigText* text) : m_text(text) {}
 
     void OpenGroup(std::string name, int line) {
-        const auto found = m_groupIndex.find(name);
-        if (found != m_groupIndex.end()) {
-            m_current = found->second;
-            return;
+        const auto [found, added] = m_groupIndex.try_emplace(name, m_text->groups.size());
+        m_current = found->second;
+        if (added) {
+            m_keyIndex.emplace_back();
+            m_text->groups.push_back(ConfigGroup{std::move(name), line, {}});
         }
-        m_current = m_text->groups.size();
-        m_groupIndex.emplace(name, m_current);
-        m_keyIndex.emplace_back();
-        m_text->groups.push_back(ConfigGroup{std::move(name), line, {}});
     }
 
     bool HasGroup() const { return m_current != kNone; }
@@ -90,8 +81,8 @@ public:
     void AddKey(std::string name, std::vector<std::string> values, int line) {
         ConfigGroup& group = m_text->groups[m_current];
         std::unordered_map<std::string, size_t>& index = m_keyIndex[m_current];
-        const auto found = index.find(name);
-        if (found != index.end()) {
+        const auto [found, added] = index.try_emplace(name, group.keys.size());
+        if (!added) {
             ConfigKey& earlier = group.keys[found->second];
             m_text->problems.push_back(ConfigProblem{line, ConfigProblemKind::RepeatedKey,
                                                      group.name, name, earlier.line});
@@ -99,7 +90,6 @@ public:
             earlier.line = line;
             return;
         }
-        index.emplace(name, group.keys.size());
         group.keys.push_back(ConfigKey{std::move(name), std::move(values), line});
     }
 
@@ -119,33 +109,25 @@ private:
     std::vector<std::unordered_map<std::string, size_t>> m_keyIndex;
 };
 
+// The first element of `items` that `test` accepts, or null.
+template <typename T, typename Test>
+const T* FirstOf(const std::vector<T>& items, Test test) {
+    const auto found = std::find_if(items.begin(), items.end(), test);
+    return found != items.end() ? &*found : nullptr;
+}
+
 }  // namespace
 
 const ConfigKey* ConfigGroup::Find(std::string_view key) const {
-    for (const ConfigKey& entry : keys) {
-        if (entry.name == key) {
-            return &entry;
-        }
-    }
-    return nullptr;
+    return FirstOf(keys, [&](const ConfigKey& entry) { return entry.name == key; });
 }
 
 const ConfigGroup* ConfigText::Find(std::string_view group) const {
-    for (const ConfigGroup& entry : groups) {
-        if (entry.name == group) {
-            return &entry;
-        }
-    }
-    return nullptr;
+    return FirstOf(groups, [&](const ConfigGroup& entry) { return entry.name == group; });
 }
 
 const ConfigProblem* ConfigText::FirstMalformed() const {
-    for (const ConfigProblem& problem : problems) {
-        if (problem.IsMalformed()) {
-            return &problem;
-        }
-    }
-    return nullptr;
+    return FirstOf(problems, [](const ConfigProblem& problem) { return problem.IsMalformed(); });
 }
 
 ConfigText ReadConfigText(std::string_view text) {

@@ -4,9 +4,11 @@
 // argument is null), 22 when a value does not convert. Outputs are written only
 // on success. Strings handed out point into the store and stay valid until the
 // next successful load replaces it.
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -60,17 +62,13 @@ int Load(std::string_view text) {
 
 // ---- Value conversions of the typed reads. ----
 
-bool ToUInt32(const std::string& text, uint32_t* out) {
-    return HostPlatform::ParseUInt32(text, out) == NumberStatus::Ok;
+template <typename T, NumberStatus (*Parse)(const std::string&, T*)>
+bool Convert(const std::string& text, T* out) {
+    return Parse(text, out) == NumberStatus::Ok;
 }
-
-bool ToInt32(const std::string& text, int32_t* out) {
-    return HostPlatform::ParseInt32(text, out) == NumberStatus::Ok;
-}
-
-bool ToInt64(const std::string& text, int64_t* out) {
-    return HostPlatform::ParseInt64(text, out) == NumberStatus::Ok;
-}
+constexpr auto ToUInt32 = Convert<uint32_t, HostPlatform::ParseUInt32>;
+constexpr auto ToInt32 = Convert<int32_t, HostPlatform::ParseInt32>;
+constexpr auto ToInt64 = Convert<int64_t, HostPlatform::ParseInt64>;
 
 bool ToString(std::string& text, char** out) {
     *out = &text[0];
@@ -79,7 +77,7 @@ bool ToString(std::string& text, char** out) {
 
 // ---- Lookups, under the store's lock. ----
 
-ConfigKey* FindKey(ConfigurationData& data, const char* group, std::string_view key) {
+ConfigKey* FindKey(ConfigurationData& data, const char* group, const char* key) {
     if (group == nullptr) {
         return nullptr;
     }
@@ -87,18 +85,24 @@ ConfigKey* FindKey(ConfigurationData& data, const char* group, std::string_view 
     return data.FindKey(group, key);
 }
 
-std::string LocaleKey(const char* name, const char* index) {
-    std::string key(name);
-    key += '[';
-    key += index;
-    key += ']';
-    return key;
-}
+// "name[index]", or null (nothing configured) when either is null.
+class LocaleKey {
+public:
+    LocaleKey(const char* name, const char* index) {
+        if (name != nullptr && index != nullptr) {
+            m_key = std::string(name) + '[' + index + ']';
+        }
+    }
+    operator const char*() const { return m_key ? m_key->c_str() : nullptr; }
+
+private:
+    std::optional<std::string> m_key;
+};
 
 // The first value of a key, converted.
 template <typename T, typename Convert>
-int ReadSingle(const char* group, std::string_view key, T* out, Convert convert) {
-    if (out == nullptr) {
+int ReadSingle(const char* group, const char* key, T* out, Convert convert) {
+    if (key == nullptr || out == nullptr) {
         return kNotConfigured;
     }
     Store& store = TheStore();
@@ -118,8 +122,8 @@ int ReadSingle(const char* group, std::string_view key, T* out, Convert convert)
 // The first min(count, available) values of a key, converted; nothing is
 // written unless all of them convert.
 template <typename T, typename Convert>
-int ReadList(const char* group, std::string_view key, T* out, uint32_t count, Convert convert) {
-    if (out == nullptr && count > 0) {
+int ReadList(const char* group, const char* key, T* out, uint32_t count, Convert convert) {
+    if (key == nullptr || (out == nullptr && count > 0)) {
         return kNotConfigured;
     }
     Store& store = TheStore();
@@ -139,13 +143,6 @@ int ReadList(const char* group, std::string_view key, T* out, uint32_t count, Co
         out[i] = values[i];
     }
     return kOk;
-}
-
-uint32_t ValuesCount(const char* group, std::string_view key) {
-    Store& store = TheStore();
-    std::lock_guard<std::mutex> lock(store.mutex);
-    const ConfigKey* found = FindKey(*store.data, group, key);
-    return found != nullptr ? static_cast<uint32_t>(found->values.size()) : 0;
 }
 
 // The number of keys of a group, -1 when it is absent.
@@ -193,63 +190,42 @@ uint32_t GetValuesCount(const char* group, const char* key) {
     if (key == nullptr) {
         return 0;
     }
-    return ValuesCount(group, key);
+    Store& store = TheStore();
+    std::lock_guard<std::mutex> lock(store.mutex);
+    const ConfigKey* found = FindKey(*store.data, group, key);
+    return found != nullptr ? static_cast<uint32_t>(found->values.size()) : 0;
 }
 
 int GetBooleanConfiguration(const char* group, const char* key, bool* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, HostPlatform::ParseBoolean);
 }
 
 int GetIntegerConfiguration(const char* group, const char* key, int32_t* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToInt32);
 }
 
 int GetUIntegerConfiguration(const char* group, const char* key, uint32_t* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToUInt32);
 }
 
 int GetInt64Configuration(const char* group, const char* key, int64_t* out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToInt64);
 }
 
 int GetStringConfiguration(const char* group, const char* key, char** out) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, key, out, ToString);
 }
 
 int GetUIntegerListConfiguration(const char* group, const char* key, uint32_t* out,
                                  uint32_t count) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, key, out, count, ToUInt32);
 }
 
 int GetFloatListConfiguration(const char* group, const char* key, float* out, uint32_t count) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, key, out, count, HostPlatform::ParseFloat);
 }
 
 int GetStringListConfiguration(const char* group, const char* key, char** out, uint32_t count) {
-    if (key == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, key, out, count, ToString);
 }
 
@@ -265,53 +241,35 @@ uint32_t GetLocaleKeyCount(const char* group, const char* name) {
     if (found == nullptr) {
         return 0;
     }
-    uint32_t count = 0;
-    for (const ConfigKey& key : found->keys) {
-        const std::string& k = key.name;
-        if (k.size() >= prefix.size() + 2 && k.compare(0, prefix.size(), prefix) == 0 &&
-            k[prefix.size()] == '[' && k.back() == ']') {
-            ++count;
-        }
-    }
-    return count;
+    return static_cast<uint32_t>(
+        std::count_if(found->keys.begin(), found->keys.end(), [&](const ConfigKey& key) {
+            const std::string& k = key.name;
+            return k.size() >= prefix.size() + 2 && k.compare(0, prefix.size(), prefix) == 0 &&
+                   k[prefix.size()] == '[' && k.back() == ']';
+        }));
 }
 
 uint32_t GetLocaleKeyValuesCount(const char* group, const char* name, const char* index) {
-    if (name == nullptr || index == nullptr) {
-        return 0;
-    }
-    return ValuesCount(group, LocaleKey(name, index));
+    return GetValuesCount(group, LocaleKey(name, index));
 }
 
 int GetLocaleStringConfiguration(const char* group, const char* name, const char* index,
                                  char** out) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadSingle(group, LocaleKey(name, index), out, ToString);
 }
 
 int GetLocaleIntegerListConfiguration(const char* group, const char* name, const char* index,
                                       int32_t* out, uint32_t count) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, LocaleKey(name, index), out, count, ToInt32);
 }
 
 int GetLocaleUIntegerListConfiguration(const char* group, const char* name, const char* index,
                                        uint32_t* out, uint32_t count) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, LocaleKey(name, index), out, count, ToUInt32);
 }
 
 int GetLocaleStringListConfiguration(const char* group, const char* name, const char* index,
                                      char** out, uint32_t count) {
-    if (name == nullptr || index == nullptr) {
-        return kNotConfigured;
-    }
     return ReadList(group, LocaleKey(name, index), out, count, ToString);
 }
 

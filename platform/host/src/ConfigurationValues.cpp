@@ -10,12 +10,11 @@ namespace HostPlatform {
 namespace {
 
 bool HexDigit(char c, unsigned* digit) {
+    const char lower = static_cast<char>(c | 0x20);  // ASCII letters in lower case
     if (c >= '0' && c <= '9') {
         *digit = static_cast<unsigned>(c - '0');
-    } else if (c >= 'a' && c <= 'f') {
-        *digit = static_cast<unsigned>(c - 'a' + 10);
-    } else if (c >= 'A' && c <= 'F') {
-        *digit = static_cast<unsigned>(c - 'A' + 10);
+    } else if (lower >= 'a' && lower <= 'f') {
+        *digit = static_cast<unsigned>(lower - 'a' + 10);
     } else {
         return false;
     }
@@ -69,9 +68,10 @@ NumberStatus ParseIntegerMagnitude(const std::string& text, bool* negative, uint
 namespace {
 
 // An integer of at most `negativeLimit` below zero and `positiveLimit` above,
-// as 64 bits of two's complement.
+// as the low bits of its two's complement.
+template <typename T>
 NumberStatus ParseWithin(const std::string& text, uint64_t negativeLimit, uint64_t positiveLimit,
-                         uint64_t* bits) {
+                         T* out) {
     bool negative = false;
     uint64_t magnitude = 0;
     const NumberStatus status = ParseIntegerMagnitude(text, &negative, &magnitude);
@@ -81,37 +81,22 @@ NumberStatus ParseWithin(const std::string& text, uint64_t negativeLimit, uint64
     if (magnitude > (negative ? negativeLimit : positiveLimit)) {
         return NumberStatus::OutOfRange;
     }
-    *bits = negative ? 0u - magnitude : magnitude;
+    *out = static_cast<T>(negative ? 0u - magnitude : magnitude);
     return NumberStatus::Ok;
 }
 
 }  // namespace
 
 NumberStatus ParseUInt32(const std::string& text, uint32_t* out) {
-    uint64_t bits = 0;
-    const NumberStatus status = ParseWithin(text, 0x80000000ull, 0xFFFFFFFFull, &bits);
-    if (status == NumberStatus::Ok) {
-        *out = static_cast<uint32_t>(bits);
-    }
-    return status;
+    return ParseWithin(text, 0x80000000ull, 0xFFFFFFFFull, out);
 }
 
 NumberStatus ParseInt32(const std::string& text, int32_t* out) {
-    uint32_t bits = 0;
-    const NumberStatus status = ParseUInt32(text, &bits);
-    if (status == NumberStatus::Ok) {
-        *out = static_cast<int32_t>(bits);
-    }
-    return status;
+    return ParseWithin(text, 0x80000000ull, 0xFFFFFFFFull, out);
 }
 
 NumberStatus ParseInt64(const std::string& text, int64_t* out) {
-    uint64_t bits = 0;
-    const NumberStatus status = ParseWithin(text, 0x8000000000000000ull, UINT64_MAX, &bits);
-    if (status == NumberStatus::Ok) {
-        *out = static_cast<int64_t>(bits);
-    }
-    return status;
+    return ParseWithin(text, 0x8000000000000000ull, UINT64_MAX, out);
 }
 
 bool ParseBoolean(const std::string& text, bool* out) {

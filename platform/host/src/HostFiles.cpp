@@ -34,18 +34,13 @@ bool ReadWholeFile(const std::string& path, std::string* text, std::string* reas
     }
     text->clear();
     char buffer[65536];
-    for (;;) {
-        const ssize_t count = read(fd, buffer, sizeof(buffer));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
+    ssize_t count = 0;
+    while ((count = read(fd, buffer, sizeof(buffer))) != 0) {
+        if (count > 0) {
+            text->append(buffer, static_cast<size_t>(count));
+        } else if (errno != EINTR) {
             return Fail(fd, errno, reason);
         }
-        if (count == 0) {
-            break;
-        }
-        text->append(buffer, static_cast<size_t>(count));
     }
     close(fd);
     return true;

@@ -21,10 +21,7 @@ inline uint32_t IdOf(uint32_t index) {
 
 // Element type of a vendor tag id, -1 when it is not a vendor tag of the table.
 inline int TypeOf(uint32_t tag) {
-    if (tag < kBase || tag >= kBase + kCount) {
-        return -1;
-    }
-    return Lumora::VendorTagType(tag - kBase);
+    return tag >= kBase && tag < kBase + kCount ? Lumora::VendorTagType(tag - kBase) : -1;
 }
 
 }  // namespace HostVendorTags

@@ -8,9 +8,11 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include <cutils/properties.h>
 #include <HostPlatform.h>
@@ -32,13 +34,8 @@ PropertyStore& Store() {
 // Copies at most PROPERTY_VALUE_MAX - 1 characters of `text` and a NUL into
 // `value`; returns the number of characters copied.
 int CopyValue(char* value, const char* text) {
-    size_t length = text != nullptr ? strlen(text) : 0;
-    if (length > PROPERTY_VALUE_MAX - 1) {
-        length = PROPERTY_VALUE_MAX - 1;
-    }
-    if (length > 0) {
-        memcpy(value, text, length);
-    }
+    const size_t length = text != nullptr ? strnlen(text, PROPERTY_VALUE_MAX - 1) : 0;
+    std::copy_n(text, length, value);
     value[length] = '\0';
     return static_cast<int>(length);
 }
@@ -52,11 +49,8 @@ intmax_t GetInteger(const char* key, intmax_t lower, intmax_t upper, intmax_t de
     errno = 0;
     char* end = nullptr;
     intmax_t result = strtoimax(buffer, &end, 0);
-    if ((result == INTMAX_MIN || result == INTMAX_MAX) && errno == ERANGE) {
-        result = defaultValue;
-    } else if (end == buffer) {
-        result = defaultValue;
-    } else if (result < lower || result > upper) {
+    if (((result == INTMAX_MIN || result == INTMAX_MAX) && errno == ERANGE) || end == buffer ||
+        result < lower || result > upper) {
         result = defaultValue;
     }
     errno = savedErrno;
@@ -87,16 +81,12 @@ int8_t property_get_bool(const char* key, int8_t default_value) {
     if (property_get(key, buffer, "") <= 0) {
         return default_value;
     }
-    static const char* const kTrue[] = {"1", "y", "yes", "on", "true"};
-    static const char* const kFalse[] = {"0", "n", "no", "off", "false"};
-    for (const char* word : kTrue) {
-        if (strcmp(buffer, word) == 0) {
-            return 1;
-        }
-    }
-    for (const char* word : kFalse) {
-        if (strcmp(buffer, word) == 0) {
-            return 0;
+    static constexpr std::pair<const char*, int8_t> kWords[] = {
+        {"1", 1}, {"y", 1}, {"yes", 1}, {"on", 1},  {"true", 1},
+        {"0", 0}, {"n", 0}, {"no", 0},  {"off", 0}, {"false", 0}};
+    for (const auto& word : kWords) {
+        if (strcmp(buffer, word.first) == 0) {
+            return word.second;
         }
     }
     return default_value;

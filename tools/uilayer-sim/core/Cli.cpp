@@ -1,10 +1,15 @@
+// The command line of uilayer-sim (Cli.h) and what its subcommands share (Commands.h).
 #include "core/Cli.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include "core/Commands.h"
+#include "core/ScenarioReader.h"
 #include "core/Suggest.h"
 
 namespace UilayerSim {
@@ -74,12 +79,10 @@ std::vector<std::string> CommandNames(const Program& program) {
 }
 
 const Subcommand* FindCommand(const Program& program, const std::string& name) {
-    for (const Subcommand& command : program.commands) {
-        if (name == command.name) {
-            return &command;
-        }
-    }
-    return nullptr;
+    const auto found =
+        std::find_if(program.commands.begin(), program.commands.end(),
+                     [&](const Subcommand& command) { return name == command.name; });
+    return found != program.commands.end() ? &*found : nullptr;
 }
 
 std::string SuggestQuoted(const std::string& name, const std::vector<std::string>& known) {
@@ -123,13 +126,10 @@ bool Parse(const Subcommand& command, bool isDefault, const std::vector<std::str
         }
         const size_t equals = arg.find('=');
         const std::string name = arg.substr(0, equals);
-        const OptionSpec* match = nullptr;
-        for (const OptionSpec& option : command.options) {
-            if (name == option.name) {
-                match = &option;
-            }
-        }
-        if (match == nullptr) {
+        const auto match =
+            std::find_if(command.options.begin(), command.options.end(),
+                         [&](const OptionSpec& option) { return name == option.name; });
+        if (match == command.options.end()) {
             throw UsageError("unknown option '" + name + "'" + SuggestQuoted(name, known));
         }
         if (match->value == nullptr) {
@@ -222,6 +222,32 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
 
 void ReportUnreadable(const std::string& path, const std::string& reason) {
     fprintf(stderr, "%s: %s: %s\n", kProgram, path.c_str(), reason.c_str());
+}
+
+// What the subcommands share (Commands.h).
+std::string SiblingRoot() {
+    const char* root = getenv("UILAYER_SIM_SIBLING_ROOT");
+    return root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
+}
+
+bool LoadScenario(const std::string& path, Scenario* scenario) {
+    std::string text;
+    std::string reason;
+    if (!ReadWholeFile(path, &text, &reason)) {
+        ReportUnreadable(path, reason);
+        return false;
+    }
+    try {
+        *scenario = ReadScenarioText(text, path);
+    } catch (const ScenarioError& error) {
+        fprintf(stderr, "%s\n", error.what());
+        return false;
+    }
+    return true;
+}
+
+void WriteOut(const std::string& text) {
+    fwrite(text.data(), 1, text.size(), stdout);
 }
 
 }  // namespace UilayerSim

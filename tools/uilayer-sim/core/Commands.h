@@ -13,15 +13,11 @@ namespace UilayerSim {
 
 struct ReplayOptions;
 
-// SCENARIO [--json] [--log] [--no-lint]
+// Each command's operands and options are in the command table of main.cpp.
 int RunReplayCommand(const CommandLine& line);
-// SCENARIO CAP [--session N] [--camera logical|K] [--frame F] [--json]
 int RunExplainCommand(const CommandLine& line);
-// [--format text|json] CONFIG...
 int RunLintCommand(const CommandLine& line);
-// caps|tags|formats|roles
 int RunNamesCommand(const CommandLine& line);
-// DEVICE [--config FILE] [--camera ID] [--operation-mode M] [--level L] ...
 int RunSweepCommand(const CommandLine& line);
 
 // The root holding the host sibling camera layer: UILAYER_SIM_SIBLING_ROOT, or

@@ -66,17 +66,14 @@ CameraSetup SectionReader::ReadCamera(const YAML::Node& node, const std::string&
     }
     if (!node["physical"].IsDefined()) {
         // A single camera: one entry that is the camera itself.
-        PhysicalCameraSetup self;
-        self.logicalCamId = static_cast<int32_t>(camera.logicalCamId);
-        self.frameworkId = static_cast<int32_t>(camera.frameworkId);
-        self.physicalCamId = camera.logicalCamId;
-        self.isPrimary = 1;
-        if (self.physicalCamId == kLogicalCamera) {
+        if (camera.logicalCamId == kLogicalCamera) {
             Fail(node, field,
                  "a single camera with logical id 7 needs an explicit physical list with "
                  "another physical id (7 is the logical camera query type)");
         }
-        camera.physicalCameras.push_back(self);
+        camera.physicalCameras.push_back({static_cast<int32_t>(camera.logicalCamId),
+                                          static_cast<int32_t>(camera.frameworkId),
+                                          camera.logicalCamId, 1});
         return camera;
     }
     const std::string listName = Path(field, "physical");
@@ -100,15 +97,11 @@ CameraSetup SectionReader::ReadCamera(const YAML::Node& node, const std::string&
             Fail(entry["physical_id"], Path(entryName, "physical_id"),
                  "physical id " + std::to_string(physical.physicalCamId) + " is used twice");
         }
-        physical.logicalCamId = entry["logical_id"].IsDefined()
-                                    ? Signed32(entry["logical_id"], Path(entryName, "logical_id"))
-                                    : static_cast<int32_t>(physical.physicalCamId);
-        physical.frameworkId =
-            entry["framework_id"].IsDefined()
-                ? Signed32(entry["framework_id"], Path(entryName, "framework_id"))
-                : static_cast<int32_t>(physical.physicalCamId);
-        physical.isPrimary =
-            entry["primary"].IsDefined() && Boolean(entry["primary"], Path(entryName, "primary"));
+        physical.logicalCamId = static_cast<int32_t>(physical.physicalCamId);
+        physical.frameworkId = physical.logicalCamId;
+        Optional(entry, entryName, "logical_id", &physical.logicalCamId, &SectionReader::Signed32);
+        Optional(entry, entryName, "framework_id", &physical.frameworkId, &SectionReader::Signed32);
+        Optional(entry, entryName, "primary", &physical.isPrimary, &SectionReader::Boolean);
         camera.physicalCameras.push_back(physical);
     }
     return camera;

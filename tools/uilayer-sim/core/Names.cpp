@@ -1,5 +1,6 @@
 #include "core/Names.h"
 
+#include <hardware/camera3.h>
 #include <hardware/gralloc.h>
 #include <system/camera_metadata.h>
 #include <system/graphics.h>
@@ -25,180 +26,159 @@ struct NamedValue {
     int64_t value;
 };
 
-constexpr NamedValue kPixelFormats[] = {
-    {"HAL_PIXEL_FORMAT_RGBA_8888", HAL_PIXEL_FORMAT_RGBA_8888},
-    {"HAL_PIXEL_FORMAT_RGBX_8888", HAL_PIXEL_FORMAT_RGBX_8888},
-    {"HAL_PIXEL_FORMAT_RGB_888", HAL_PIXEL_FORMAT_RGB_888},
-    {"HAL_PIXEL_FORMAT_RGB_565", HAL_PIXEL_FORMAT_RGB_565},
-    {"HAL_PIXEL_FORMAT_BGRA_8888", HAL_PIXEL_FORMAT_BGRA_8888},
-    {"HAL_PIXEL_FORMAT_YCBCR_422_SP", HAL_PIXEL_FORMAT_YCBCR_422_SP},
-    {"HAL_PIXEL_FORMAT_YCRCB_420_SP", HAL_PIXEL_FORMAT_YCRCB_420_SP},
-    {"HAL_PIXEL_FORMAT_YCBCR_422_I", HAL_PIXEL_FORMAT_YCBCR_422_I},
-    {"HAL_PIXEL_FORMAT_RAW16", HAL_PIXEL_FORMAT_RAW16},
-    {"HAL_PIXEL_FORMAT_BLOB", HAL_PIXEL_FORMAT_BLOB},
-    {"HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED", HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED},
-    {"HAL_PIXEL_FORMAT_YCbCr_420_888", HAL_PIXEL_FORMAT_YCbCr_420_888},
-    {"HAL_PIXEL_FORMAT_RAW_OPAQUE", HAL_PIXEL_FORMAT_RAW_OPAQUE},
-    {"HAL_PIXEL_FORMAT_RAW10", HAL_PIXEL_FORMAT_RAW10},
-    {"HAL_PIXEL_FORMAT_RAW12", HAL_PIXEL_FORMAT_RAW12},
-    {"HAL_PIXEL_FORMAT_YCBCR_P010", HAL_PIXEL_FORMAT_YCBCR_P010},
-    {"HAL_PIXEL_FORMAT_Y8", HAL_PIXEL_FORMAT_Y8},
-    {"HAL_PIXEL_FORMAT_Y16", HAL_PIXEL_FORMAT_Y16},
-    {"HAL_PIXEL_FORMAT_YV12", HAL_PIXEL_FORMAT_YV12},
+// An entry named as the platform's headers name it.
+#define NAMED(value) \
+    { #value, value }
+
+struct NamedNumber {
+    std::string name;
+    int64_t value;
 };
 
-constexpr NamedValue kUsageBits[] = {
-    {"GRALLOC_USAGE_SW_READ_RARELY", GRALLOC_USAGE_SW_READ_RARELY},
-    {"GRALLOC_USAGE_SW_READ_OFTEN", GRALLOC_USAGE_SW_READ_OFTEN},
-    {"GRALLOC_USAGE_SW_WRITE_RARELY", GRALLOC_USAGE_SW_WRITE_RARELY},
-    {"GRALLOC_USAGE_SW_WRITE_OFTEN", GRALLOC_USAGE_SW_WRITE_OFTEN},
-    {"GRALLOC_USAGE_HW_TEXTURE", GRALLOC_USAGE_HW_TEXTURE},
-    {"GRALLOC_USAGE_HW_RENDER", GRALLOC_USAGE_HW_RENDER},
-    {"GRALLOC_USAGE_HW_2D", GRALLOC_USAGE_HW_2D},
-    {"GRALLOC_USAGE_HW_COMPOSER", GRALLOC_USAGE_HW_COMPOSER},
-    {"GRALLOC_USAGE_HW_FB", GRALLOC_USAGE_HW_FB},
-    {"GRALLOC_USAGE_HW_VIDEO_ENCODER", GRALLOC_USAGE_HW_VIDEO_ENCODER},
-    {"GRALLOC_USAGE_HW_CAMERA_WRITE", GRALLOC_USAGE_HW_CAMERA_WRITE},
-    {"GRALLOC_USAGE_HW_CAMERA_READ", GRALLOC_USAGE_HW_CAMERA_READ},
-    {"GRALLOC_USAGE_HW_CAMERA_ZSL", GRALLOC_USAGE_HW_CAMERA_ZSL},
-    {"GRALLOC_USAGE_RENDERSCRIPT", GRALLOC_USAGE_RENDERSCRIPT},
-    {"GRALLOC_USAGE_PRIVATE_0", GRALLOC_USAGE_PRIVATE_0},
-    {"GRALLOC_USAGE_PRIVATE_1", GRALLOC_USAGE_PRIVATE_1},
-    {"GRALLOC_USAGE_PRIVATE_2", GRALLOC_USAGE_PRIVATE_2},
-    {"GRALLOC_USAGE_PRIVATE_3", GRALLOC_USAGE_PRIVATE_3},
-    // The camera layer's own usage flags.
-    {"VENDOR_VIDEO", 0x80},
-    {"VENDOR_METADATA", 0x40},
-};
+constexpr NamedValue kPixelFormats[] = {NAMED(HAL_PIXEL_FORMAT_RGBA_8888),
+                                        NAMED(HAL_PIXEL_FORMAT_RGBX_8888),
+                                        NAMED(HAL_PIXEL_FORMAT_RGB_888),
+                                        NAMED(HAL_PIXEL_FORMAT_RGB_565),
+                                        NAMED(HAL_PIXEL_FORMAT_BGRA_8888),
+                                        NAMED(HAL_PIXEL_FORMAT_YCBCR_422_SP),
+                                        NAMED(HAL_PIXEL_FORMAT_YCRCB_420_SP),
+                                        NAMED(HAL_PIXEL_FORMAT_YCBCR_422_I),
+                                        NAMED(HAL_PIXEL_FORMAT_RAW16),
+                                        NAMED(HAL_PIXEL_FORMAT_BLOB),
+                                        NAMED(HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED),
+                                        NAMED(HAL_PIXEL_FORMAT_YCbCr_420_888),
+                                        NAMED(HAL_PIXEL_FORMAT_RAW_OPAQUE),
+                                        NAMED(HAL_PIXEL_FORMAT_RAW10),
+                                        NAMED(HAL_PIXEL_FORMAT_RAW12),
+                                        NAMED(HAL_PIXEL_FORMAT_YCBCR_P010),
+                                        NAMED(HAL_PIXEL_FORMAT_Y8),
+                                        NAMED(HAL_PIXEL_FORMAT_Y16),
+                                        NAMED(HAL_PIXEL_FORMAT_YV12)};
+
+// The last two are the camera layer's own usage flags.
+constexpr NamedValue kUsageBits[] = {NAMED(GRALLOC_USAGE_SW_READ_RARELY),
+                                     NAMED(GRALLOC_USAGE_SW_READ_OFTEN),
+                                     NAMED(GRALLOC_USAGE_SW_WRITE_RARELY),
+                                     NAMED(GRALLOC_USAGE_SW_WRITE_OFTEN),
+                                     NAMED(GRALLOC_USAGE_HW_TEXTURE),
+                                     NAMED(GRALLOC_USAGE_HW_RENDER),
+                                     NAMED(GRALLOC_USAGE_HW_2D),
+                                     NAMED(GRALLOC_USAGE_HW_COMPOSER),
+                                     NAMED(GRALLOC_USAGE_HW_FB),
+                                     NAMED(GRALLOC_USAGE_HW_VIDEO_ENCODER),
+                                     NAMED(GRALLOC_USAGE_HW_CAMERA_WRITE),
+                                     NAMED(GRALLOC_USAGE_HW_CAMERA_READ),
+                                     NAMED(GRALLOC_USAGE_HW_CAMERA_ZSL),
+                                     NAMED(GRALLOC_USAGE_RENDERSCRIPT),
+                                     NAMED(GRALLOC_USAGE_PRIVATE_0),
+                                     NAMED(GRALLOC_USAGE_PRIVATE_1),
+                                     NAMED(GRALLOC_USAGE_PRIVATE_2),
+                                     NAMED(GRALLOC_USAGE_PRIVATE_3),
+                                     {"VENDOR_VIDEO", 0x80},
+                                     {"VENDOR_METADATA", 0x40}};
 
 constexpr NamedValue kDataSpaces[] = {
-    {"HAL_DATASPACE_UNKNOWN", HAL_DATASPACE_UNKNOWN},
-    {"HAL_DATASPACE_ARBITRARY", HAL_DATASPACE_ARBITRARY},
-    {"HAL_DATASPACE_JFIF", HAL_DATASPACE_JFIF},
-    {"HAL_DATASPACE_BT601_625", HAL_DATASPACE_BT601_625},
-    {"HAL_DATASPACE_BT601_525", HAL_DATASPACE_BT601_525},
-    {"HAL_DATASPACE_BT709", HAL_DATASPACE_BT709},
-    {"HAL_DATASPACE_DEPTH", HAL_DATASPACE_DEPTH},
-    {"HAL_DATASPACE_SENSOR", HAL_DATASPACE_SENSOR},
-    {"HAL_DATASPACE_DYNAMIC_DEPTH", HAL_DATASPACE_DYNAMIC_DEPTH},
-    {"HAL_DATASPACE_HEIF", HAL_DATASPACE_HEIF},
-    {"HAL_DATASPACE_V0_JFIF", HAL_DATASPACE_V0_JFIF},
-    {"HAL_DATASPACE_V0_BT601_625", HAL_DATASPACE_V0_BT601_625},
-    {"HAL_DATASPACE_V0_BT601_525", HAL_DATASPACE_V0_BT601_525},
-    {"HAL_DATASPACE_V0_BT709", HAL_DATASPACE_V0_BT709},
-    {"HAL_DATASPACE_BT2020", HAL_DATASPACE_BT2020},
-};
+    NAMED(HAL_DATASPACE_UNKNOWN),       NAMED(HAL_DATASPACE_ARBITRARY),
+    NAMED(HAL_DATASPACE_JFIF),          NAMED(HAL_DATASPACE_BT601_625),
+    NAMED(HAL_DATASPACE_BT601_525),     NAMED(HAL_DATASPACE_BT709),
+    NAMED(HAL_DATASPACE_DEPTH),         NAMED(HAL_DATASPACE_SENSOR),
+    NAMED(HAL_DATASPACE_DYNAMIC_DEPTH), NAMED(HAL_DATASPACE_HEIF),
+    NAMED(HAL_DATASPACE_V0_JFIF),       NAMED(HAL_DATASPACE_V0_BT601_625),
+    NAMED(HAL_DATASPACE_V0_BT601_525),  NAMED(HAL_DATASPACE_V0_BT709),
+    NAMED(HAL_DATASPACE_BT2020)};
 
-constexpr NamedValue kStreamTypes[] = {
-    {"CAMERA3_STREAM_OUTPUT", 0},
-    {"CAMERA3_STREAM_INPUT", 1},
-    {"CAMERA3_STREAM_BIDIRECTIONAL", 2},
-};
+constexpr NamedValue kStreamTypes[] = {NAMED(CAMERA3_STREAM_OUTPUT), NAMED(CAMERA3_STREAM_INPUT),
+                                       NAMED(CAMERA3_STREAM_BIDIRECTIONAL)};
 
-constexpr NamedValue kStreamUseCases[] = {
-    {"StreamUseCaseMultiSpectral", 0x0080000000010000LL},
-    {"StreamUseCaseMultiSpectralAux", 0x0400000000010001LL},
-    {"StreamUseCaseRawFull", 0x0400000000010000LL},
-    {"StreamUseCaseRawShort", 0x0800000000010000LL},
-    {"StreamUseCaseRawMiddle", 0x0800000000080000LL},
-};
+constexpr NamedValue kStreamUseCases[] = {{"StreamUseCaseMultiSpectral", 0x0080000000010000LL},
+                                          {"StreamUseCaseMultiSpectralAux", 0x0400000000010001LL},
+                                          {"StreamUseCaseRawFull", 0x0400000000010000LL},
+                                          {"StreamUseCaseRawShort", 0x0800000000010000LL},
+                                          {"StreamUseCaseRawMiddle", 0x0800000000080000LL}};
 
 constexpr NamedValue kDynamicRangeProfiles[] = {
-    {"STANDARD", 1},
-    {"HLG10", 2},
-    {"HDR10", 4},
-    {"HDR10_PLUS", 8},
+    {"STANDARD", 1}, {"HLG10", 2}, {"HDR10", 4}, {"HDR10_PLUS", 8}};
+
+constexpr NamedValue kStandardTags[] = {NAMED(ANDROID_CONTROL_AE_ANTIBANDING_MODE),
+                                        NAMED(ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION),
+                                        NAMED(ANDROID_CONTROL_AE_LOCK),
+                                        NAMED(ANDROID_CONTROL_AE_MODE),
+                                        NAMED(ANDROID_CONTROL_AE_REGIONS),
+                                        NAMED(ANDROID_CONTROL_AE_TARGET_FPS_RANGE),
+                                        NAMED(ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER),
+                                        NAMED(ANDROID_CONTROL_AF_MODE),
+                                        NAMED(ANDROID_CONTROL_AF_TRIGGER),
+                                        NAMED(ANDROID_CONTROL_AWB_MODE),
+                                        NAMED(ANDROID_CONTROL_CAPTURE_INTENT),
+                                        NAMED(ANDROID_CONTROL_EFFECT_MODE),
+                                        NAMED(ANDROID_CONTROL_MODE),
+                                        NAMED(ANDROID_CONTROL_SCENE_MODE),
+                                        NAMED(ANDROID_CONTROL_VIDEO_STABILIZATION_MODE),
+                                        NAMED(ANDROID_CONTROL_ZOOM_RATIO),
+                                        NAMED(ANDROID_SENSOR_EXPOSURE_TIME),
+                                        NAMED(ANDROID_SENSOR_FRAME_DURATION),
+                                        NAMED(ANDROID_SENSOR_SENSITIVITY)};
+
+// A table of names with the prefix that its short names leave out.
+struct NameSource {
+    NameTable table;
+    const NamedValue* begin;
+    const NamedValue* end;
+    const char* prefix;
 };
 
-constexpr NamedValue kStandardTags[] = {
-    {"ANDROID_CONTROL_AE_ANTIBANDING_MODE", ANDROID_CONTROL_AE_ANTIBANDING_MODE},
-    {"ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION", ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION},
-    {"ANDROID_CONTROL_AE_LOCK", ANDROID_CONTROL_AE_LOCK},
-    {"ANDROID_CONTROL_AE_MODE", ANDROID_CONTROL_AE_MODE},
-    {"ANDROID_CONTROL_AE_REGIONS", ANDROID_CONTROL_AE_REGIONS},
-    {"ANDROID_CONTROL_AE_TARGET_FPS_RANGE", ANDROID_CONTROL_AE_TARGET_FPS_RANGE},
-    {"ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER", ANDROID_CONTROL_AE_PRECAPTURE_TRIGGER},
-    {"ANDROID_CONTROL_AF_MODE", ANDROID_CONTROL_AF_MODE},
-    {"ANDROID_CONTROL_AF_TRIGGER", ANDROID_CONTROL_AF_TRIGGER},
-    {"ANDROID_CONTROL_AWB_MODE", ANDROID_CONTROL_AWB_MODE},
-    {"ANDROID_CONTROL_CAPTURE_INTENT", ANDROID_CONTROL_CAPTURE_INTENT},
-    {"ANDROID_CONTROL_EFFECT_MODE", ANDROID_CONTROL_EFFECT_MODE},
-    {"ANDROID_CONTROL_MODE", ANDROID_CONTROL_MODE},
-    {"ANDROID_CONTROL_SCENE_MODE", ANDROID_CONTROL_SCENE_MODE},
-    {"ANDROID_CONTROL_VIDEO_STABILIZATION_MODE", ANDROID_CONTROL_VIDEO_STABILIZATION_MODE},
-    {"ANDROID_CONTROL_ZOOM_RATIO", ANDROID_CONTROL_ZOOM_RATIO},
-    {"ANDROID_SENSOR_EXPOSURE_TIME", ANDROID_SENSOR_EXPOSURE_TIME},
-    {"ANDROID_SENSOR_FRAME_DURATION", ANDROID_SENSOR_FRAME_DURATION},
-    {"ANDROID_SENSOR_SENSITIVITY", ANDROID_SENSOR_SENSITIVITY},
+constexpr NameSource kSources[] = {
+    {NameTable::StandardTags, std::begin(kStandardTags), std::end(kStandardTags), ""},
+    {NameTable::PixelFormats, std::begin(kPixelFormats), std::end(kPixelFormats),
+     "HAL_PIXEL_FORMAT_"},
+    {NameTable::UsageBits, std::begin(kUsageBits), std::end(kUsageBits), "GRALLOC_USAGE_"},
+    {NameTable::DataSpaces, std::begin(kDataSpaces), std::end(kDataSpaces), "HAL_DATASPACE_"},
+    {NameTable::StreamTypes, std::begin(kStreamTypes), std::end(kStreamTypes), "CAMERA3_STREAM_"},
+    {NameTable::StreamUseCases, std::begin(kStreamUseCases), std::end(kStreamUseCases),
+     "StreamUseCase"},
+    {NameTable::DynamicRangeProfiles, std::begin(kDynamicRangeProfiles),
+     std::end(kDynamicRangeProfiles), ""},
 };
 
-template <size_t N>
-void AppendTable(const NamedValue (&table)[N], const char* prefix, bool withFull,
-                 std::vector<NamedNumber>* out) {
-    const size_t prefixLength = strlen(prefix);
-    for (const NamedValue& entry : table) {
-        const bool prefixed = strncmp(entry.name, prefix, prefixLength) == 0;
-        out->push_back({prefixed ? entry.name + prefixLength : entry.name, entry.value});
-        if (withFull && prefixed && prefixLength > 0) {
-            out->push_back({entry.name, entry.value});
-        }
-    }
-}
-
+// Every name of `table` with its value, in table order: the short names
+// (without the common prefix), and the full ones too when `withFull`.
 std::vector<NamedNumber> Table(NameTable table, bool withFull) {
     std::vector<NamedNumber> out;
-    switch (table) {
-        case NameTable::Capabilities:
-            // The capability reference is the one table of names; a shared bit
-            // appears once per name.
-            for (uint32_t bit = 0; bit < Lumora::kCapabilityCount; ++bit) {
-                const Lumora::_Capability& capability = Lumora::Capabilities()[bit];
-                for (const char* name : {capability.name, capability.otherName}) {
-                    if (name != nullptr) {
-                        out.push_back({name, bit});
-                    }
+    if (table == NameTable::Capabilities) {
+        // The capability reference is the one table of names; a shared bit
+        // appears once per name.
+        for (uint32_t bit = 0; bit < Lumora::kCapabilityCount; ++bit) {
+            const Lumora::_Capability& capability = Lumora::Capabilities()[bit];
+            for (const char* name : {capability.name, capability.otherName}) {
+                if (name != nullptr) {
+                    out.push_back({name, bit});
                 }
             }
-            break;
-        case NameTable::StandardTags:
-            AppendTable(kStandardTags, "", withFull, &out);
-            break;
-        case NameTable::PixelFormats:
-            AppendTable(kPixelFormats, "HAL_PIXEL_FORMAT_", withFull, &out);
-            break;
-        case NameTable::StreamRoles:
-            for (size_t i = 0; i < std::size(Lumora::kStreamRoles); ++i) {
-                out.push_back({Lumora::kStreamRoles[i].name, static_cast<int64_t>(i)});
-                if (withFull) {
-                    out.push_back({std::string("EStreamType") + Lumora::kStreamRoles[i].name,
-                                   static_cast<int64_t>(i)});
-                }
+        }
+    } else if (table == NameTable::StreamRoles) {
+        for (size_t i = 0; i < std::size(Lumora::kStreamRoles); ++i) {
+            const std::string name = Lumora::kStreamRoles[i].name;
+            out.push_back({name, static_cast<int64_t>(i)});
+            if (withFull) {
+                out.push_back({"EStreamType" + name, static_cast<int64_t>(i)});
             }
-            break;
-        case NameTable::UsageBits:
-            AppendTable(kUsageBits, "GRALLOC_USAGE_", withFull, &out);
-            break;
-        case NameTable::DataSpaces:
-            AppendTable(kDataSpaces, "HAL_DATASPACE_", withFull, &out);
-            break;
-        case NameTable::StreamTypes:
-            AppendTable(kStreamTypes, "CAMERA3_STREAM_", withFull, &out);
-            break;
-        case NameTable::StreamUseCases:
-            AppendTable(kStreamUseCases, "StreamUseCase", withFull, &out);
-            break;
-        case NameTable::DynamicRangeProfiles:
-            AppendTable(kDynamicRangeProfiles, "", withFull, &out);
-            break;
+        }
+    }
+    for (const NameSource& source : kSources) {
+        const size_t prefixLength = strlen(source.prefix);
+        for (const NamedValue* entry = source.begin; source.table == table && entry != source.end;
+             ++entry) {
+            const bool prefixed = strncmp(entry->name, source.prefix, prefixLength) == 0;
+            out.push_back({prefixed ? entry->name + prefixLength : entry->name, entry->value});
+            if (withFull && prefixed && prefixLength > 0) {
+                out.push_back({entry->name, entry->value});
+            }
+        }
     }
     return out;
 }
 
 }  // namespace
-
-std::vector<NamedNumber> ListNames(NameTable table) {
-    return Table(table, false);
-}
 
 std::vector<std::string> AcceptedNames(NameTable table) {
     std::vector<std::string> names;
@@ -266,19 +246,13 @@ std::string StandardTagName(uint32_t tag) {
 
 namespace {
 
+// ElementType follows the metadata store's order of its first four types.
+static_assert(TYPE_BYTE == 0 && TYPE_INT32 == 1 && TYPE_FLOAT == 2 && TYPE_INT64 == 3,
+              "element types in the store's order");
+
 ElementType ElementTypeOf(int type) {
-    switch (type) {
-        case TYPE_BYTE:
-            return ElementType::Byte;
-        case TYPE_INT32:
-            return ElementType::Int32;
-        case TYPE_FLOAT:
-            return ElementType::Float;
-        case TYPE_INT64:
-            return ElementType::Int64;
-        default:
-            return ElementType::Unknown;
-    }
+    return type >= TYPE_BYTE && type <= TYPE_INT64 ? static_cast<ElementType>(type)
+                                                   : ElementType::Unknown;
 }
 
 }  // namespace
@@ -292,19 +266,8 @@ ElementType VendorTagType(uint32_t index) {
 }
 
 const char* ElementTypeName(ElementType type) {
-    switch (type) {
-        case ElementType::Byte:
-            return "bytes";
-        case ElementType::Int32:
-            return "int32";
-        case ElementType::Float:
-            return "float";
-        case ElementType::Int64:
-            return "int64";
-        case ElementType::Unknown:
-            break;
-    }
-    return "unknown";
+    constexpr const char* kNames[] = {"bytes", "int32", "float", "int64", "unknown"};
+    return kNames[static_cast<size_t>(type)];
 }
 
 namespace {
@@ -332,7 +295,7 @@ int RunNamesCommand(const CommandLine& line) {
         if (which != listing.name) {
             continue;
         }
-        for (const NamedNumber& entry : ListNames(listing.table)) {
+        for (const NamedNumber& entry : Table(listing.table, false)) {
             if (listing.hex) {
                 printf("0x%" PRIX64 "\t%s\n", static_cast<uint64_t>(entry.value),
                        entry.name.c_str());

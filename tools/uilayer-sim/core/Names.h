@@ -46,14 +46,6 @@ enum class NameTable {
     DynamicRangeProfiles,
 };
 
-struct NamedNumber {
-    std::string name;
-    int64_t value;
-};
-
-// Every name of `table` with its value, in table order, short names (without
-// their common prefix); both names of the shared capability bit.
-std::vector<NamedNumber> ListNames(NameTable table);
 // Every name a lookup of `table` accepts, short and full.
 std::vector<std::string> AcceptedNames(NameTable table);
 // The value of a name of `table` other than Capabilities, full

@@ -1,5 +1,6 @@
 #include "core/Report.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
@@ -7,36 +8,25 @@
 
 namespace UilayerSim {
 
+ReportNode::ReportNode(Kind kind, std::string text, bool inlined)
+    : m_kind(kind), m_inline(inlined), m_text(std::move(text)) {}
+
 ReportNode ReportNode::Text(std::string text) {
-    ReportNode node;
-    node.m_kind = Kind::Text;
-    node.m_text = std::move(text);
-    return node;
+    return ReportNode(Kind::Text, std::move(text));
 }
 
 ReportNode ReportNode::Integer(int64_t value) {
-    ReportNode node;
-    node.m_kind = Kind::Integer;
-    node.m_text = std::to_string(value);
-    return node;
+    return ReportNode(Kind::Integer, std::to_string(value));
 }
 
 ReportNode ReportNode::Hex(uint64_t value) {
     char text[24];
     snprintf(text, sizeof(text), "0x%" PRIX64, value);
-    ReportNode node = Text(text);
-    ReportNode number;
-    number.m_kind = Kind::Integer;
-    number.m_text = std::to_string(value);
-    node.WithJson(number);
-    return node;
+    return Text(text).WithJson(ReportNode(Kind::Integer, std::to_string(value)));
 }
 
 ReportNode ReportNode::Boolean(bool value) {
-    ReportNode node;
-    node.m_kind = Kind::Boolean;
-    node.m_text = value ? "true" : "false";
-    return node;
+    return ReportNode(Kind::Boolean, value ? "true" : "false");
 }
 
 ReportNode ReportNode::Real(double value) {
@@ -45,22 +35,19 @@ ReportNode ReportNode::Real(double value) {
     }
     char text[32];
     snprintf(text, sizeof(text), "%g", value);
-    ReportNode node;
-    node.m_kind = Kind::Real;
-    node.m_text = text;
-    return node;
+    return ReportNode(Kind::Real, text);
 }
 
 ReportNode ReportNode::List() {
-    ReportNode node;
-    node.m_kind = Kind::List;
-    return node;
+    return ReportNode(Kind::List);
 }
 
 ReportNode ReportNode::InlineList() {
-    ReportNode node = List();
-    node.m_inline = true;
-    return node;
+    return ReportNode(Kind::List, "", true);
+}
+
+ReportNode ReportNode::Map() {
+    return ReportNode(Kind::Map);
 }
 
 ReportNode ReportNode::Texts(const std::vector<std::string>& texts, bool inlined) {
@@ -68,12 +55,6 @@ ReportNode ReportNode::Texts(const std::vector<std::string>& texts, bool inlined
     for (const std::string& text : texts) {
         node.Push(Text(text));
     }
-    return node;
-}
-
-ReportNode ReportNode::Map() {
-    ReportNode node;
-    node.m_kind = Kind::Map;
     return node;
 }
 
@@ -93,12 +74,9 @@ ReportNode& ReportNode::WithJson(ReportNode json) {
 }
 
 const ReportNode* ReportNode::Find(const std::string& key) const {
-    for (const auto& entry : m_entries) {
-        if (entry.first == key) {
-            return &entry.second;
-        }
-    }
-    return nullptr;
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const auto& entry) { return entry.first == key; });
+    return found != m_entries.end() ? &found->second : nullptr;
 }
 
 namespace {
@@ -108,14 +86,11 @@ bool IsContainer(const ReportNode& node) {
 }
 
 std::string ScalarText(const ReportNode& node) {
-    switch (node.GetKind()) {
-        case ReportNode::Kind::Null:
-            return "(none)";
-        case ReportNode::Kind::Text:
-            return node.Scalar().empty() ? "\"\"" : node.Scalar();
-        default:
-            return node.Scalar();
+    if (node.GetKind() == ReportNode::Kind::Null) {
+        return "(none)";
     }
+    const bool emptyText = node.GetKind() == ReportNode::Kind::Text && node.Scalar().empty();
+    return emptyText ? "\"\"" : node.Scalar();
 }
 
 std::string InlineText(const ReportNode& node) {
@@ -124,10 +99,7 @@ std::string InlineText(const ReportNode& node) {
     }
     std::string text;
     for (const ReportNode& item : node.Items()) {
-        if (!text.empty()) {
-            text += ", ";
-        }
-        text += ScalarText(item);
+        text += (text.empty() ? "" : ", ") + ScalarText(item);
     }
     return text;
 }
@@ -178,20 +150,6 @@ void WriteText(const ReportNode& node, int indent, std::string* out) {
     }
 }
 
-void WriteJsonScalar(const ReportNode& node, std::string* out) {
-    switch (node.GetKind()) {
-        case ReportNode::Kind::Null:
-            *out += "null";
-            break;
-        case ReportNode::Kind::Text:
-            *out += JsonQuote(node.Scalar());
-            break;
-        default:
-            *out += node.Scalar();
-            break;
-    }
-}
-
 // Indented two spaces per level, or on one line when `compact` (the items of
 // an inline list and all below them).
 void WriteJson(const ReportNode& node, int indent, bool compact, std::string* out) {
@@ -201,7 +159,10 @@ void WriteJson(const ReportNode& node, int indent, bool compact, std::string* ou
     }
     const bool map = node.GetKind() == ReportNode::Kind::Map;
     if (!IsContainer(node)) {
-        WriteJsonScalar(node, out);
+        const ReportNode::Kind kind = node.GetKind();
+        *out += kind == ReportNode::Kind::Null   ? "null"
+                : kind == ReportNode::Kind::Text ? JsonQuote(node.Scalar())
+                                                 : node.Scalar();
         return;
     }
     if (node.Empty()) {
@@ -245,31 +206,20 @@ std::string RenderJson(const ReportNode& node) {
 std::string JsonQuote(const std::string& text) {
     std::string out = "\"";
     for (const char c : text) {
-        switch (c) {
-            case '"':
-                out += "\\\"";
-                break;
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            default:
-                if (static_cast<unsigned char>(c) < 0x20) {
-                    char escape[8];
-                    snprintf(escape, sizeof(escape), "\\u%04x", static_cast<unsigned>(c));
-                    out += escape;
-                } else {
-                    out += c;
-                }
-                break;
+        const char* escape = c == '"'    ? "\\\""
+                             : c == '\\' ? "\\\\"
+                             : c == '\n' ? "\\n"
+                             : c == '\r' ? "\\r"
+                             : c == '\t' ? "\\t"
+                                         : nullptr;
+        if (escape != nullptr) {
+            out += escape;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char code[8];
+            snprintf(code, sizeof(code), "\\u%04x", static_cast<unsigned>(c));
+            out += code;
+        } else {
+            out += c;
         }
     }
     out += "\"";

@@ -38,9 +38,8 @@ public:
     const std::vector<ReportNode>& Items() const { return m_items; }
     bool Empty() const { return m_entries.empty() && m_items.empty(); }
 
-    // Map entries, in insertion order; returns the added value.
+    // Add (map entries, in insertion order) and Push return what they added.
     ReportNode& Add(const std::string& key, ReportNode value);
-    // List items; returns the added item.
     ReportNode& Push(ReportNode value);
     // The shape of this node in JSON, when it is not the text's.
     ReportNode& WithJson(ReportNode json);
@@ -49,6 +48,8 @@ public:
     const ReportNode* Find(const std::string& key) const;
 
 private:
+    explicit ReportNode(Kind kind, std::string text = "", bool inlined = false);
+
     Kind m_kind = Kind::Null;
     bool m_inline = false;
     std::string m_text;  // scalars in their written form
@@ -61,7 +62,6 @@ private:
 std::string RenderText(const ReportNode& node);
 // JSON with two spaces per level; inline lists on one line.
 std::string RenderJson(const ReportNode& node);
-// A JSON string literal of `text`.
 std::string JsonQuote(const std::string& text);
 // A report key in snake_case: "camera index" -> "camera_index",
 // "ParseStaticCapabilities" -> "parse_static_capabilities", "SAT" -> "sat".

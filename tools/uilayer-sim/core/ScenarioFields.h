@@ -55,10 +55,11 @@ public:
         }
     }
 
-    // The map's fields must all be among `allowed`.
+    // The map's fields must all be among `allowed`, from its `from`-th name on.
     void CheckFields(const YAML::Node& node, const std::string& field,
-                     std::initializer_list<const char*> allowed) const {
+                     std::initializer_list<const char*> names, size_t from = 0) const {
         RequireMap(node, field);
+        const std::vector<const char*> allowed(names.begin() + from, names.end());
         std::set<std::string> seen;
         for (const auto& item : node) {
             const std::string name = item.first.IsScalar() ? item.first.Scalar() : "?";
@@ -162,13 +163,16 @@ public:
     }
 
     // Reads an optional field into `out` with `read`; leaves `out` as it is
-    // when the field is absent.
+    // when the field is absent. Whether it is there.
     template <typename T, typename Value, typename Self>
-    void Optional(const YAML::Node& node, const std::string& field, const char* name, T* out,
+    bool Optional(const YAML::Node& node, const std::string& field, const char* name, T* out,
                   Value (Self::*read)(const YAML::Node&, const std::string&) const) const {
-        if (node[name].IsDefined()) {
-            *out = (static_cast<const Self*>(this)->*read)(node[name], Path(field, name));
+        if (!node[name].IsDefined()) {
+            return false;
         }
+        *out =
+            static_cast<T>((static_cast<const Self*>(this)->*read)(node[name], Path(field, name)));
+        return true;
     }
 
     // One value, or a list of them, each read with `read` into `out`.
@@ -237,7 +241,7 @@ public:
     }
 
 protected:
-    static std::string Join(std::initializer_list<const char*> names) {
+    static std::string Join(const std::vector<const char*>& names) {
         std::string text;
         for (const char* name : names) {
             text += (text.empty() ? "" : ", ") + std::string(name);

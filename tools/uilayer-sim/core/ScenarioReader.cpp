@@ -1,9 +1,12 @@
-// The scenario reader's entry points and the top level of a scenario: where
-// the device comes from, the configuration, the properties and device files.
+// The scenario reader's entry points, number parsing and YAML loading, and the
+// top level of a scenario: where the device comes from, the configuration, the
+// properties and device files.
 #include "core/ScenarioReader.h"
 
 #include <cutils/properties.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <sstream>
 
 #include <HostConfigText.h>
@@ -11,6 +14,39 @@
 #include "core/ScenarioSections.h"
 
 namespace UilayerSim {
+
+bool ParseIntegerText(const std::string& text, int64_t* value) {
+    bool negative = false;
+    uint64_t magnitude = 0;
+    if (HostPlatform::ParseIntegerMagnitude(text, &negative, &magnitude) !=
+            HostPlatform::NumberStatus::Ok ||
+        magnitude > (negative ? uint64_t{1} << 63 : (uint64_t{1} << 63) - 1)) {
+        return false;
+    }
+    *value = negative ? static_cast<int64_t>(0 - magnitude) : static_cast<int64_t>(magnitude);
+    return true;
+}
+
+bool IsIntegerSyntax(const std::string& text) {
+    bool negative = false;
+    uint64_t magnitude = 0;
+    return HostPlatform::ParseIntegerMagnitude(text, &negative, &magnitude) !=
+           HostPlatform::NumberStatus::NotANumber;
+}
+
+ScenarioError YamlError(const std::string& path, const YAML::Exception& error,
+                        const std::string& prefix) {
+    return ScenarioError(path, error.mark.line >= 0 ? error.mark.line + 1 : 0, "",
+                         prefix + error.msg);
+}
+
+YAML::Node LoadYaml(const std::string& text, const std::string& path) {
+    try {
+        return YAML::Load(text);
+    } catch (const YAML::Exception& error) {
+        throw YamlError(path, error, "not valid YAML: ");
+    }
+}
 
 namespace {
 
@@ -22,11 +58,6 @@ std::string DirectoryOf(const std::string& path) {
         return ".";
     }
     return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string BaseName(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 // Calls `use` with the list that holds a tag's values.
@@ -42,6 +73,21 @@ auto WithValues(const TagValue& value, Use use) {
         default:
             return use(value.bytes);
     }
+}
+
+// The scenario `read` fills with a reader of the file at `path`, named after it.
+template <typename Read>
+Scenario ReadWith(const std::string& path, Read read) {
+    SectionReader reader(path, DirectoryOf(path));
+    Scenario scenario;
+    try {
+        read(reader, &scenario);
+    } catch (const YAML::Exception& error) {
+        throw YamlError(path, error);
+    }
+    scenario.path = path;
+    scenario.name = std::filesystem::path(path).filename().string();
+    return scenario;
 }
 
 }  // namespace
@@ -159,12 +205,10 @@ const void* TagValue::Data() const {
 }
 
 const CameraSetup* Scenario::Camera(uint32_t frameworkId) const {
-    for (const CameraSetup& camera : cameras) {
-        if (camera.frameworkId == frameworkId) {
-            return &camera;
-        }
-    }
-    return nullptr;
+    const auto found = std::find_if(cameras.begin(), cameras.end(), [&](const CameraSetup& camera) {
+        return camera.frameworkId == frameworkId;
+    });
+    return found != cameras.end() ? &*found : nullptr;
 }
 
 ScenarioError::ScenarioError(const std::string& file, int line, const std::string& field,
@@ -177,16 +221,8 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path) {
     if (!root.IsMap()) {
         throw ScenarioError(path, 1, "", "a scenario is a map with device and sessions");
     }
-    SectionReader reader(path, DirectoryOf(path));
-    Scenario scenario;
-    try {
-        scenario = reader.Read(root);
-    } catch (const YAML::Exception& error) {
-        throw YamlError(path, error);
-    }
-    scenario.path = path;
-    scenario.name = BaseName(path);
-    return scenario;
+    return ReadWith(
+        path, [&](SectionReader& reader, Scenario* scenario) { *scenario = reader.Read(root); });
 }
 
 Scenario ReadScenarioFile(const std::string& path) {
@@ -207,16 +243,10 @@ Scenario ReadDeviceOrScenarioFile(const std::string& path) {
     if (!root.IsMap() || !root["cameras"].IsDefined()) {
         return ReadScenarioText(text, path);
     }
-    Scenario scenario;
-    try {
-        SectionReader(path, DirectoryOf(path)).ReadDevice(root, &scenario);
-    } catch (const YAML::Exception& error) {
-        throw YamlError(path, error);
-    }
-    scenario.path = path;
-    scenario.name = BaseName(path);
-    scenario.configName = "none";
-    return scenario;
+    return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
+        reader.ReadDevice(root, scenario);
+        scenario->configName = "none";
+    });
 }
 
 }  // namespace UilayerSim

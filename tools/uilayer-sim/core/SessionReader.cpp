@@ -19,14 +19,9 @@ SessionSetup SectionReader::ReadSession(const YAML::Node& node, const std::strin
         Fail(node["camera"], Path(field, "camera"),
              "camera " + std::to_string(session.camera) + " is not in device.cameras");
     }
-    if (node["package"].IsDefined()) {
-        session.hasPackage = true;
-        session.package = Text(node["package"], Path(field, "package"));
-    }
-    if (node["activity"].IsDefined()) {
-        session.hasActivity = true;
-        session.activity = Text(node["activity"], Path(field, "activity"));
-    }
+    session.hasPackage = Optional(node, field, "package", &session.package, &SectionReader::Text);
+    session.hasActivity =
+        Optional(node, field, "activity", &session.activity, &SectionReader::Text);
     Optional(node, field, "operation_mode", &session.operationMode, &SectionReader::Unsigned32);
     if (node["no_session_params"].IsDefined()) {
         session.hasSessionParams =

@@ -1,17 +1,21 @@
+// The simulator's signal handlers (Signals.h, AbortHandler.h): interrupts, library aborts.
 #include "core/Signals.h"
 
 #include <HostFiles.h>
+#include <HostKit/DeviceRoot.h>
 #include <HostPlatform.h>
 #include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdint>
 #include <cstring>
 
+#include "core/AbortHandler.h"
 #include "replay/Replay.h"
 
 namespace UilayerSim {
@@ -22,6 +26,7 @@ namespace {
 char g_cleanupPath[PATH_MAX];
 volatile sig_atomic_t g_hasCleanupPath = 0;
 struct sigaction g_previousAbort = {};
+char g_currentStep[256] = "setting up";
 
 // A device root is a few levels deep; deeper trees are not ours.
 constexpr int kMaxDepth = 32;
@@ -103,6 +108,19 @@ void WriteText(const std::string& text) {
     HostPlatform::WriteAll(STDERR_FILENO, text.data(), text.size());
 }
 
+void WriteText(const char* text) {
+    HostPlatform::WriteAll(STDERR_FILENO, text, strlen(text));
+}
+
+void OnLibraryAbort(int) {
+    WriteText("uilayer-sim: the library aborted the process during ");
+    WriteText(g_currentStep);
+    WriteText("\n");
+    HostKit::DeviceRoot::RemoveNewest();
+    signal(SIGABRT, SIG_DFL);
+    raise(SIGABRT);
+}
+
 // The library aborts on purpose from its own code, not from inside the
 // allocator, so reading its captured log here is sound in practice.
 void OnAbort(int signalNumber) {
@@ -117,6 +135,16 @@ void OnAbort(int signalNumber) {
 }
 
 }  // namespace
+
+void SetCurrentStep(const std::string& description) {
+    const size_t length = std::min(description.size(), sizeof(g_currentStep) - 1);
+    memcpy(g_currentStep, description.data(), length);
+    g_currentStep[length] = '\0';
+}
+
+void InstallAbortHandler() {
+    signal(SIGABRT, OnLibraryAbort);
+}
 
 void RegisterCleanupPath(const std::string& path) {
     g_hasCleanupPath = 0;

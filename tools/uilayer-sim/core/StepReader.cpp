@@ -16,13 +16,9 @@ constexpr int64_t kMaxRepeat = 10000000;
 
 RequestSetup SectionReader::ReadRequest(const YAML::Node& node, const std::string& field,
                                         const SessionState& state, bool needFrame) {
-    if (needFrame) {
-        CheckFields(node, field,
-                    {"frame", "buffers", "sensor_modes", "zoom_ratio", "settings", "no_settings"});
-    } else {
-        CheckFields(node, field,
-                    {"buffers", "sensor_modes", "zoom_ratio", "settings", "no_settings"});
-    }
+    CheckFields(node, field,
+                {"frame", "buffers", "sensor_modes", "zoom_ratio", "settings", "no_settings"},
+                needFrame ? 0 : 1);
     RequestSetup request;
     if (needFrame) {
         request.frame = Unsigned32(Required(node, "frame", field), Path(field, "frame"));
@@ -53,11 +49,8 @@ RequestSetup SectionReader::ReadRequest(const YAML::Node& node, const std::strin
             request.sensorModes.push_back(Signed32(modes[i], Index(name, i)));
         }
     }
-    if (node["zoom_ratio"].IsDefined()) {
-        request.hasZoomRatio = true;
-        request.zoomRatio =
-            static_cast<float>(Number(node["zoom_ratio"], Path(field, "zoom_ratio")));
-    }
+    request.hasZoomRatio =
+        Optional(node, field, "zoom_ratio", &request.zoomRatio, &SectionReader::Number);
     if (node["settings"].IsDefined()) {
         request.settings = ReadTags(node["settings"], Path(field, "settings"));
         for (const TagValue& tag : request.settings) {
@@ -75,11 +68,7 @@ RequestSetup SectionReader::ReadRequest(const YAML::Node& node, const std::strin
 
 ResultSetup SectionReader::ReadResult(const YAML::Node& node, const std::string& field,
                                       bool needFrame) {
-    if (needFrame) {
-        CheckFields(node, field, {"frame", "aec", "mlft", "no_metadata"});
-    } else {
-        CheckFields(node, field, {"aec", "mlft", "no_metadata"});
-    }
+    CheckFields(node, field, {"frame", "aec", "mlft", "no_metadata"}, needFrame ? 0 : 1);
     ResultSetup result;
     if (needFrame) {
         result.frame = Unsigned32(Required(node, "frame", field), Path(field, "frame"));
@@ -118,10 +107,7 @@ ResultSetup SectionReader::ReadResult(const YAML::Node& node, const std::string&
             result.aec.push_back(aec);
         }
     }
-    if (node["mlft"].IsDefined()) {
-        result.hasMlft = true;
-        result.mlft = Unsigned32(node["mlft"], Path(field, "mlft"));
-    }
+    result.hasMlft = Optional(node, field, "mlft", &result.mlft, &SectionReader::Unsigned32);
     return result;
 }
 
@@ -142,32 +128,29 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
     }
     const std::string bodyName = Path(field, kind);
     const bool hasBody = body.IsDefined() && !body.IsNull();
-    auto requireBody = [&]() {
-        if (!hasBody) {
-            Fail(node, bodyName, "needs its fields");
-        }
-    };
+    static const std::set<std::string> kNeedBody = {
+        "request",     "result",      "repeat",     "session_caps",     "streams",
+        "sensor_mode", "tuning_mode", "warm_start", "remap_zoom_ratio", "request_caps"};
+    if (!hasBody && kNeedBody.count(kind) != 0) {
+        Fail(node, bodyName, "needs its fields");
+    }
 
     if (kind == "request") {
-        requireBody();
         step.kind = StepKind::Request;
         step.request = ReadRequest(body, bodyName, *state, true);
         state->nextFrame = std::max(state->nextFrame, step.request.frame + 1);
     } else if (kind == "result") {
-        requireBody();
         step.kind = StepKind::Result;
         step.result = ReadResult(body, bodyName, true);
     } else if (kind == "repeat") {
-        requireBody();
         step.kind = StepKind::Repeat;
         CheckFields(body, bodyName, {"count", "first_frame", "request", "result"});
         step.count = static_cast<uint32_t>(
             Integer(Required(body, "count", bodyName), Path(bodyName, "count"), 1, kMaxRepeat));
         step.request = ReadRequest(Required(body, "request", bodyName), Path(bodyName, "request"),
                                    *state, false);
-        step.request.frame = body["first_frame"].IsDefined()
-                                 ? Unsigned32(body["first_frame"], Path(bodyName, "first_frame"))
-                                 : state->nextFrame;
+        step.request.frame = state->nextFrame;
+        Optional(body, bodyName, "first_frame", &step.request.frame, &SectionReader::Unsigned32);
         if (uint64_t{step.request.frame} + step.count - 1 > UINT32_MAX) {
             Fail(body, bodyName, "the frame numbers would pass 4294967295");
         }
@@ -177,7 +160,6 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         }
         state->nextFrame = std::max(state->nextFrame, step.request.frame + step.count);
     } else if (kind == "session_caps") {
-        requireBody();
         step.kind = StepKind::SessionCaps;
         CheckFields(body, bodyName, {"camera", "caps"});
         step.camera = QueryCamera(body, bodyName, 255, *state);
@@ -189,18 +171,13 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
             step.camera = QueryCamera(body, bodyName, 255, *state);
         }
     } else if (kind == "streams") {
-        requireBody();
         step.kind = StepKind::Streams;
         CheckFields(body, bodyName, {"role", "frame"});
         step.role =
             static_cast<int32_t>(Named(Required(body, "role", bodyName), Path(bodyName, "role"),
                                        NameTable::StreamRoles, "stream role", 0, 15));
-        if (body["frame"].IsDefined()) {
-            step.hasFrame = true;
-            step.frame = Unsigned32(body["frame"], Path(bodyName, "frame"));
-        }
+        step.hasFrame = Optional(body, bodyName, "frame", &step.frame, &SectionReader::Unsigned32);
     } else if (kind == "sensor_mode") {
-        requireBody();
         step.kind = StepKind::SensorMode;
         CheckFields(body, bodyName, {"camera", "caps", "request", "session"});
         step.camera = QueryCamera(body, bodyName, 255, *state);
@@ -230,7 +207,6 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
             step.capsSource = CapsSource::Session;
         }
     } else if (kind == "tuning_mode") {
-        requireBody();
         step.kind = StepKind::TuningMode;
         CheckFields(body, bodyName, {"frame", "table"});
         step.hasFrame = true;
@@ -254,19 +230,16 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         step.kind = kind == "pipeline" ? StepKind::Pipeline
                                        : (kind == "sat" ? StepKind::Sat : StepKind::StarModeAe);
     } else if (kind == "warm_start") {
-        requireBody();
         step.kind = StepKind::WarmStart;
         CheckFields(body, bodyName, {"camera"});
         step.camera = Unsigned32(Required(body, "camera", bodyName), Path(bodyName, "camera"));
         CheckCameraId(body["camera"], Path(bodyName, "camera"), step.camera, *state);
     } else if (kind == "remap_zoom_ratio") {
-        requireBody();
         step.kind = StepKind::RemapZoomRatio;
         CheckFields(body, bodyName, {"sensor", "skip"});
         step.sensor = Text(Required(body, "sensor", bodyName), Path(bodyName, "sensor"));
         Optional(body, bodyName, "skip", &step.skip, &SectionReader::Signed32);
     } else if (kind == "request_caps") {
-        requireBody();
         step.kind = StepKind::RequestCaps;
         CheckFields(body, bodyName, {"frame", "camera", "caps"});
         step.hasFrame = true;

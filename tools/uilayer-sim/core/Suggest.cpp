@@ -16,9 +16,9 @@ std::string Lower(const std::string& text) {
     return lower;
 }
 
-// Edit distance that counts swapping two neighbours as one edit, the most
-// common typo ("BLBO").
-size_t TypoDistance(const std::string& a, const std::string& b) {
+// Edit distance; with `swapIsOneEdit`, swapping two neighbours, the most
+// common typo ("BLBO"), counts as one edit.
+size_t Distance(const std::string& a, const std::string& b, bool swapIsOneEdit) {
     std::vector<std::vector<size_t>> d(a.size() + 1, std::vector<size_t>(b.size() + 1));
     for (size_t i = 0; i <= a.size(); ++i) {
         d[i][0] = i;
@@ -30,7 +30,7 @@ size_t TypoDistance(const std::string& a, const std::string& b) {
         for (size_t j = 1; j <= b.size(); ++j) {
             const size_t cost = a[i - 1] == b[j - 1] ? 0 : 1;
             d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + cost});
-            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+            if (swapIsOneEdit && i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
                 d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
             }
         }
@@ -41,20 +41,7 @@ size_t TypoDistance(const std::string& a, const std::string& b) {
 }  // namespace
 
 size_t EditDistance(const std::string& a, const std::string& b) {
-    std::vector<size_t> previous(b.size() + 1);
-    std::vector<size_t> current(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j) {
-        previous[j] = j;
-    }
-    for (size_t i = 1; i <= a.size(); ++i) {
-        current[0] = i;
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t substitution = previous[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
-            current[j] = std::min({previous[j] + 1, current[j - 1] + 1, substitution});
-        }
-        previous.swap(current);
-    }
-    return previous[b.size()];
+    return Distance(a, b, false);
 }
 
 std::string ClosestName(const std::string& name, const std::vector<std::string>& known) {
@@ -66,7 +53,7 @@ std::string ClosestName(const std::string& name, const std::vector<std::string>&
     std::string best;
     size_t bestDistance = limit + 1;
     for (const std::string& candidate : known) {
-        const size_t distance = TypoDistance(lower, Lower(candidate));
+        const size_t distance = Distance(lower, Lower(candidate), true);
         if (distance < bestDistance) {
             best = candidate;
             bestDistance = distance;

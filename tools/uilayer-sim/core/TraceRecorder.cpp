@@ -2,6 +2,8 @@
 
 #include <HostPlatform.h>
 
+#include <algorithm>
+
 #include "replay/Replay.h"
 
 namespace UilayerSim {
@@ -13,12 +15,9 @@ const _CapsBitset* _RecordedStep::Caps(int64_t camera) const {
     if (camera < 0) {
         return &logical;
     }
-    for (const auto& entry : cameras) {
-        if (entry.first == camera) {
-            return &entry.second;
-        }
-    }
-    return nullptr;
+    const auto found = std::find_if(cameras.begin(), cameras.end(),
+                                    [&](const auto& entry) { return entry.first == camera; });
+    return found != cameras.end() ? &found->second : nullptr;
 }
 
 _BitHistory HistoryOf(const _RecordedSession& session, uint32_t bit, int64_t camera) {
@@ -74,11 +73,9 @@ std::vector<std::string> TraceRecorder::TakeNewLines() {
 }
 
 std::vector<std::string> TraceRecorder::TakeCameraLog() {
-    std::vector<std::string> lines = std::move(m_carried);
-    m_carried.clear();
-    for (std::string& line : TakeNewLines()) {
-        lines.push_back(std::move(line));
-    }
+    std::vector<std::string> lines = std::exchange(m_carried, {});
+    const std::vector<std::string> fresh = TakeNewLines();
+    lines.insert(lines.end(), fresh.begin(), fresh.end());
     return lines;
 }
 
@@ -87,9 +84,8 @@ void TraceRecorder::OnConfigurationBegin(const camera3_stream_configuration* con
 }
 
 void TraceRecorder::OnStepBegin(const char* /*name*/, uint32_t /*index*/) {
-    for (std::string& line : TakeNewLines()) {
-        m_carried.push_back(std::move(line));
-    }
+    const std::vector<std::string> fresh = TakeNewLines();
+    m_carried.insert(m_carried.end(), fresh.begin(), fresh.end());
 }
 
 void TraceRecorder::OnStepEnd(const Trace::_Step& step) {
@@ -101,16 +97,18 @@ void TraceRecorder::OnStepEnd(const Trace::_Step& step) {
     }
     recorded.log = TakeNewLines();
     m_carried.insert(m_carried.end(), recorded.log.begin(), recorded.log.end());
-    const Trace::_SessionFacts& facts = step.facts;
-    recorded.facts.raw = facts;
-    recorded.facts.cameraMode = facts.cameraMode != nullptr ? facts.cameraMode : "";
-    recorded.facts.packageName = facts.packageName != nullptr ? facts.packageName : "";
-    recorded.facts.activityName = facts.activityName != nullptr ? facts.activityName : "";
-    recorded.facts.tableCameraName = facts.tableCameraName != nullptr ? facts.tableCameraName : "";
-    recorded.facts.raw.cameraMode = nullptr;
-    recorded.facts.raw.packageName = nullptr;
-    recorded.facts.raw.activityName = nullptr;
-    recorded.facts.raw.tableCameraName = nullptr;
+    // The texts are copied out and their pointers into the library cleared.
+    const auto copyOut = [](const char*& text) {
+        const std::string copy = text != nullptr ? text : "";
+        text = nullptr;
+        return copy;
+    };
+    _RecordedFacts& facts = recorded.facts;
+    facts.raw = step.facts;
+    facts.cameraMode = copyOut(facts.raw.cameraMode);
+    facts.packageName = copyOut(facts.raw.packageName);
+    facts.activityName = copyOut(facts.raw.activityName);
+    facts.tableCameraName = copyOut(facts.raw.tableCameraName);
     Current()->steps.push_back(std::move(recorded));
 }
 
@@ -140,9 +138,7 @@ void TraceRecorder::OnContribution(const Trace::_Contribution& contribution) {
     record.contributions.back().stream = nullptr;
     if (record.ended) {
         record.primary = contribution.primaryAfter;
-        for (uint32_t i = 0; i < Trace::kCameraCapsSlots; ++i) {
-            record.cameraCaps[i] = contribution.cameraAfter[i];
-        }
+        std::copy_n(contribution.cameraAfter, Trace::kCameraCapsSlots, record.cameraCaps.begin());
     }
 }
 
@@ -153,8 +149,8 @@ void TraceRecorder::OnRequestEnd(uint32_t /*frameNumber*/, const _CapsBitset& pr
     }
     m_request->ended = true;
     m_request->primary = primary;
-    for (uint32_t i = 0; i < Trace::kCameraCapsSlots && cameraCaps != nullptr; ++i) {
-        m_request->cameraCaps[i] = cameraCaps[i];
+    if (cameraCaps != nullptr) {
+        std::copy_n(cameraCaps, Trace::kCameraCapsSlots, m_request->cameraCaps.begin());
     }
     m_request->status = status;
     m_request = nullptr;

@@ -15,16 +15,12 @@ ReportNode CapabilityNode(uint32_t bit) {
     ReportNode json = ReportNode::Map();
     json.Add("bit", ReportNode::Integer(bit));
     json.Add("name", ReportNode::Text(CapabilityName(bit)));
-    ReportNode node = ReportNode::Text(CapabilityName(bit));
-    node.WithJson(json);
-    return node;
+    return ReportNode::Text(CapabilityName(bit)).WithJson(json);
 }
 
 // A text for the user; null in JSON.
 ReportNode NoteOrNull(const char* text) {
-    ReportNode node = ReportNode::Text(text);
-    node.WithJson(ReportNode());
-    return node;
+    return ReportNode::Text(text).WithJson(ReportNode());
 }
 
 // What a query on a frame the library holds no record of answers, for every
@@ -66,16 +62,12 @@ ReportNode CameraLabel(uint32_t queryType) {
     if (queryType == kLogicalCamera) {
         return ReportNode::Text("logical");
     }
-    ReportNode node = ReportNode::Text(std::to_string(queryType));
-    node.WithJson(ReportNode::Integer(queryType));
-    return node;
+    return ReportNode::Text(std::to_string(queryType)).WithJson(ReportNode::Integer(queryType));
 }
 
 // The query's name; in JSON the name of its step ("request_caps").
 ReportNode QueryName(const std::string& name) {
-    ReportNode node = ReportNode::Text(name);
-    node.WithJson(ReportNode::Text(JsonKey(name)));
-    return node;
+    return ReportNode::Text(name).WithJson(ReportNode::Text(JsonKey(name)));
 }
 
 // The log lines as "log" when there are any.
@@ -95,8 +87,7 @@ ReportNode CameraCapsNode(const CameraCaps& cameras) {
     for (const auto& camera : cameras) {
         node.Add("camera " + std::to_string(camera.first), CapsNode(camera.second));
     }
-    node.WithJson(LabelledList(node, "camera_id", true, "caps"));
-    return node;
+    return node.WithJson(LabelledList(node, "camera_id", true, "caps"));
 }
 
 ReportNode RolesNode(const RoleStreams& roles) {
@@ -104,8 +95,7 @@ ReportNode RolesNode(const RoleStreams& roles) {
     for (const auto& role : roles) {
         node.Add(StreamRoleName(role.first), ReportNode::Texts(role.second, true));
     }
-    node.WithJson(LabelledList(node, "role", false, "streams"));
-    return node;
+    return node.WithJson(LabelledList(node, "role", false, "streams"));
 }
 
 // The answers to the asked capabilities; in JSON a list of {"bit", "name",
@@ -120,8 +110,7 @@ ReportNode AnswersNode(const std::vector<uint32_t>& bits, const std::vector<bool
         item.Add("name", ReportNode::Text(CapabilityName(bits[i])));
         item.Add("supported", ReportNode::Boolean(answers[i]));
     }
-    node.WithJson(json);
-    return node;
+    return node.WithJson(json);
 }
 
 ReportNode SatNode(const std::optional<Lumora::_SatStaticCaps>& record) {
@@ -148,17 +137,15 @@ ReportNode SatNode(const std::optional<Lumora::_SatStaticCaps>& record) {
     return node;
 }
 
-// The warm start outputs; with the return code when `returnCode`.
-ReportNode WarmStartNode(const _WarmStartRecord& record, bool returnCode) {
-    ReportNode node = ReportNode::Map();
+// Adds the warm start outputs to `node`; with the return code when `returnCode`.
+void AddWarmStart(ReportNode* node, const _WarmStartRecord& record, bool returnCode) {
     if (returnCode) {
-        node.Add("return code", ReportNode::Integer(record.returnCode));
+        node->Add("return code", ReportNode::Integer(record.returnCode));
     }
-    node.Add("enable",
-             record.enable ? ReportNode::Integer(*record.enable) : NoteOrNull("(not set)"));
-    node.Add("dol state",
-             record.dolState ? ReportNode::Integer(*record.dolState) : NoteOrNull("(not set)"));
-    return node;
+    node->Add("enable",
+              record.enable ? ReportNode::Integer(*record.enable) : NoteOrNull("(not set)"));
+    node->Add("dol state",
+              record.dolState ? ReportNode::Integer(*record.dolState) : NoteOrNull("(not set)"));
 }
 
 ReportNode StarModeNode(const std::optional<Lumora::StarModeAEInfo>& info) {
@@ -300,15 +287,11 @@ ReportNode StepNode(const _StepRecord& record) {
             report.Add("query", QueryName("SAT"));
             report.Add("SAT", SatNode(record.sat));
             break;
-        case StepKind::WarmStart: {
+        case StepKind::WarmStart:
             report.Add("query", QueryName("warm start"));
             report.Add("camera", ReportNode::Integer(step.camera));
-            const ReportNode state = WarmStartNode(record.warmStart, true);
-            for (const auto& entry : state.Entries()) {
-                report.Add(entry.first, entry.second);
-            }
+            AddWarmStart(&report, record.warmStart, true);
             break;
-        }
         case StepKind::StarModeAe:
             report.Add("query", QueryName("star mode AE"));
             report.Add("star mode AE", StarModeNode(record.starMode));
@@ -379,7 +362,8 @@ ReportNode SessionNode(const _SessionRecord& session) {
     report.Add("SAT", SatNode(session.sat));
     ReportNode& warmStart = report.Add("warm start", ReportNode::Map());
     for (const _WarmStartRecord& state : session.warmStart) {
-        warmStart.Add("camera " + std::to_string(state.camera), WarmStartNode(state, false));
+        AddWarmStart(&warmStart.Add("camera " + std::to_string(state.camera), ReportNode::Map()),
+                     state, false);
     }
     warmStart.WithJson(LabelledList(warmStart, "camera_id", true, "state"));
     ReportNode& sizes = report.Add("sensor dimensions", ReportNode::Map());

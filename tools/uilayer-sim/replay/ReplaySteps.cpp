@@ -2,6 +2,8 @@
 // queries) and records the library's answers to each.
 #include <hardware/camera3.h>
 
+#include <algorithm>
+
 #include "core/AbortHandler.h"
 #include "replay/Replayer.h"
 
@@ -60,16 +62,13 @@ void Replayer::RunRepeat(PreparedStep* prepared, Lumora::IuiLayer* parser, _Step
         request.frame_number = frame;
         ++record->returnCodes[parser->UpdatePerRequestCaps(&request)];
         const Lumora::_CapsBitset caps = parser->GetRequestSupportCaps(frame, logical);
-        bool known = false;
-        for (auto& variant : record->variants) {
-            if (variant.first == caps) {
-                ++variant.second;
-                known = true;
-                break;
-            }
-        }
-        if (!known) {
-            record->variants.emplace_back(caps, 1);
+        auto& variants = record->variants;
+        const auto known = std::find_if(variants.begin(), variants.end(),
+                                        [&](const auto& variant) { return variant.first == caps; });
+        if (known != variants.end()) {
+            ++known->second;
+        } else {
+            variants.emplace_back(caps, 1);
         }
         if (result != nullptr) {
             result->frame_number = frame;

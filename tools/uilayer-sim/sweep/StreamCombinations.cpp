@@ -110,24 +110,16 @@ const std::vector<StreamCombination>& Tables() {
 }
 
 bool Selected(CombinationTable table, const CombinationSelection& selection) {
-    switch (table) {
-        case T::Legacy:
-            return true;
-        case T::Limited:
-            return selection.level != HardwareLevel::Legacy;
-        case T::Full:
-            return selection.level == HardwareLevel::Full ||
-                   selection.level == HardwareLevel::Level3;
-        case T::Raw:
-            return selection.raw || selection.level == HardwareLevel::Level3;
-        case T::Level3:
-            return selection.level == HardwareLevel::Level3;
-        case T::TenBit:
-            return selection.tenBit;
-        case T::UseCases:
-            return selection.useCases;
-    }
-    return false;
+    const bool level3 = selection.level == HardwareLevel::Level3;
+    // In CombinationTable order.
+    const bool selected[] = {true,
+                             selection.level != HardwareLevel::Legacy,
+                             selection.level == HardwareLevel::Full || level3,
+                             selection.raw || level3,
+                             level3,
+                             selection.tenBit,
+                             selection.useCases};
+    return selected[static_cast<size_t>(table)];
 }
 
 bool Fits(StreamSize size, uint32_t width, uint32_t height) {
@@ -141,17 +133,10 @@ bool CarriesTenBit(const StreamTarget& target, CombinationTable table) {
 }  // namespace
 
 StreamSize SizeClasses::Of(SizeClass size) const {
-    switch (size) {
-        case S::Preview:
-            return preview;
-        case S::Record:
-            return record;
-        case S::Maximum:
-            return maximum;
-        case S::Vga:
-            return vga;
-    }
-    return StreamSize{};
+    // In SizeClass order.
+    constexpr StreamSize SizeClasses::*kSizes[] = {&SizeClasses::preview, &SizeClasses::record,
+                                                   &SizeClasses::maximum, &SizeClasses::vga};
+    return this->*kSizes[static_cast<size_t>(size)];
 }
 
 SizeClasses SizesForArray(uint32_t width, uint32_t height) {
@@ -198,10 +183,7 @@ std::string StreamLabel(const StreamTarget& target, CombinationTable table) {
 std::string CombinationLabel(const StreamCombination& combination) {
     std::string label;
     for (const StreamTarget& target : combination.streams) {
-        if (!label.empty()) {
-            label += " + ";
-        }
-        label += StreamLabel(target, combination.table);
+        label += (label.empty() ? "" : " + ") + StreamLabel(target, combination.table);
     }
     return label;
 }

@@ -79,7 +79,6 @@ SizeClasses SizesForArray(uint32_t width, uint32_t height);
 // Every combination of the selected tables, table by table in table order.
 std::vector<StreamCombination> GuaranteedCombinations(const CombinationSelection& selection);
 
-// "legacy", "limited", "full", "raw", "level 3", "ten-bit", "use cases".
 const char* TableName(CombinationTable table);
 
 // The name of `value` in a table of names indexed by the value.
@@ -90,16 +89,10 @@ const char* NameOf(const char* const (&names)[N], Enum value) {
 // "PRIV PREVIEW", with "[HLG10]" for a ten-bit stream and "[STILL_CAPTURE]"
 // for a use case.
 std::string StreamLabel(const StreamTarget& target, CombinationTable table);
-// The stream labels joined by " + ".
 std::string CombinationLabel(const StreamCombination& combination);
 
-// The output stream the framework configures for `target`:
-//   PRIV  IMPLEMENTATION_DEFINED; HW_VIDEO_ENCODER at RECORD size, else
-//         HW_COMPOSER | HW_TEXTURE (a PRIV MAXIMUM or VGA goes to the screen);
-//   YUV   YCbCr_420_888 (YCBCR_P010 in the ten-bit table), SW_READ_OFTEN;
-//   JPEG  BLOB in the V0_JFIF data space, SW_READ_OFTEN;
-//   RAW   RAW16, SW_READ_OFTEN.
-// PRIV and YUV streams of the ten-bit table carry the HLG10 profile.
+// The output stream the framework configures for `target` (a PRIV stream
+// other than RECORD goes to the screen; ten-bit PRIV and YUV streams are HLG10).
 StreamSetup MakeStream(const StreamTarget& target, CombinationTable table, const SizeClasses& sizes,
                        const std::string& name);
 

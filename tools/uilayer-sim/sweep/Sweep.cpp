@@ -5,14 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 #include "core/AbortHandler.h"
 #include "replay/Replay.h"
-#include "sweep/SweepSession.h"
 
 namespace UilayerSim {
 
@@ -44,6 +45,51 @@ void OnChildAbort(int signalNumber) {
     }
     signal(SIGABRT, SIG_DFL);
     raise(SIGABRT);
+}
+
+// One combination configured the way a replay configures a session (the same
+// device root, camera table, configuration and properties), with a sensor mode
+// query of the session caps; the codes, roles, caps and pipeline read back.
+// The library's log is on, so that an abort handler can show the last lines.
+// Throws std::runtime_error when the device cannot be set up.
+CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup session,
+                                        const std::string& siblingRoot) {
+    Step sensorMode;
+    sensorMode.kind = StepKind::SensorMode;
+    sensorMode.camera = kLogicalCamera;
+    sensorMode.capsSource = CapsSource::Session;
+    session.steps = {sensorMode};
+    Scenario scenario = device;
+    scenario.sessions = {std::move(session)};
+
+    ReplayOptions options;
+    options.log = true;
+    options.siblingRoot = siblingRoot;
+    const _SessionRecord replayed = RecordReplay(scenario, options).sessions.at(0);
+    CombinationOutcome outcome;
+    outcome.staticCode = replayed.staticCode;
+    outcome.streamCode = replayed.streamCode;
+    for (const _StreamRecord& stream : replayed.streams) {
+        StreamOutcome entry;
+        entry.role = StreamRoleName(stream.role);
+        entry.cameraIndex = stream.cameraIndex;
+        for (const auto& role : replayed.roles) {
+            entry.listed = entry.listed || std::find(role.second.begin(), role.second.end(),
+                                                     stream.name) != role.second.end();
+        }
+        outcome.streams.push_back(entry);
+    }
+    for (uint32_t bit = 0; bit < Lumora::_CapsBitset::kBitCount; ++bit) {
+        if (replayed.logicalCaps.test(bit)) {
+            outcome.logicalCaps.push_back(CapabilityName(bit));
+        }
+    }
+    outcome.hasPipeline = replayed.pipeline.has_value();
+    outcome.pipeline = replayed.pipeline.value_or("");
+    const _StepRecord& query = replayed.steps.at(0);
+    outcome.sensorModeCode = query.returnCode;
+    outcome.sensorModeIndex = query.sensorModeIndex;
+    return outcome;
 }
 
 [[noreturn]] void RunChild(int fd, const Scenario& device, const SessionSetup& session,
@@ -121,16 +167,6 @@ CombinationOutcome RunIsolated(const Scenario& device, const SessionSetup& sessi
     return outcome;
 }
 
-uint32_t ChooseCamera(const Scenario& device, const SweepOptions& options) {
-    if (!options.hasCamera) {
-        return device.cameras.at(0).frameworkId;
-    }
-    if (device.Camera(options.camera) == nullptr) {
-        throw SweepInputError("camera " + std::to_string(options.camera) + " is not in the device");
-    }
-    return options.camera;
-}
-
 }  // namespace
 
 StreamSize SweepArraySize(const Scenario& device, uint32_t camera) {
@@ -160,7 +196,10 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
     SweepResult result;
     result.deviceName = device.name;
     result.configName = device.configName;
-    result.camera = ChooseCamera(device, options);
+    result.camera = options.hasCamera ? options.camera : device.cameras.at(0).frameworkId;
+    if (device.Camera(result.camera) == nullptr) {
+        throw SweepInputError("camera " + std::to_string(options.camera) + " is not in the device");
+    }
     result.operationMode = options.operationMode;
     result.selection = options.selection;
     const StreamSize array = SweepArraySize(device, result.camera);
@@ -179,10 +218,7 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
             session.streams.push_back(MakeStream(target, combination.table, result.sizes,
                                                  "s" + std::to_string(session.streams.size())));
         }
-        SweepRow row;
-        row.combination = combination;
-        row.outcome = RunIsolated(device, session, options.siblingRoot);
-        result.rows.push_back(std::move(row));
+        result.rows.push_back({combination, RunIsolated(device, session, options.siblingRoot)});
     }
     return result;
 }

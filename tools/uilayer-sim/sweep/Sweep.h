@@ -60,8 +60,6 @@ StreamSize SweepArraySize(const Scenario& device, uint32_t camera);
 // The report: the device, camera and sizes, one row per combination, and a
 // summary of failed and aborted combinations and streams without a role.
 ReportNode SweepReport(const SweepResult& result);
-// The report as JSON with snake_case keys ("logical_caps").
-std::string RenderSweepJson(const ReportNode& report);
 
 }  // namespace UilayerSim
 

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <iterator>
 #include <stdexcept>
 
@@ -69,11 +70,6 @@ bool ParseLevel(const std::string& text, HardwareLevel* level) {
     return false;
 }
 
-std::string BaseNameOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 // Replaces the device's configuration with the file at `path`; false (after
 // a message) when it cannot be read or the configuration store would refuse it.
 bool OverrideConfiguration(const std::string& path, Scenario* device) {
@@ -89,7 +85,7 @@ bool OverrideConfiguration(const std::string& path, Scenario* device) {
         return false;
     }
     device->configText = text;
-    device->configName = BaseNameOf(path);
+    device->configName = std::filesystem::path(path).filename().string();
     return true;
 }
 
@@ -126,7 +122,7 @@ int RunSweepCommand(const CommandLine& line) {
     std::string output;
     try {
         const ReportNode report = SweepReport(RunSweep(device, options));
-        output = line.Has("--json") ? RenderSweepJson(report) : RenderText(report);
+        output = line.Has("--json") ? RenderJson(report) : RenderText(report);
     } catch (const SweepInputError& error) {
         fprintf(stderr, "uilayer-sim sweep: %s\n", error.what());
         return kExitUsage;

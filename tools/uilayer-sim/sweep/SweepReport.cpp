@@ -1,4 +1,5 @@
 // The sweep's report tree: one model for the text and the JSON form.
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -14,11 +15,12 @@ ReportNode SizeText(StreamSize size) {
     return ReportNode::Text(std::to_string(size.width) + "x" + std::to_string(size.height));
 }
 
-ReportNode TablesNode(const std::vector<StreamCombination>& combinations) {
+// The tables the rows come from, each once.
+ReportNode TablesNode(const std::vector<SweepRow>& rows) {
     ReportNode tables = ReportNode::InlineList();
     const char* last = nullptr;
-    for (const StreamCombination& combination : combinations) {
-        const char* name = TableName(combination.table);
+    for (const SweepRow& row : rows) {
+        const char* name = TableName(row.combination.table);
         if (name != last) {
             tables.Push(ReportNode::Text(name));
             last = name;
@@ -61,27 +63,12 @@ ReportNode RowNode(const SweepRow& row, const SizeClasses& sizes) {
 }
 
 ReportNode SummaryNode(const SweepResult& result) {
-    std::vector<std::string> failed;
-    std::vector<std::string> aborted;
-    std::vector<std::string> crashed;
+    // The combinations' labels by outcome status, in OutcomeStatus order.
+    std::vector<std::string> labels[std::size(kStatusNames)];
     std::vector<std::string> unlisted;
-    size_t configured = 0;
     for (const SweepRow& row : result.rows) {
         const std::string label = CombinationLabel(row.combination);
-        switch (row.outcome.status) {
-            case OutcomeStatus::Configured:
-                ++configured;
-                break;
-            case OutcomeStatus::Failed:
-                failed.push_back(label);
-                break;
-            case OutcomeStatus::Aborted:
-                aborted.push_back(label);
-                break;
-            case OutcomeStatus::Crashed:
-                crashed.push_back(label);
-                break;
-        }
+        labels[static_cast<size_t>(row.outcome.status)].push_back(label);
         const auto& targets = row.combination.streams;
         for (size_t i = 0; i < row.outcome.streams.size() && i < targets.size(); ++i) {
             if (!row.outcome.streams[i].listed) {
@@ -91,37 +78,16 @@ ReportNode SummaryNode(const SweepResult& result) {
     }
     ReportNode summary = ReportNode::Map();
     summary.Add("combinations", ReportNode::Integer(static_cast<int64_t>(result.rows.size())));
-    summary.Add("configured", ReportNode::Integer(static_cast<int64_t>(configured)));
-    summary.Add("failed", ReportNode::Integer(static_cast<int64_t>(failed.size())));
-    summary.Add("aborted", ReportNode::Integer(static_cast<int64_t>(aborted.size())));
-    summary.Add("crashed", ReportNode::Integer(static_cast<int64_t>(crashed.size())));
-    summary.Add("failed combinations", ReportNode::Texts(failed, true));
-    summary.Add("aborted combinations", ReportNode::Texts(aborted, true));
-    summary.Add("crashed combinations", ReportNode::Texts(crashed, true));
+    for (size_t status = 0; status < std::size(kStatusNames); ++status) {
+        summary.Add(kStatusNames[status],
+                    ReportNode::Integer(static_cast<int64_t>(labels[status].size())));
+    }
+    for (size_t status = 1; status < std::size(kStatusNames); ++status) {
+        summary.Add(kStatusNames[status] + std::string(" combinations"),
+                    ReportNode::Texts(labels[status], true));
+    }
     summary.Add("streams without a role", ReportNode::Texts(unlisted, true));
     return summary;
-}
-
-ReportNode WithSnakeCaseKeys(const ReportNode& node) {
-    if (node.GetKind() == ReportNode::Kind::Map) {
-        ReportNode copy = ReportNode::Map();
-        for (const auto& entry : node.Entries()) {
-            std::string key = entry.first;
-            for (char& c : key) {
-                c = c == ' ' || c == '-' ? '_' : c;
-            }
-            copy.Add(key, WithSnakeCaseKeys(entry.second));
-        }
-        return copy;
-    }
-    if (node.GetKind() == ReportNode::Kind::List) {
-        ReportNode copy = node.IsInline() ? ReportNode::InlineList() : ReportNode::List();
-        for (const ReportNode& item : node.Items()) {
-            copy.Push(WithSnakeCaseKeys(item));
-        }
-        return copy;
-    }
-    return node;
 }
 
 }  // namespace
@@ -133,11 +99,7 @@ ReportNode SweepReport(const SweepResult& result) {
     report.Add("camera", ReportNode::Integer(result.camera));
     report.Add("operation mode", ReportNode::Hex(result.operationMode));
     report.Add("level", ReportNode::Text(NameOf(kLevelNames, result.selection.level)));
-    std::vector<StreamCombination> combinations;
-    for (const SweepRow& row : result.rows) {
-        combinations.push_back(row.combination);
-    }
-    report.Add("tables", TablesNode(combinations));
+    report.Add("tables", TablesNode(result.rows));
     ReportNode& sizes = report.Add("sizes", ReportNode::Map());
     sizes.Add("preview", SizeText(result.sizes.preview));
     sizes.Add("record", SizeText(result.sizes.record));
@@ -149,10 +111,6 @@ ReportNode SweepReport(const SweepResult& result) {
     }
     report.Add("summary", SummaryNode(result));
     return report;
-}
-
-std::string RenderSweepJson(const ReportNode& report) {
-    return RenderJson(WithSnakeCaseKeys(report));
 }
 
 }  // namespace UilayerSim

@@ -60,7 +60,7 @@ TEST(SweepReportTest, SummaryNamesFailuresAbortsAndStreamsWithoutRole) {
     EXPECT_EQ(nullptr, abortedRow.Find("return codes"));
     EXPECT_EQ("aborted", abortedRow.Find("result")->Scalar());
 
-    const std::string json = RenderSweepJson(report);
+    const std::string json = RenderJson(report);
     EXPECT_NE(std::string::npos, json.find("\"streams_without_a_role\": [\"JPEG MAX: JPEG MAX\"]"));
     EXPECT_NE(std::string::npos, json.find("\"stream_capabilities\": -22"));
     EXPECT_EQ(std::string::npos, json.find("\"return codes\""));

@@ -60,19 +60,19 @@ DeviceRoot::DeviceRoot(const std::string& siblingRoot, const std::string& prefix
     m_created.push_back(m_path);
     g_newest = &m_created;
 
-    const std::string sibling = siblingRoot + "/" + kSiblingRelativePath;
-    if (access(sibling.c_str(), R_OK) != 0) {
-        const std::runtime_error error =
-            SystemError("the host sibling camera layer is missing:", sibling);
+    // What failed is said before Remove can change errno.
+    const auto fail = [this](const std::runtime_error& error) {
         Remove();
         throw error;
+    };
+    const std::string sibling = siblingRoot + "/" + kSiblingRelativePath;
+    if (access(sibling.c_str(), R_OK) != 0) {
+        fail(SystemError("the host sibling camera layer is missing:", sibling));
     }
     MakeDirectories("odm/lib64/hw");
     const std::string link = m_path + "/" + kSiblingRelativePath;
     if (symlink(sibling.c_str(), link.c_str()) != 0) {
-        const std::runtime_error error = SystemError("cannot link", link);
-        Remove();
-        throw error;
+        fail(SystemError("cannot link", link));
     }
     m_created.push_back(link);
 }
