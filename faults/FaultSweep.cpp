@@ -181,6 +181,9 @@ std::vector<uint64_t> CallsToFail(uint64_t count, uint64_t limit) {
         }
         return calls;
     }
+    if (limit == 1) {
+        return {count};  // the last call, which the even spread always includes
+    }
     for (uint64_t i = 0; i < limit; ++i) {
         calls.push_back(1 + i * (count - 1) / (limit - 1));
     }

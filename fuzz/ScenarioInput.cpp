@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <type_traits>
 #include <utility>
 
@@ -37,9 +38,14 @@ const std::vector<int64_t>& Named(NameTable table) {
     static std::map<NameTable, std::vector<int64_t>> tables;
     std::vector<int64_t>& values = tables[table];
     if (values.empty()) {
-        for (const NamedNumber& named : ListNames(table)) {
-            values.push_back(named.value);
+        std::set<int64_t> distinct;
+        for (const std::string& name : AcceptedNames(table)) {
+            int64_t value = 0;
+            if (NumberByName(table, name, &value)) {
+                distinct.insert(value);
+            }
         }
+        values.assign(distinct.begin(), distinct.end());
     }
     return values;
 }

@@ -23,6 +23,8 @@ CASES = [
     (["--limit"], 2, "err", "--limit takes"),
     (["--verbos"], 2, "err", "unknown option '--verbos'"),
     (["--no-log", "--fail", "ConfigCount", "1", scenario], 2, "err", "--fail comes first"),
+    # One fault per kind: the last call of each.
+    (["--limit", "1", "--no-log", scenario], 0, "out", " passed, 0 failed"),
 ]
 failures = 0
 for args, status, stream, text in CASES:
