@@ -27,7 +27,7 @@ namespace Lumora {
 namespace {
 
 // Helpers below do part of ParseSessionParams's work; their log lines name that step.
-constexpr const char* kSessionParamsStep = "ParseSessionParams";
+constexpr const char* kSessionParamsStep = ConfigStepName(EConfigStep::ParseSessionParams);
 
 // The client names are compared in buffers of this size (79 characters).
 constexpr size_t kSessionNameSize = 80;

@@ -23,7 +23,7 @@ namespace Lumora {
 namespace {
 
 // Helpers below do part of ParseStreamsInfo's work; their log lines name that step.
-constexpr const char* kStreamsInfoStep = "ParseStreamsInfo";
+constexpr const char* kStreamsInfoStep = ConfigStepName(EConfigStep::ParseStreamsInfo);
 
 // Sensor mode flag of a quad-Bayer remosaic mode.
 constexpr uint16_t kSensorModeQcfa = 0x800;
