@@ -1,5 +1,6 @@
 // uilayer-sim lint: checks configuration files; also the lint a replay runs first.
 #include <cstdio>
+#include <sstream>
 #include <vector>
 
 #include "core/Commands.h"
@@ -13,16 +14,10 @@ void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
     if (line.Has("--no-lint")) {
         return;
     }
-    const std::string text =
-        RenderLintText(LintConfiguration(scenario.configText, scenario.configName));
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) {
-            end = text.size();
-        }
-        fprintf(stderr, "warning: %s\n", text.substr(start, end - start).c_str());
-        start = end + 1;
+    std::istringstream lines(
+        RenderLintText(LintConfiguration(scenario.configText, scenario.configName)));
+    for (std::string line; std::getline(lines, line);) {
+        fprintf(stderr, "warning: %s\n", line.c_str());
     }
 }
 

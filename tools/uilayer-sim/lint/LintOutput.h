@@ -1,5 +1,4 @@
-// The two forms of lint output: text lines for people, with long runs of the
-// same finding collapsed, and a JSON array for scripts.
+// The two forms of lint output: text lines for people, JSON for scripts.
 #ifndef UILAYER_SIM_LINT_OUTPUT_H
 #define UILAYER_SIM_LINT_OUTPUT_H
 
@@ -11,19 +10,15 @@
 
 namespace UilayerSim {
 
-// Findings of one shape (file, rule, and message with its quoted texts and
-// numbers set aside) shown before the rest is summed up.
+// Findings of one shape (file, rule, message but for its quoted texts and
+// numbers) shown before "FILE:LINE: ... and N more like it" stands for the rest.
 constexpr size_t kLintShownPerShape = 3;
 
-// One line per finding (FormatFinding). When a shape has more than
-// kLintShownPerShape + 1 findings, the first kLintShownPerShape are shown and
-// "FILE:LINE: ... and N more like it" stands for the rest, LINE being the
-// first one left out.
+// One line per finding (FormatFinding), long runs of one shape collapsed.
 std::string RenderLintText(const std::vector<LintFinding>& findings);
 
-// A JSON array, one object per finding and line, every finding:
-// {"file", "line", "group", "key", "rule", "message"}; group and key are null
-// when the finding has none.
+// A JSON array, an object a line: file, line, group, key (null when none),
+// rule, message.
 std::string RenderLintJson(const std::vector<LintFinding>& findings);
 
 }  // namespace UilayerSim
