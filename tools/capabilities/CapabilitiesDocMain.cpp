@@ -1,5 +1,4 @@
-// capabilities-doc: prints docs/capabilities.md, generated from the capability
-// reference table.
+// capabilities-doc: prints docs/capabilities.md.
 #include <iostream>
 
 #include "CapabilityDoc.h"

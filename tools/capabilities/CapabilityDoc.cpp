@@ -72,10 +72,6 @@ std::string Inputs(uint32_t bit) {
     return text;
 }
 
-// The configuration steps by position, as the library runs them.
-const char* Step(uint32_t index) {
-    return kConfigStepNames[index];
-}
 constexpr uint32_t kStream = static_cast<uint32_t>(kFirstStreamStep);
 static_assert(kStream + 2 == kConfigStepCount, "two stream steps");
 
@@ -99,9 +95,11 @@ std::string CapabilitiesMarkdown() {
            "  physical camera (`IsRequestSupportCaps`).\n"
            "- Steps are the library's functions. A configuration runs `ParseStaticCapabilities`\n"
            "  (`"
-        << Step(0) << "`, which calls `InitPackageName`, then the feature steps from\n  `"
-        << Step(1) << "` to `" << Step(kStream - 1) << "`) and\n  `ParseStreamCapabilities` (`"
-        << Step(kStream) << "`, `" << Step(kStream + 1)
+        << kConfigStepNames[0]
+        << "`, which calls `InitPackageName`, then the feature steps from\n  `"
+        << kConfigStepNames[1] << "` to `" << kConfigStepNames[kStream - 1]
+        << "`) and\n  `ParseStreamCapabilities` (`" << kConfigStepNames[kStream] << "`, `"
+        << kConfigStepNames[kStream + 1]
         << "`); a\n"
            "  request runs `UpdatePerRequestCaps` and `ParseOriginalRequestSetting`. A later rule\n"
            "  wins over an earlier one.\n"

@@ -1,43 +1,21 @@
 // Lookups over the capability reference table.
 #include "CapabilityReference.h"
 
-#include <cstring>
+#include <algorithm>
+#include <iterator>
 
 namespace Lumora {
 
 namespace {
 
-struct InputKindName {
-    CapabilityInputKind kind;
-    const char* text;
+// The text of each CapabilityInputKind, in its order.
+constexpr const char* kInputKindTexts[] = {
+    "config",          "property",   "session-tag",    "session-param", "request-tag",
+    "request-setting", "result-tag", "operation-mode", "camera-mode",   "client",
+    "stream",          "request",    "caps",           "session",       "file",
 };
-
-constexpr InputKindName kInputKinds[] = {
-    {kInputConfig, "config"},
-    {kInputProperty, "property"},
-    {kInputSessionTag, "session-tag"},
-    {kInputSessionParam, "session-param"},
-    {kInputRequestTag, "request-tag"},
-    {kInputRequestSetting, "request-setting"},
-    {kInputResultTag, "result-tag"},
-    {kInputOperationMode, "operation-mode"},
-    {kInputCameraMode, "camera-mode"},
-    {kInputClient, "client"},
-    {kInputStream, "stream"},
-    {kInputRequest, "request"},
-    {kInputCaps, "caps"},
-    {kInputSession, "session"},
-    {kInputFile, "file"},
-};
-
-// The entry of the table named `id` ("ShdrTypeMatching"); kConfigKeyCount for none.
-size_t FindConfigKey(const std::string& id) {
-    size_t index = 0;
-    while (index < kConfigKeyCount && id != kConfigKeyIds[index]) {
-        ++index;
-    }
-    return index;
-}
+static_assert(sizeof(kInputKindTexts) / sizeof(kInputKindTexts[0]) == kInputFile + 1,
+              "one text per input kind");
 
 }  // namespace
 
@@ -109,26 +87,27 @@ std::vector<_CapabilityInput> ParseInputs(const _CapabilityRule& rule) {
         if (colon == std::string::npos) {
             continue;
         }
-        const std::string kind = item.substr(0, colon);
-        for (const InputKindName& known : kInputKinds) {
-            if (kind != known.text) {
+        const auto* const none = std::end(kInputKindTexts);
+        const auto* known = std::find(std::begin(kInputKindTexts), none, item.substr(0, colon));
+        if (known == none) {
+            continue;
+        }
+        _CapabilityInput input;
+        input.kind = static_cast<CapabilityInputKind>(known - std::begin(kInputKindTexts));
+        input.value = item.substr(colon + 1);
+        if (input.kind == kInputConfig) {
+            const size_t id =
+                std::find(kConfigKeyIds, kConfigKeyIds + kConfigKeyCount, input.value) -
+                kConfigKeyIds;
+            if (id == kConfigKeyCount) {
                 continue;
             }
-            _CapabilityInput input;
-            input.kind = known.kind;
-            input.value = item.substr(colon + 1);
-            if (known.kind == kInputConfig) {
-                const size_t id = FindConfigKey(input.value);
-                if (id == kConfigKeyCount) {
-                    continue;
-                }
-                input.configKey = static_cast<EConfigKey>(id);
-                input.group = kConfigKeys[id].group;
-                input.key = ConfigKeyText(input.configKey);
-                input.value = ConfigKeyPath(input.configKey);
-            }
-            inputs.push_back(input);
+            input.configKey = static_cast<EConfigKey>(id);
+            input.group = kConfigKeys[id].group;
+            input.key = ConfigKeyText(input.configKey);
+            input.value = ConfigKeyPath(input.configKey);
         }
+        inputs.push_back(input);
     }
     return inputs;
 }
@@ -148,12 +127,7 @@ const char* ScopeText(CapabilityScope scope) {
 }
 
 const char* InputKindText(CapabilityInputKind kind) {
-    for (const InputKindName& known : kInputKinds) {
-        if (known.kind == kind) {
-            return known.text;
-        }
-    }
-    return "";
+    return kInputKindTexts[kind];
 }
 
 }  // namespace Lumora
