@@ -1,8 +1,6 @@
-// Whole camera sessions from one input (fuzz_session): an example scenario
-// with edits of its configuration text, sessions, streams and steps, replayed
-// as uilayer-sim replays it. Built with UILAYER_FUZZ_FIXED_SESSION, the same
-// driver runs requests, results and per-frame queries against one session of
-// the example device (fuzz_request_result).
+// Whole camera sessions from one input, replayed as uilayer-sim replays them
+// (fuzz_session); with UILAYER_FUZZ_FIXED_SESSION, steps against one session
+// of an example (fuzz_request_result).
 #include <HostKit/DeviceRoot.h>
 #include <HostKit/StreamConfig.h>
 

@@ -157,14 +157,6 @@ StreamSetup Stream(FuzzedDataProvider& data, const Examples& examples) {
     return stream;
 }
 
-std::vector<uint32_t> Caps(FuzzedDataProvider& data) {
-    std::vector<uint32_t> caps(data.ConsumeIntegralInRange<size_t>(1, kMaxList));
-    for (uint32_t& bit : caps) {
-        bit = data.ConsumeIntegralInRange<uint32_t>(0, Lumora::_CapsBitset::kBitCount - 1);
-    }
-    return caps;
-}
-
 RequestSetup Request(FuzzedDataProvider& data, const Examples& examples) {
     RequestSetup request;
     request.frame = Pick<uint32_t>(data, examples.numbers);
@@ -212,7 +204,10 @@ Step NewStep(FuzzedDataProvider& data, const Examples& examples) {
     step.count = data.ConsumeIntegralInRange<uint32_t>(1, kMaxRepeat);
     step.repeatResult = data.ConsumeBool();
     step.camera = data.ConsumeBool() ? kLogicalCamera : Near(data, 0u, 15u);  // or a physical id
-    step.caps = Caps(data);
+    step.caps.resize(data.ConsumeIntegralInRange<size_t>(1, kMaxList));
+    for (uint32_t& bit : step.caps) {
+        bit = data.ConsumeIntegralInRange<uint32_t>(0, Lumora::_CapsBitset::kBitCount - 1);
+    }
     step.capsSource = static_cast<CapsSource>(data.ConsumeIntegralInRange(0, 2));
     step.hasFrame = data.ConsumeBool();
     step.frame = Pick<uint32_t>(data, examples.numbers);
@@ -391,12 +386,10 @@ Examples::Examples(const std::vector<std::string>& directories) {
 }
 
 const Scenario* Examples::Find(const std::string& name) const {
-    for (const Scenario& scenario : scenarios) {
-        if (scenario.name == name + ".yaml") {
-            return &scenario;
-        }
-    }
-    return nullptr;
+    const auto found =
+        std::find_if(scenarios.begin(), scenarios.end(),
+                     [&](const Scenario& scenario) { return scenario.name == name + ".yaml"; });
+    return found == scenarios.end() ? nullptr : &*found;
 }
 
 Input ReadScenario(FuzzedDataProvider& data, const Examples& examples) {

@@ -1,7 +1,5 @@
-// Reads a fuzz input as a scenario of the simulator: an example scenario named
-// at the front of the input, then edits of its configuration text, sessions,
-// streams and steps. The values lean on what the examples and the library's
-// tables hold, and every field can still take any value of its type.
+// Reads a fuzz input as a scenario of the simulator: values lean on what the
+// examples and the library's tables hold, and can still be any of their type.
 #ifndef UILAYER_FUZZ_SCENARIO_INPUT_H
 #define UILAYER_FUZZ_SCENARIO_INPUT_H
 
