@@ -8,11 +8,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <set>
 #include <strings.h>
 
-#include "lint/LintTable.h"
 #include "core/NumberText.h"
 #include "core/Suggest.h"
 
@@ -368,10 +368,6 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     auto fail = [&](const char* id, const std::string& reason) {
         Add(id, key.line, group.name, name, reason);
     };
-    if (name.size() > kMaxFormedKey) {
-        fail("key-too-long", "longer than 63 characters: the library never forms this key");
-        return;
-    }
     const size_t modeOpen = name.rfind('[');
     const size_t maskOpen = modeOpen == std::string::npos || modeOpen == 0
                                 ? std::string::npos
@@ -488,18 +484,16 @@ std::vector<LintFinding> Linter::Run() {
                 CheckNamedByKey(group, first);
                 break;
             case KeyForm::AnyKey:
+            case KeyForm::SensorModeKey:
                 for (const ConfigKey& key : group.keys) {
                     if (key.name.size() > kMaxFormedKey) {
                         Add("key-too-long", key.line, group.name, key.name,
                             "longer than 63 characters: the library never forms this key");
-                    } else {
+                    } else if (first.form == KeyForm::AnyKey) {
                         CheckValues(group, key, first, false, nullptr);
+                    } else {
+                        CheckSensorModeKey(group, key, first);
                     }
-                }
-                break;
-            case KeyForm::SensorModeKey:
-                for (const ConfigKey& key : group.keys) {
-                    CheckSensorModeKey(group, key, first);
                 }
                 break;
         }
@@ -521,9 +515,42 @@ std::string FormatFinding(const LintFinding& finding) {
 }
 
 std::vector<LintFinding> LintConfiguration(const std::string& text, const std::string& file) {
-    const ConfigText parsed = HostPlatform::ReadConfigText(text);
-    Linter linter(file, parsed);
-    return linter.Run();
+    return Linter(file, HostPlatform::ReadConfigText(text)).Run();
+}
+
+const KeyRule* KeyRules(size_t* count) {
+    static const std::vector<KeyRule> rules = [] {
+        std::vector<KeyRule> out;
+        for (const Lumora::_ConfigKey& key : Lumora::kConfigKeys) {
+            // The letters and '*' before any '=', brackets left out.
+            std::string types(key.shape, strcspn(key.shape, "="));
+            types.erase(std::remove(types.begin(), types.end(), '['), types.end());
+            types.erase(std::remove(types.begin(), types.end(), ']'), types.end());
+            const bool repeats = types.find('*') != std::string::npos;
+            out.push_back(KeyRule{key.group, key.key, key.form, types, Lumora::MinValues(key.shape),
+                                  repeats ? 0 : static_cast<uint32_t>(types.size()),
+                                  strchr(key.shape, '=') != nullptr});
+        }
+        return out;
+    }();
+    *count = rules.size();
+    return rules.data();
+}
+
+char TypeAt(const std::string& pattern, size_t position, size_t count) {
+    const size_t star = pattern.find('*');
+    const size_t length = pattern.size();
+    if (star == std::string::npos) {
+        return position < length ? pattern[position] : pattern[length - 1];
+    }
+    const size_t tail = length - star - 1;  // the letters after the '*'
+    if (count > tail && position >= count - tail && position < count) {
+        return pattern[star + 1 + (position - (count - tail))];
+    }
+    if (position < star) {
+        return pattern[position];
+    }
+    return pattern[star - 1];
 }
 
 }  // namespace UilayerSim
