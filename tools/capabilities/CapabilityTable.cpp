@@ -1,8 +1,5 @@
 // The capability reference table: every bit, and every rule of the library
-// that sets or clears one. Configuration inputs name a key of the library's
-// table by its EConfigKey ("config:WarmDolState"), the configuration steps
-// come from the library's list; properties, modes and camera mode texts are
-// written exactly as the library reads them.
+// that sets or clears one, its inputs written exactly as the library reads them.
 #include "CapabilityReference.h"
 
 #include "common/ConfigurationSteps.h"

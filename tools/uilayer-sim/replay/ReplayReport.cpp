@@ -26,10 +26,6 @@ ReportNode IntegerOr(const std::optional<T>& value, const char* note) {
     return value ? ReportNode::Integer(*value) : NoteOrNull(note);
 }
 
-// What a query on a frame the library holds no record of answers, for every
-// kind of query.
-constexpr const char* kNoRecord = "no record for the frame";
-
 ReportNode CameraJson(const CameraSetup& camera) {
     ReportNode node = ReportNode::Map();
     node.Add("camera_id", ReportNode::Integer(camera.frameworkId));
@@ -166,7 +162,7 @@ ReportNode StarModeNode(const std::optional<Lumora::StarModeAEInfo>& info) {
 
 // "<value>", or the note that the library holds no record of the frame.
 ReportNode HeldOr(bool held, ReportNode value) {
-    return held ? value : ReportNode::Text(kNoRecord);
+    return held ? value : ReportNode::Text("no record for the frame");
 }
 
 ReportNode DeviceNode(const _ReplayRecord& record) {
