@@ -109,10 +109,7 @@ int RunLintCommand(const CommandLine& line) {
         findings.insert(findings.end(), found.begin(), found.end());
     }
     WriteOut(format == "json" ? RenderLintJson(findings) : RenderLintText(findings));
-    if (unreadable) {
-        return kExitUsage;
-    }
-    return findings.empty() ? kExitDone : kExitFindings;
+    return unreadable ? kExitUsage : findings.empty() ? kExitDone : kExitFindings;
 }
 
 }  // namespace UilayerSim

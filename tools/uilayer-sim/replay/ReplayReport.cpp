@@ -120,23 +120,22 @@ ReportNode SatNode(const std::optional<Lumora::_SatStaticCaps>& record) {
     if (!record) {
         return ReportNode();
     }
-    const Lumora::_SatStaticCaps* sat = &*record;
     ReportNode node = ReportNode::Map();
-    node.Add("fallbackUsecase", ReportNode::Integer(sat->fallbackUsecase));
-    node.Add("fallbackDebug", ReportNode::Integer(sat->fallbackDebug));
+    node.Add("fallbackUsecase", ReportNode::Integer(record->fallbackUsecase));
+    node.Add("fallbackDebug", ReportNode::Integer(record->fallbackDebug));
     node.Add("isTripartiteFallbackWhitelist",
-             ReportNode::Integer(sat->isTripartiteFallbackWhitelist));
-    node.Add("forceFallback", ReportNode::Integer(sat->forceFallback));
-    node.Add("supportZoomDivision", ReportNode::Integer(sat->supportZoomDivision));
-    node.Add("supportBokehIzoomSeamless", ReportNode::Integer(sat->supportBokehIzoomSeamless));
-    node.Add("enableSmoothZoom", ReportNode::Integer(sat->enableSmoothZoom));
-    node.Add("isBokehMode", ReportNode::Integer(sat->isBokehMode));
-    node.Add("videoMaxRtCount", ReportNode::Integer(sat->videoMaxRtCount));
-    node.Add("useAIDLInput", ReportNode::Integer(sat->useAIDLInput));
-    node.Add("zoomDivisionCurveCfgPrefix", ReportNode::Text(sat->zoomDivisionCurveCfgPrefix));
-    node.Add("isEnableSkipMiddleSensor", ReportNode::Integer(sat->isEnableSkipMiddleSensor));
-    node.Add("is3rdCamZoomDivisionApp", ReportNode::Integer(sat->is3rdCamZoomDivisionApp));
-    node.Add("useVideoStrategy", ReportNode::Integer(sat->useVideoStrategy));
+             ReportNode::Integer(record->isTripartiteFallbackWhitelist));
+    node.Add("forceFallback", ReportNode::Integer(record->forceFallback));
+    node.Add("supportZoomDivision", ReportNode::Integer(record->supportZoomDivision));
+    node.Add("supportBokehIzoomSeamless", ReportNode::Integer(record->supportBokehIzoomSeamless));
+    node.Add("enableSmoothZoom", ReportNode::Integer(record->enableSmoothZoom));
+    node.Add("isBokehMode", ReportNode::Integer(record->isBokehMode));
+    node.Add("videoMaxRtCount", ReportNode::Integer(record->videoMaxRtCount));
+    node.Add("useAIDLInput", ReportNode::Integer(record->useAIDLInput));
+    node.Add("zoomDivisionCurveCfgPrefix", ReportNode::Text(record->zoomDivisionCurveCfgPrefix));
+    node.Add("isEnableSkipMiddleSensor", ReportNode::Integer(record->isEnableSkipMiddleSensor));
+    node.Add("is3rdCamZoomDivisionApp", ReportNode::Integer(record->is3rdCamZoomDivisionApp));
+    node.Add("useVideoStrategy", ReportNode::Integer(record->useVideoStrategy));
     return node;
 }
 
