@@ -1,7 +1,6 @@
-// Fault shims: the fault sweep's copy of the library has its platform
-// references renamed to these functions (see redirect.syms). Each counts the
-// call with the fault plan and either fails it the way the platform does or
-// passes it on to the real function.
+// Fault shims: the fault sweep's copy of the library calls these instead of the
+// platform (redirect.syms); each fails its call as the platform does when the
+// fault plan says so.
 #include <CameraHWConfiguration.h>
 #include <HostFaults.h>
 #include <cutils/properties.h>
@@ -28,20 +27,20 @@ constexpr int kBadValue = 22;
 constexpr int kMetadataError = 1;
 
 // A read of the store; only typed reads can meet a value that does not convert.
-template <typename Call>
-int ConfigRead(bool typed, Call call) {
+template <typename Read, typename... Args>
+int ConfigRead(bool typed, Read read, Args... args) {
     if (ShouldFail(FaultKind::ConfigNotConfigured)) {
         return kNotConfigured;
     }
     if (typed && ShouldFail(FaultKind::ConfigBadValue)) {
         return kBadValue;
     }
-    return call();
+    return read(args...);
 }
 
-template <typename Call>
-uint32_t ConfigCount(Call call) {
-    return ShouldFail(FaultKind::ConfigCount) ? 0 : call();
+template <typename Count, typename... Args>
+uint32_t ConfigCount(Count count, Args... args) {
+    return ShouldFail(FaultKind::ConfigCount) ? 0 : count(args...);
 }
 
 // The first half of what `stream` holds, as a stream of its own.
@@ -70,80 +69,77 @@ int uilayer_fault_HasGroupConfiguration(const char* group) {
 }
 
 uint32_t uilayer_fault_GetKeyCount(const char* group) {
-    return ConfigCount([&] { return GetKeyCount(group); });
+    return ConfigCount(GetKeyCount, group);
 }
 
 uint32_t uilayer_fault_GetValuesCount(const char* group, const char* key) {
-    return ConfigCount([&] { return GetValuesCount(group, key); });
+    return ConfigCount(GetValuesCount, group, key);
 }
 
 uint32_t uilayer_fault_GetLocaleKeyCount(const char* group, const char* name) {
-    return ConfigCount([&] { return GetLocaleKeyCount(group, name); });
+    return ConfigCount(GetLocaleKeyCount, group, name);
 }
 
 uint32_t uilayer_fault_GetLocaleKeyValuesCount(const char* group, const char* name,
                                                const char* index) {
-    return ConfigCount([&] { return GetLocaleKeyValuesCount(group, name, index); });
+    return ConfigCount(GetLocaleKeyValuesCount, group, name, index);
 }
 
 int uilayer_fault_GetBooleanConfiguration(const char* group, const char* key, bool* out) {
-    return ConfigRead(true, [&] { return GetBooleanConfiguration(group, key, out); });
+    return ConfigRead(true, GetBooleanConfiguration, group, key, out);
 }
 
 int uilayer_fault_GetIntegerConfiguration(const char* group, const char* key, int32_t* out) {
-    return ConfigRead(true, [&] { return GetIntegerConfiguration(group, key, out); });
+    return ConfigRead(true, GetIntegerConfiguration, group, key, out);
 }
 
 int uilayer_fault_GetUIntegerConfiguration(const char* group, const char* key, uint32_t* out) {
-    return ConfigRead(true, [&] { return GetUIntegerConfiguration(group, key, out); });
+    return ConfigRead(true, GetUIntegerConfiguration, group, key, out);
 }
 
 int uilayer_fault_GetInt64Configuration(const char* group, const char* key, int64_t* out) {
-    return ConfigRead(true, [&] { return GetInt64Configuration(group, key, out); });
+    return ConfigRead(true, GetInt64Configuration, group, key, out);
 }
 
 int uilayer_fault_GetStringConfiguration(const char* group, const char* key, char** out) {
-    return ConfigRead(false, [&] { return GetStringConfiguration(group, key, out); });
+    return ConfigRead(false, GetStringConfiguration, group, key, out);
 }
 
 int uilayer_fault_GetUIntegerListConfiguration(const char* group, const char* key, uint32_t* out,
                                                uint32_t count) {
-    return ConfigRead(true, [&] { return GetUIntegerListConfiguration(group, key, out, count); });
+    return ConfigRead(true, GetUIntegerListConfiguration, group, key, out, count);
 }
 
 int uilayer_fault_GetFloatListConfiguration(const char* group, const char* key, float* out,
                                             uint32_t count) {
-    return ConfigRead(true, [&] { return GetFloatListConfiguration(group, key, out, count); });
+    return ConfigRead(true, GetFloatListConfiguration, group, key, out, count);
 }
 
 int uilayer_fault_GetStringListConfiguration(const char* group, const char* key, char** out,
                                              uint32_t count) {
-    return ConfigRead(false, [&] { return GetStringListConfiguration(group, key, out, count); });
+    return ConfigRead(false, GetStringListConfiguration, group, key, out, count);
 }
 
 int uilayer_fault_GetLocaleStringConfiguration(const char* group, const char* name,
                                                const char* index, char** out) {
-    return ConfigRead(false, [&] { return GetLocaleStringConfiguration(group, name, index, out); });
+    return ConfigRead(false, GetLocaleStringConfiguration, group, name, index, out);
 }
 
 int uilayer_fault_GetLocaleIntegerListConfiguration(const char* group, const char* name,
                                                     const char* index, int32_t* out,
                                                     uint32_t count) {
-    return ConfigRead(
-        true, [&] { return GetLocaleIntegerListConfiguration(group, name, index, out, count); });
+    return ConfigRead(true, GetLocaleIntegerListConfiguration, group, name, index, out, count);
 }
 
 int uilayer_fault_GetLocaleUIntegerListConfiguration(const char* group, const char* name,
                                                      const char* index, uint32_t* out,
                                                      uint32_t count) {
-    return ConfigRead(
-        true, [&] { return GetLocaleUIntegerListConfiguration(group, name, index, out, count); });
+    return ConfigRead(true, GetLocaleUIntegerListConfiguration, group, name, index, out, count);
 }
 
 int uilayer_fault_GetLocaleStringListConfiguration(const char* group, const char* name,
                                                    const char* index, char** out, uint32_t count) {
-    return ConfigRead(
-        false, [&] { return GetLocaleStringListConfiguration(group, name, index, out, count); });
+    return ConfigRead(false, GetLocaleStringListConfiguration, group, name, index, out, count);
 }
 
 int uilayer_fault_property_get(const char* key, char* value, const char* default_value) {

@@ -1,13 +1,7 @@
-// Fault sweep: for each bundled scenario, counts the platform calls of each
-// kind in a clean replay, then replays once per (kind, n) with exactly the
-// n-th call of that kind failing. The faulty replays run in child processes
-// so that a crash, a sanitizer report or a leak names its fault. The child
-// checks that the faulty session returns only documented codes, then replays
-// the scenario again cleanly in the same process: that replay must give the
-// clean report exactly, log lines included (a transient fault leaves nothing
-// behind in the registry, the parsers, the ring or the vendor tag lookup).
-// --fail replays one scenario with one fault in this process and prints its
-// report, to compare with the simulator's report of a clean run.
+// Fault sweep: replays each scenario once per platform call with that call
+// failing, in child processes so that a crash, a sanitizer report or a leak
+// names its fault; a clean replay after it must give the clean report exactly,
+// as a transient fault leaves nothing behind.
 #include <HostFaults.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,7 +30,6 @@
 
 namespace {
 
-// What the sweep checks in a replay report.
 using UilayerSim::ReportNode;
 
 // Status of the configuration store for a value that does not convert.
@@ -48,11 +41,6 @@ constexpr std::initializer_list<int> kOperationCodes = {
     Lumora::kStatusOk, Lumora::kStatusUnsupported, Lumora::kStatusInvalidArgument};
 constexpr std::initializer_list<int> kSensorModeCodes = {Lumora::kStatusOk, Lumora::kConfigNotFound,
                                                          kConfigBadValue};
-
-bool IsCodeKey(const std::string& key) {
-    return key == "return code" || key == "ParseStaticCapabilities" ||
-           key == "ParseStreamCapabilities";
-}
 
 bool Documented(const std::string& code, std::initializer_list<int> codes) {
     return std::any_of(codes.begin(), codes.end(),
@@ -80,7 +68,10 @@ std::string FindUndocumented(const ReportNode& node, const std::string& where) {
     const std::initializer_list<int> codes = sensorMode ? kSensorModeCodes : kOperationCodes;
     for (const auto& entry : node.Entries()) {
         const std::string path = where + "/" + entry.first;
-        if (IsCodeKey(entry.first) && !Documented(entry.second.Scalar(), codes)) {
+        const bool code = entry.first == "return code" ||
+                          entry.first == "ParseStaticCapabilities" ||
+                          entry.first == "ParseStreamCapabilities";
+        if (code && !Documented(entry.second.Scalar(), codes)) {
             return path + ": " + entry.second.Scalar();
         }
         if (entry.first == "return codes") {
@@ -174,18 +165,13 @@ Replayed ReplayOnce(const UilayerSim::Scenario& scenario) {
 
 // The calls of a kind to fail: all of them, or `limit` spread evenly.
 std::vector<uint64_t> CallsToFail(uint64_t count, uint64_t limit) {
-    std::vector<uint64_t> calls;
-    if (limit == 0 || count <= limit) {
-        for (uint64_t n = 1; n <= count; ++n) {
-            calls.push_back(n);
-        }
-        return calls;
-    }
-    if (limit == 1) {
+    if (limit == 1 && count > 1) {
         return {count};  // the last call, which the even spread always includes
     }
-    for (uint64_t i = 0; i < limit; ++i) {
-        calls.push_back(1 + i * (count - 1) / (limit - 1));
+    const bool all = limit == 0 || count <= limit;
+    std::vector<uint64_t> calls;
+    for (uint64_t i = 0; i < (all ? count : limit); ++i) {
+        calls.push_back(all ? i + 1 : 1 + i * (count - 1) / (limit - 1));
     }
     return calls;
 }
@@ -264,32 +250,28 @@ bool FinishBatch(const Batch& batch, std::vector<RunResult>* results) {
     return WIFEXITED(status) && WEXITSTATUS(status) == 0 && results->size() == batch.calls.size();
 }
 
-// Counts one run and reports what it failed. Returns false when it failed any check.
-bool Account(const std::string& label, const RunResult& result, bool verbose, Tally* tally) {
+// Counts one run and reports each check it failed.
+void Account(const std::string& label, const RunResult& result, bool verbose, Tally* tally) {
     ++tally->runs;
     tally->changed += result.changed ? 1 : 0;
     tally->setupRefused += result.setupRefused ? 1 : 0;
+    const std::pair<bool, std::string> failed[] = {
+        {!result.injected, "the call was not reached (the replay is not deterministic)"},
+        {result.undocumented[0] != '\0',
+         std::string("undocumented return code at ") + result.undocumented},
+        {result.carriedOver, "the next clean replay differs from a clean run"}};
     bool ok = true;
-    if (!result.injected) {
-        fprintf(stderr, "FAIL %s: the call was not reached (the replay is not deterministic)\n",
-                label.c_str());
-        ok = false;
-    }
-    if (result.undocumented[0] != '\0') {
-        fprintf(stderr, "FAIL %s: undocumented return code at %s\n", label.c_str(),
-                result.undocumented);
-        ok = false;
-    }
-    if (result.carriedOver) {
-        fprintf(stderr, "FAIL %s: the next clean replay differs from a clean run\n", label.c_str());
-        ok = false;
+    for (const auto& check : failed) {
+        if (check.first) {
+            fprintf(stderr, "FAIL %s: %s\n", label.c_str(), check.second.c_str());
+            ok = false;
+        }
     }
     if (verbose && result.changed) {
         printf("  changed: %s%s\n", label.c_str(),
                result.setupRefused ? " (the simulator could not set the device up)" : "");
     }
     tally->failures += ok ? 0 : 1;
-    return ok;
 }
 
 // Runs every fault of a kind, split over `jobs` children running at once.
@@ -412,17 +394,14 @@ bool ParseCount(const char* text, bool zeroAllowed, uint64_t* value) {
 }
 
 int ShowFault(const char* kindName, const char* n, const char* path) {
-    size_t k = 0;
-    while (k < kFaultKindCount &&
-           strcmp(kindName, HostPlatform::FaultKindName(static_cast<FaultKind>(k))) != 0) {
-        ++k;
+    size_t k = kFaultKindCount;
+    std::string kinds;
+    for (size_t i = 0; i < kFaultKindCount; ++i) {
+        const char* name = HostPlatform::FaultKindName(static_cast<FaultKind>(i));
+        kinds += std::string(i ? ", " : "") + name;
+        k = strcmp(kindName, name) == 0 ? i : k;
     }
     if (k == kFaultKindCount) {
-        std::string kinds;
-        for (size_t i = 0; i < kFaultKindCount; ++i) {
-            kinds +=
-                std::string(i ? ", " : "") + HostPlatform::FaultKindName(static_cast<FaultKind>(i));
-        }
         return UsageError(std::string("no fault kind '") + kindName + "' (kinds: " + kinds + ")");
     }
     uint64_t call = 0;

@@ -40,12 +40,10 @@ void CheckListRead(uint32_t count, uint32_t available, Read read) {
         memcpy(&bits, &values[i], sizeof(bits) < sizeof(T) ? sizeof(bits) : sizeof(T));
         Check(bits == kCanary, "a list read wrote past the values it returned");
     }
-    if (status == 0) {
+    if constexpr (std::is_same<T, char*>::value) {
         for (uint32_t i = 0; i < written; ++i) {
-            if constexpr (std::is_same<T, char*>::value) {
-                Check(values[i] != nullptr, "a string list read returned a null string");
-                (void)strlen(values[i]);
-            }
+            Check(values[i] != nullptr, "a string list read returned a null string");
+            (void)strlen(values[i]);
         }
     }
 }

@@ -1,8 +1,5 @@
-// The capability reference: for every bit 0..99 its name(s), where it lives
-// (session or request, logical or physical camera), what it means, and the
-// rules that set or clear it, each with the library step that applies it and
-// the inputs it reads. Host tools explain a session's caps from it, and
-// docs/capabilities.md is generated from it (capabilities-doc).
+// The capability reference: every bit 0..99 and the rules of the library that
+// set or clear it; the explainer and docs/capabilities.md read it.
 #ifndef LUMORA_CAPABILITY_REFERENCE_H
 #define LUMORA_CAPABILITY_REFERENCE_H
 
@@ -38,7 +35,6 @@ struct _CapabilityRule {
     const char* inputs;
 };
 
-// One bit.
 struct _Capability {
     uint32_t bit;
     const char* name;       // the DesiredSupportCaps name; null for an unassigned bit

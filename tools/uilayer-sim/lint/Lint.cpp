@@ -8,11 +8,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <set>
 #include <strings.h>
 
-#include "lint/LintTable.h"
 #include "core/NumberText.h"
 #include "core/Suggest.h"
 
@@ -52,78 +52,44 @@ bool Converts(char type, const std::string& text) {
         case 'f':
             return HostPlatform::ParseFloat(text, &number);
         case 'x': {
-            size_t i = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0 ? 2 : 0;
-            if (i >= text.size()) {
-                return false;
-            }
-            for (; i < text.size(); ++i) {
-                if (!isxdigit(static_cast<unsigned char>(text[i]))) {
-                    return false;
-                }
-            }
-            return true;
+            const size_t i = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0 ? 2 : 0;
+            return i < text.size() && std::all_of(text.begin() + i, text.end(), [](char c) {
+                       return isxdigit(static_cast<unsigned char>(c)) != 0;
+                   });
         }
         default:
             return true;
     }
 }
 
-const char* TypeName(char type) {
-    switch (type) {
-        case 'b':
-            return "a boolean (true, false, 1 or 0)";
-        case 'i':
-            return "an integer";
-        case 'u':
-            return "an unsigned integer";
-        case 'l':
-            return "a 64-bit integer";
-        case 'f':
-            return "a float";
-        case 'x':
-            return "a hexadecimal number";
-        default:
-            return "text";
+// A value type as findings name it, and the stable identifier of a value that
+// does not convert to it; the last row stands for any other type.
+struct TypeText {
+    char type;
+    const char* name;
+    const char* rule;
+};
+constexpr TypeText kTypeTexts[] = {
+    {'b', "a boolean (true, false, 1 or 0)", "not-a-boolean"},
+    {'i', "an integer", "not-an-integer"},
+    {'u', "an unsigned integer", "not-an-integer"},
+    {'l', "a 64-bit integer", "not-an-integer"},
+    {'f', "a float", "not-a-float"},
+    {'x', "a hexadecimal number", "not-hexadecimal"},
+    {'\0', "text", "not-an-integer"},
+};
+
+const TypeText& TextOf(char type) {
+    const TypeText* text = kTypeTexts;
+    while (text->type != '\0' && text->type != type) {
+        ++text;
     }
+    return *text;
 }
 
-// An integer the store cannot hold in the type it reads, as opposed to text
-// that is no integer at all.
-bool OutOfRange(char type, const std::string& text) {
-    return (type == 'i' || type == 'u' || type == 'l') && IsIntegerSyntax(text);
-}
-
-const char* RangeName(char type) {
-    return type == 'l' ? "a 64-bit integer" : "a 32-bit integer";
-}
-
-// The stable identifier of a value that does not convert to `type`.
-const char* ConversionRule(char type) {
-    switch (type) {
-        case 'b':
-            return "not-a-boolean";
-        case 'f':
-            return "not-a-float";
-        case 'x':
-            return "not-hexadecimal";
-        default:
-            return "not-an-integer";
-    }
-}
-
-// The stable identifier of a line the store refuses.
-const char* MalformedRule(HostPlatform::ConfigProblemKind kind) {
-    switch (kind) {
-        case HostPlatform::ConfigProblemKind::TextOutsideGroup:
-            return "text-outside-group";
-        case HostPlatform::ConfigProblemKind::NoEquals:
-            return "missing-equals";
-        case HostPlatform::ConfigProblemKind::EmptyKey:
-            return "missing-key";
-        default:
-            return "unclosed-group";
-    }
-}
+// The stable identifier of a line the store refuses, by ConfigProblemKind.
+constexpr const char* kMalformedRules[] = {"unclosed-group", "text-outside-group", "missing-equals",
+                                           "missing-key"};
 
 std::string Values(size_t count) {
     return std::to_string(count) + (count == 1 ? " value" : " values");
@@ -152,12 +118,6 @@ bool SplitIndexed(const std::string& key, std::string* name, uint32_t* index) {
     return true;
 }
 
-// The name before a trailing "[...]", or the whole key.
-std::string BaseOf(const std::string& key) {
-    const size_t open = key.find('[');
-    return open == std::string::npos ? key : key.substr(0, open);
-}
-
 // A known name that `name` likely misspells: equal but for case, or within
 // two edits (one for short names).
 bool LikelyTypo(const std::string& name, const std::string& known) {
@@ -169,6 +129,17 @@ bool LikelyTypo(const std::string& name, const std::string& known) {
     }
     const size_t limit = std::min(name.size(), known.size()) < 5 ? 1 : 2;
     return EditDistance(name, known) <= limit;
+}
+
+std::string DidYouMeanKey(const std::string& known) {
+    return "not read by the library; did you mean " + Quote(known) + "?";
+}
+
+// The finding for a key whose name before "[...]" misspells `rowName`; "" when
+// it does not.
+std::string RowNameTypo(const std::string& key, const std::string& rowName) {
+    const std::string base = key.substr(0, key.find('['));
+    return LikelyTypo(base, rowName) ? DidYouMeanKey(rowName + key.substr(base.size())) : "";
 }
 
 class Linter {
@@ -197,10 +168,9 @@ private:
         return rules;
     }
 
-    // Value count and types of one key; `rowZeroCount` is set for rows that
-    // the library reads with the count of row 0.
+    // Value count and types of one key; `rowZero` is the row 0 of a row.
     void CheckValues(const ConfigGroup& group, const ConfigKey& key, const KeyRule& rule,
-                     bool isRow, const size_t* rowZeroCount);
+                     bool isRow, const ConfigKey* rowZero);
     void CheckSingleKeys(const ConfigGroup& group, const std::vector<const KeyRule*>& rules);
     void CheckRows(const ConfigGroup& group, const KeyRule& rule);
     void CheckNamedRows(const ConfigGroup& group, const KeyRule& rule);
@@ -214,13 +184,13 @@ private:
 };
 
 void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const KeyRule& rule,
-                         bool isRow, const size_t* rowZeroCount) {
+                         bool isRow, const ConfigKey* rowZero) {
     const size_t count = key.values.size();
     const std::string n = Values(count);
-    if (rowZeroCount != nullptr) {
-        if (count != *rowZeroCount) {
+    if (rule.sizedByRowZero && rowZero != nullptr && rowZero != &key) {
+        if (count != rowZero->values.size()) {
             Add("row-count", key.line, group.name, key.name,
-                n + ", row 0 has " + std::to_string(*rowZeroCount) +
+                n + ", row 0 has " + std::to_string(rowZero->values.size()) +
                     " (the library reads every row with the count of row 0)");
             return;
         }
@@ -240,11 +210,15 @@ void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const K
     for (size_t i = 0; i < count; ++i) {
         const char type = TypeAt(rule.types, i, count);
         if (!Converts(type, key.values[i])) {
-            const bool outOfRange = OutOfRange(type, key.values[i]);
-            Add(outOfRange ? "out-of-range" : ConversionRule(type), key.line, group.name, key.name,
+            // An integer the store cannot hold in the type it reads, as
+            // opposed to text that is no integer at all.
+            const bool outOfRange =
+                (type == 'i' || type == 'u' || type == 'l') && IsIntegerSyntax(key.values[i]);
+            Add(outOfRange ? "out-of-range" : TextOf(type).rule, key.line, group.name, key.name,
                 "value " + std::to_string(i + 1) + " " + Quote(key.values[i]) +
-                    (outOfRange ? std::string(" is out of range for ") + RangeName(type)
-                                : std::string(" is not ") + TypeName(type)));
+                    (outOfRange ? std::string(" is out of range for ") +
+                                      (type == 'l' ? "a 64-bit integer" : "a 32-bit integer")
+                                : std::string(" is not ") + TextOf(type).name));
             return;
         }
     }
@@ -264,8 +238,7 @@ void Linter::CheckSingleKeys(const ConfigGroup& group, const std::vector<const K
         }
         for (const KeyRule* rule : rules) {
             if (LikelyTypo(key.name, rule->key) && group.Find(rule->key) == nullptr) {
-                Add("unknown-key", key.line, group.name, key.name,
-                    "not read by the library; did you mean " + Quote(rule->key) + "?");
+                Add("unknown-key", key.line, group.name, key.name, DidYouMeanKey(rule->key));
                 break;
             }
         }
@@ -297,18 +270,12 @@ void Linter::CheckRows(const ConfigGroup& group, const KeyRule& rule) {
         std::string name;
         uint32_t index = 0;
         if (!SplitIndexed(key.name, &name, &index) || name != rule.key) {
-            const char* id = "stray-row";
-            std::string reason =
-                "not a row the library reads, but it counts as one: the rows "
-                "read are " +
-                range;
-            if (LikelyTypo(BaseOf(key.name), rule.key)) {
-                id = "unknown-key";
-                reason = "not read by the library; did you mean " +
-                         Quote(std::string(rule.key) + key.name.substr(BaseOf(key.name).size())) +
-                         "?";
-            }
-            Add(id, key.line, group.name, key.name, reason);
+            const std::string typo = RowNameTypo(key.name, rule.key);
+            Add(typo.empty() ? "stray-row" : "unknown-key", key.line, group.name, key.name,
+                typo.empty()
+                    ? "not a row the library reads, but it counts as one: the rows read are " +
+                          range
+                    : typo);
             continue;
         }
         if (index >= keyCount) {
@@ -317,12 +284,7 @@ void Linter::CheckRows(const ConfigGroup& group, const KeyRule& rule) {
                     range);
             continue;
         }
-        if (rule.sizedByRowZero && rowZero != nullptr && &key != rowZero) {
-            const size_t rowZeroCount = rowZero->values.size();
-            CheckValues(group, key, rule, true, &rowZeroCount);
-        } else {
-            CheckValues(group, key, rule, true, nullptr);
-        }
+        CheckValues(group, key, rule, true, rowZero);
     }
 }
 
@@ -360,13 +322,7 @@ void Linter::CheckNamedRows(const ConfigGroup& group, const KeyRule& rule) {
                     "[" + std::to_string(limit - 1) + "]");
             continue;
         }
-        const ConfigKey* rowZero = group.Find(name + "[0]");
-        if (rule.sizedByRowZero && rowZero != nullptr && rowZero != &key) {
-            const size_t rowZeroCount = rowZero->values.size();
-            CheckValues(group, key, rule, true, &rowZeroCount);
-        } else {
-            CheckValues(group, key, rule, true, nullptr);
-        }
+        CheckValues(group, key, rule, true, group.Find(name + "[0]"));
     }
     if (rule.sizedByRowZero) {
         for (const auto& entry : byName) {
@@ -384,16 +340,11 @@ void Linter::CheckNamedByKey(const ConfigGroup& group, const KeyRule& rule) {
     const std::string prefix = std::string(rule.key) + "[";
     for (const ConfigKey& key : group.keys) {
         if (key.name.compare(0, prefix.size(), prefix) != 0 || key.name.back() != ']') {
-            if (LikelyTypo(BaseOf(key.name), rule.key)) {
-                Add("unknown-key", key.line, group.name, key.name,
-                    "not read by the library; did you mean " +
-                        Quote(std::string(rule.key) + key.name.substr(BaseOf(key.name).size())) +
-                        "?");
-            } else {
-                Add("bad-key-form", key.line, group.name, key.name,
-                    "not read by the library: the keys of this group are " + std::string(rule.key) +
-                        "[<sensor name>]");
-            }
+            const std::string typo = RowNameTypo(key.name, rule.key);
+            Add(typo.empty() ? "bad-key-form" : "unknown-key", key.line, group.name, key.name,
+                typo.empty() ? "not read by the library: the keys of this group are " +
+                                   std::string(rule.key) + "[<sensor name>]"
+                             : typo);
             continue;
         }
         const size_t nameLength = key.name.size() - prefix.size() - 1;
@@ -417,10 +368,6 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     auto fail = [&](const char* id, const std::string& reason) {
         Add(id, key.line, group.name, name, reason);
     };
-    if (name.size() > kMaxFormedKey) {
-        fail("key-too-long", "longer than 63 characters: the library never forms this key");
-        return;
-    }
     const size_t modeOpen = name.rfind('[');
     const size_t maskOpen = modeOpen == std::string::npos || modeOpen == 0
                                 ? std::string::npos
@@ -436,42 +383,35 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
     const std::string mode = name.substr(modeOpen + 1, name.size() - modeOpen - 2);
     // "0x" and upper case digits, at least four, no zero before a fifth.
     auto canonical = [](const std::string& text) {
-        if (text.size() < 6 || text.compare(0, 2, "0x") != 0) {
-            return false;
-        }
-        for (size_t i = 2; i < text.size(); ++i) {
-            const char c = text[i];
-            if (!((c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'))) {
-                return false;
-            }
-        }
-        return text.size() == 6 || text[2] != '0';
+        return text.size() >= 6 && text.compare(0, 2, "0x") == 0 &&
+               (text.size() == 6 || text[2] != '0') &&
+               std::all_of(text.begin() + 2, text.end(),
+                           [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'); });
     };
     auto value = [](const std::string& text) { return strtoull(text.c_str() + 2, nullptr, 16); };
-    auto suggestion = [&](const std::string& text) {
+    // The finding for a mask or mode not written canonically, with the
+    // canonical form of a number given another way.
+    auto notCanonical = [&](const char* id, const char* what, const std::string& text,
+                            const char* form) {
+        std::string reason = std::string(what) + " " + Quote(text) +
+                             " is not written as the library writes it (" + form + ")";
         bool negative = false;
         uint64_t number = 0;
-        if (HostPlatform::ParseIntegerMagnitude(text, &negative, &number) != NumberStatus::Ok ||
-            negative) {
-            return std::string();
+        if (HostPlatform::ParseIntegerMagnitude(text, &negative, &number) == NumberStatus::Ok &&
+            !negative) {
+            char formatted[32];
+            snprintf(formatted, sizeof(formatted), ": 0x%04llX",
+                     static_cast<unsigned long long>(number));
+            reason += formatted;
         }
-        char formatted[32];
-        snprintf(formatted, sizeof(formatted), "0x%04llX", static_cast<unsigned long long>(number));
-        return std::string(formatted);
+        fail(id, reason);
     };
     if (!canonical(mask)) {
-        const std::string better = suggestion(mask);
-        fail("bad-mask", "mask " + Quote(mask) +
-                             " is not written as the library writes it (\"0x%04lX\")" +
-                             (better.empty() ? std::string() : ": " + better));
+        notCanonical("bad-mask", "mask", mask, "\"0x%04lX\"");
         return;
     }
     if (mode != "-1" && !canonical(mode)) {
-        const std::string better = suggestion(mode);
-        fail("bad-operation-mode",
-             "operation mode " + Quote(mode) +
-                 " is not written as the library writes it (\"0x%04X\" or -1)" +
-                 (better.empty() ? std::string() : ": " + better));
+        notCanonical("bad-operation-mode", "operation mode", mode, "\"0x%04X\" or -1");
         return;
     }
     const uint64_t maskValue = value(mask);
@@ -504,7 +444,7 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
 std::vector<LintFinding> Linter::Run() {
     for (const ConfigProblem& problem : m_text.problems) {
         if (problem.IsMalformed()) {
-            Add(MalformedRule(problem.kind), problem.line, problem.group, "",
+            Add(kMalformedRules[static_cast<size_t>(problem.kind)], problem.line, problem.group, "",
                 HostPlatform::DescribeConfigProblem(problem) +
                     ": the configuration store refuses the whole file");
         } else {
@@ -544,18 +484,16 @@ std::vector<LintFinding> Linter::Run() {
                 CheckNamedByKey(group, first);
                 break;
             case KeyForm::AnyKey:
+            case KeyForm::SensorModeKey:
                 for (const ConfigKey& key : group.keys) {
                     if (key.name.size() > kMaxFormedKey) {
                         Add("key-too-long", key.line, group.name, key.name,
                             "longer than 63 characters: the library never forms this key");
-                    } else {
+                    } else if (first.form == KeyForm::AnyKey) {
                         CheckValues(group, key, first, false, nullptr);
+                    } else {
+                        CheckSensorModeKey(group, key, first);
                     }
-                }
-                break;
-            case KeyForm::SensorModeKey:
-                for (const ConfigKey& key : group.keys) {
-                    CheckSensorModeKey(group, key, first);
                 }
                 break;
         }
@@ -577,9 +515,42 @@ std::string FormatFinding(const LintFinding& finding) {
 }
 
 std::vector<LintFinding> LintConfiguration(const std::string& text, const std::string& file) {
-    const ConfigText parsed = HostPlatform::ReadConfigText(text);
-    Linter linter(file, parsed);
-    return linter.Run();
+    return Linter(file, HostPlatform::ReadConfigText(text)).Run();
+}
+
+const KeyRule* KeyRules(size_t* count) {
+    static const std::vector<KeyRule> rules = [] {
+        std::vector<KeyRule> out;
+        for (const Lumora::_ConfigKey& key : Lumora::kConfigKeys) {
+            // The letters and '*' before any '=', brackets left out.
+            std::string types(key.shape, strcspn(key.shape, "="));
+            types.erase(std::remove(types.begin(), types.end(), '['), types.end());
+            types.erase(std::remove(types.begin(), types.end(), ']'), types.end());
+            const bool repeats = types.find('*') != std::string::npos;
+            out.push_back(KeyRule{key.group, key.key, key.form, types, Lumora::MinValues(key.shape),
+                                  repeats ? 0 : static_cast<uint32_t>(types.size()),
+                                  strchr(key.shape, '=') != nullptr});
+        }
+        return out;
+    }();
+    *count = rules.size();
+    return rules.data();
+}
+
+char TypeAt(const std::string& pattern, size_t position, size_t count) {
+    const size_t star = pattern.find('*');
+    const size_t length = pattern.size();
+    if (star == std::string::npos) {
+        return position < length ? pattern[position] : pattern[length - 1];
+    }
+    const size_t tail = length - star - 1;  // the letters after the '*'
+    if (count > tail && position >= count - tail && position < count) {
+        return pattern[star + 1 + (position - (count - tail))];
+    }
+    if (position < star) {
+        return pattern[position];
+    }
+    return pattern[star - 1];
 }
 
 }  // namespace UilayerSim

@@ -4,8 +4,12 @@
 #ifndef UILAYER_SIM_LINT_H
 #define UILAYER_SIM_LINT_H
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
+
+#include "common/ConfigKeys.h"
 
 namespace UilayerSim {
 
@@ -23,6 +27,38 @@ std::string FormatFinding(const LintFinding& finding);
 
 // Every finding of `text`, in line order; `file` names it in the findings.
 std::vector<LintFinding> LintConfiguration(const std::string& text, const std::string& file);
+
+// The two forms of lint output: text lines for people, JSON for scripts.
+// Findings of one shape (file, rule, message but for its quoted texts and
+// numbers) shown before "FILE:LINE: ... and N more like it" stands for the rest.
+constexpr size_t kLintShownPerShape = 3;
+
+// One line per finding (FormatFinding), long runs of one shape collapsed.
+std::string RenderLintText(const std::vector<LintFinding>& findings);
+
+// A JSON array, an object a line: file, line, group, key (null when none),
+// rule, message.
+std::string RenderLintJson(const std::vector<LintFinding>& findings);
+
+// The library's configuration keys (common/ConfigKeys.h) as the checks read
+// them: the shape text of each key taken apart into value types and counts.
+using KeyForm = Lumora::EConfigKeyForm;
+
+struct KeyRule {
+    const char* group;
+    const char* key;  // the key, or the row name; "" for the forms that take any name
+    KeyForm form;
+    std::string types;  // the value letters of the shape, '*' included
+    uint32_t minValues;
+    uint32_t maxValues;   // 0: no upper bound
+    bool sizedByRowZero;  // the library reads every row with the value count of row 0
+};
+
+// One rule per key of the library's table, in its order.
+const KeyRule* KeyRules(size_t* count);
+
+// Type letter of value `position` of a list of `count` values.
+char TypeAt(const std::string& pattern, size_t position, size_t count);
 
 }  // namespace UilayerSim
 

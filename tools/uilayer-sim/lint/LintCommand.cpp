@@ -1,28 +1,92 @@
 // uilayer-sim lint: checks configuration files; also the lint a replay runs first.
 #include <cstdio>
+#include <map>
+#include <sstream>
 #include <vector>
 
 #include "core/Commands.h"
+#include "core/Report.h"
 #include "core/ScenarioReader.h"
 #include "lint/Lint.h"
-#include "lint/LintOutput.h"
 
 namespace UilayerSim {
+
+namespace {
+
+// The message with every quoted text and every number replaced, so that
+// findings that differ only in those fall together.
+std::string Shape(const LintFinding& finding) {
+    std::string shape = finding.file + '\n' + finding.rule + '\n';
+    bool quoted = false;
+    for (const char c : finding.reason) {
+        if (c == '"') {
+            quoted = !quoted;
+            shape += c;
+        } else if (quoted) {
+            continue;
+        } else if (c >= '0' && c <= '9') {
+            if (shape.back() != '#') {
+                shape += '#';
+            }
+        } else {
+            shape += c;
+        }
+    }
+    return shape;
+}
+
+std::string OrNull(const std::string& text) {
+    return text.empty() ? "null" : JsonQuote(text);
+}
+
+}  // namespace
+
+std::string RenderLintText(const std::vector<LintFinding>& findings) {
+    std::map<std::string, size_t> total;
+    for (const LintFinding& finding : findings) {
+        ++total[Shape(finding)];
+    }
+    std::map<std::string, size_t> seen;
+    std::string out;
+    for (const LintFinding& finding : findings) {
+        const std::string shape = Shape(finding);
+        const size_t index = seen[shape]++;
+        const size_t count = total[shape];
+        if (count <= kLintShownPerShape + 1 || index < kLintShownPerShape) {
+            out += FormatFinding(finding) + "\n";
+        } else if (index == kLintShownPerShape) {
+            out += finding.file + ":" + std::to_string(finding.line) + ": ... and " +
+                   std::to_string(count - kLintShownPerShape) + " more like it\n";
+        }
+    }
+    return out;
+}
+
+std::string RenderLintJson(const std::vector<LintFinding>& findings) {
+    if (findings.empty()) {
+        return "[]\n";
+    }
+    std::string out = "[\n";
+    for (size_t i = 0; i < findings.size(); ++i) {
+        const LintFinding& finding = findings[i];
+        out += "  {\"file\": " + JsonQuote(finding.file) +
+               ", \"line\": " + std::to_string(finding.line) +
+               ", \"group\": " + OrNull(finding.group) + ", \"key\": " + OrNull(finding.key) +
+               ", \"rule\": " + JsonQuote(finding.rule) +
+               ", \"message\": " + JsonQuote(finding.reason) + "}";
+        out += i + 1 < findings.size() ? ",\n" : "\n";
+    }
+    return out + "]\n";
+}
 
 void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
     if (line.Has("--no-lint")) {
         return;
     }
-    const std::string text =
-        RenderLintText(LintConfiguration(scenario.configText, scenario.configName));
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) {
-            end = text.size();
-        }
-        fprintf(stderr, "warning: %s\n", text.substr(start, end - start).c_str());
-        start = end + 1;
+    std::istringstream lines(
+        RenderLintText(LintConfiguration(scenario.configText, scenario.configName)));
+    for (std::string line; std::getline(lines, line);) {
+        fprintf(stderr, "warning: %s\n", line.c_str());
     }
 }
 
@@ -45,10 +109,7 @@ int RunLintCommand(const CommandLine& line) {
         findings.insert(findings.end(), found.begin(), found.end());
     }
     WriteOut(format == "json" ? RenderLintJson(findings) : RenderLintText(findings));
-    if (unreadable) {
-        return kExitUsage;
-    }
-    return findings.empty() ? kExitDone : kExitFindings;
+    return unreadable ? kExitUsage : findings.empty() ? kExitDone : kExitFindings;
 }
 
 }  // namespace UilayerSim

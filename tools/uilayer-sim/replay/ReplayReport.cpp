@@ -1,6 +1,4 @@
-// Writes a replay record as the report tree: the same content for text and
-// JSON, with the JSON shape of a node where it differs (numbers and objects
-// where the text shows labels).
+// Writes a replay record as the report tree, for text and JSON alike.
 #include "replay/Replay.h"
 #include "replay/SessionFacts.h"
 
@@ -23,9 +21,10 @@ ReportNode NoteOrNull(const char* text) {
     return ReportNode::Text(text).WithJson(ReportNode());
 }
 
-// What a query on a frame the library holds no record of answers, for every
-// kind of query.
-constexpr const char* kNoRecord = "no record for the frame";
+template <typename T>
+ReportNode IntegerOr(const std::optional<T>& value, const char* note) {
+    return value ? ReportNode::Integer(*value) : NoteOrNull(note);
+}
 
 ReportNode CameraJson(const CameraSetup& camera) {
     ReportNode node = ReportNode::Map();
@@ -65,10 +64,14 @@ ReportNode CameraLabel(uint32_t queryType) {
     return ReportNode::Text(std::to_string(queryType)).WithJson(ReportNode::Integer(queryType));
 }
 
-// The query's name; in JSON the name of its step ("request_caps").
-ReportNode QueryName(const std::string& name) {
-    return ReportNode::Text(name).WithJson(ReportNode::Text(JsonKey(name)));
-}
+// The queries' names by StepKind, from SessionCaps on.
+constexpr const char* kQueryNames[] = {
+    "session caps", "caps mask",  "streams",      "sensor mode",      "tuning mode", "pipeline",
+    "SAT",          "warm start", "star mode AE", "remap zoom ratio", "request caps"};
+static_assert(sizeof(kQueryNames) / sizeof(kQueryNames[0]) ==
+                  static_cast<size_t>(StepKind::RequestCaps) -
+                      static_cast<size_t>(StepKind::SessionCaps) + 1,
+              "one name per query");
 
 // The log lines as "log" when there are any.
 void AttachLog(ReportNode* node, const std::vector<std::string>& lines) {
@@ -117,23 +120,22 @@ ReportNode SatNode(const std::optional<Lumora::_SatStaticCaps>& record) {
     if (!record) {
         return ReportNode();
     }
-    const Lumora::_SatStaticCaps* sat = &*record;
     ReportNode node = ReportNode::Map();
-    node.Add("fallbackUsecase", ReportNode::Integer(sat->fallbackUsecase));
-    node.Add("fallbackDebug", ReportNode::Integer(sat->fallbackDebug));
+    node.Add("fallbackUsecase", ReportNode::Integer(record->fallbackUsecase));
+    node.Add("fallbackDebug", ReportNode::Integer(record->fallbackDebug));
     node.Add("isTripartiteFallbackWhitelist",
-             ReportNode::Integer(sat->isTripartiteFallbackWhitelist));
-    node.Add("forceFallback", ReportNode::Integer(sat->forceFallback));
-    node.Add("supportZoomDivision", ReportNode::Integer(sat->supportZoomDivision));
-    node.Add("supportBokehIzoomSeamless", ReportNode::Integer(sat->supportBokehIzoomSeamless));
-    node.Add("enableSmoothZoom", ReportNode::Integer(sat->enableSmoothZoom));
-    node.Add("isBokehMode", ReportNode::Integer(sat->isBokehMode));
-    node.Add("videoMaxRtCount", ReportNode::Integer(sat->videoMaxRtCount));
-    node.Add("useAIDLInput", ReportNode::Integer(sat->useAIDLInput));
-    node.Add("zoomDivisionCurveCfgPrefix", ReportNode::Text(sat->zoomDivisionCurveCfgPrefix));
-    node.Add("isEnableSkipMiddleSensor", ReportNode::Integer(sat->isEnableSkipMiddleSensor));
-    node.Add("is3rdCamZoomDivisionApp", ReportNode::Integer(sat->is3rdCamZoomDivisionApp));
-    node.Add("useVideoStrategy", ReportNode::Integer(sat->useVideoStrategy));
+             ReportNode::Integer(record->isTripartiteFallbackWhitelist));
+    node.Add("forceFallback", ReportNode::Integer(record->forceFallback));
+    node.Add("supportZoomDivision", ReportNode::Integer(record->supportZoomDivision));
+    node.Add("supportBokehIzoomSeamless", ReportNode::Integer(record->supportBokehIzoomSeamless));
+    node.Add("enableSmoothZoom", ReportNode::Integer(record->enableSmoothZoom));
+    node.Add("isBokehMode", ReportNode::Integer(record->isBokehMode));
+    node.Add("videoMaxRtCount", ReportNode::Integer(record->videoMaxRtCount));
+    node.Add("useAIDLInput", ReportNode::Integer(record->useAIDLInput));
+    node.Add("zoomDivisionCurveCfgPrefix", ReportNode::Text(record->zoomDivisionCurveCfgPrefix));
+    node.Add("isEnableSkipMiddleSensor", ReportNode::Integer(record->isEnableSkipMiddleSensor));
+    node.Add("is3rdCamZoomDivisionApp", ReportNode::Integer(record->is3rdCamZoomDivisionApp));
+    node.Add("useVideoStrategy", ReportNode::Integer(record->useVideoStrategy));
     return node;
 }
 
@@ -142,10 +144,8 @@ void AddWarmStart(ReportNode* node, const _WarmStartRecord& record, bool returnC
     if (returnCode) {
         node->Add("return code", ReportNode::Integer(record.returnCode));
     }
-    node->Add("enable",
-              record.enable ? ReportNode::Integer(*record.enable) : NoteOrNull("(not set)"));
-    node->Add("dol state",
-              record.dolState ? ReportNode::Integer(*record.dolState) : NoteOrNull("(not set)"));
+    node->Add("enable", IntegerOr(record.enable, "(not set)"));
+    node->Add("dol state", IntegerOr(record.dolState, "(not set)"));
 }
 
 ReportNode StarModeNode(const std::optional<Lumora::StarModeAEInfo>& info) {
@@ -161,7 +161,7 @@ ReportNode StarModeNode(const std::optional<Lumora::StarModeAEInfo>& info) {
 
 // "<value>", or the note that the library holds no record of the frame.
 ReportNode HeldOr(bool held, ReportNode value) {
-    return held ? value : ReportNode::Text(kNoRecord);
+    return held ? value : ReportNode::Text("no record for the frame");
 }
 
 ReportNode DeviceNode(const _ReplayRecord& record) {
@@ -221,6 +221,12 @@ ReportNode RepeatNode(const _StepRecord& record) {
 ReportNode StepNode(const _StepRecord& record) {
     const Step& step = record.step;
     ReportNode report = ReportNode::Map();
+    if (step.kind >= StepKind::SessionCaps) {
+        // In JSON the name of its step ("request_caps").
+        const std::string name = kQueryNames[static_cast<size_t>(step.kind) -
+                                             static_cast<size_t>(StepKind::SessionCaps)];
+        report.Add("query", ReportNode::Text(name).WithJson(ReportNode::Text(JsonKey(name))));
+    }
     switch (step.kind) {
         case StepKind::Request:
             report.Add("request", ReportNode::Integer(step.request.frame));
@@ -241,18 +247,15 @@ ReportNode StepNode(const _StepRecord& record) {
         case StepKind::Repeat:
             return RepeatNode(record);
         case StepKind::SessionCaps:
-            report.Add("query", QueryName("session caps"));
             report.Add("camera", CameraLabel(step.camera));
             report.Add("answers", AnswersNode(step.caps, record.answers));
             break;
         case StepKind::CapsMask:
-            report.Add("query", QueryName("caps mask"));
             report.Add("camera", CameraLabel(step.camera));
             report.Add("return code", ReportNode::Integer(record.returnCode));
             report.Add("caps", CapsNode(record.caps));
             break;
         case StepKind::Streams:
-            report.Add("query", QueryName("streams"));
             report.Add("role", ReportNode::Text(StreamRoleName(step.role)));
             if (step.hasFrame) {
                 report.Add("frame", ReportNode::Integer(step.frame));
@@ -260,7 +263,6 @@ ReportNode StepNode(const _StepRecord& record) {
             report.Add("streams", HeldOr(record.held, ReportNode::Texts(record.streams, true)));
             break;
         case StepKind::SensorMode:
-            report.Add("query", QueryName("sensor mode"));
             report.Add("camera", CameraLabel(step.camera));
             if (step.capsSource == CapsSource::Request) {
                 report.Add("from request", ReportNode::Integer(step.frame));
@@ -272,7 +274,6 @@ ReportNode StepNode(const _StepRecord& record) {
             report.Add("index", ReportNode::Integer(record.sensorModeIndex));
             break;
         case StepKind::TuningMode:
-            report.Add("query", QueryName("tuning mode"));
             report.Add("frame", ReportNode::Integer(step.frame));
             report.Add("table", ReportNode::Integer(step.tuningType));
             report.Add(
@@ -280,29 +281,23 @@ ReportNode StepNode(const _StepRecord& record) {
                 HeldOr(record.held, ReportNode::Integer(static_cast<int32_t>(record.tuningMode))));
             break;
         case StepKind::Pipeline:
-            report.Add("query", QueryName("pipeline"));
             report.Add("pipeline", TextOrNone(record.pipeline));
             break;
         case StepKind::Sat:
-            report.Add("query", QueryName("SAT"));
             report.Add("SAT", SatNode(record.sat));
             break;
         case StepKind::WarmStart:
-            report.Add("query", QueryName("warm start"));
             report.Add("camera", ReportNode::Integer(step.camera));
             AddWarmStart(&report, record.warmStart, true);
             break;
         case StepKind::StarModeAe:
-            report.Add("query", QueryName("star mode AE"));
             report.Add("star mode AE", StarModeNode(record.starMode));
             break;
         case StepKind::RemapZoomRatio:
-            report.Add("query", QueryName("remap zoom ratio"));
             report.Add("sensor", ReportNode::Text(step.sensor));
             report.Add("base zoom ratio", ReportNode::Real(record.zoomRatio));
             break;
         case StepKind::RequestCaps:
-            report.Add("query", QueryName("request caps"));
             report.Add("frame", ReportNode::Integer(step.frame));
             report.Add("camera", CameraLabel(step.camera));
             report.Add("caps", HeldOr(record.held, CapsNode(record.caps)));
@@ -352,12 +347,8 @@ ReportNode SessionNode(const _SessionRecord& session) {
     if (!session.hasSessionParams) {
         written.Add("IsGenericCam", NoteOrNull("no session parameters"));
     } else {
-        written.Add("IsGenericCam", session.isGenericCam
-                                        ? ReportNode::Integer(*session.isGenericCam)
-                                        : NoteOrNull("absent"));
-        written.Add("SupportedAINRType", session.supportedAinrType
-                                             ? ReportNode::Integer(*session.supportedAinrType)
-                                             : NoteOrNull("absent"));
+        written.Add("IsGenericCam", IntegerOr(session.isGenericCam, "absent"));
+        written.Add("SupportedAINRType", IntegerOr(session.supportedAinrType, "absent"));
     }
     report.Add("SAT", SatNode(session.sat));
     ReportNode& warmStart = report.Add("warm start", ReportNode::Map());

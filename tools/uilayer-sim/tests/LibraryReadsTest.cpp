@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "lint/LintTable.h"
+#include "lint/Lint.h"
 #include "replay/Replay.h"
 #include "core/ScenarioReader.h"
 

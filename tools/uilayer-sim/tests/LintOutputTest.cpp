@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "lint/LintOutput.h"
+#include "lint/Lint.h"
 
 namespace UilayerSim {
 namespace {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "lint/Lint.h"
-#include "lint/LintTable.h"
 #include "core/ScenarioReader.h"
 
 namespace UilayerSim {
