@@ -1,6 +1,8 @@
 // The capability reference against the library: the names and numbers of
 // DesiredSupportCaps, the steps the library runs and the configuration keys,
-// properties and camera modes its sources read.
+// properties and camera modes its sources read. Also: configuration group and
+// key names are written once, in the library's table (common/ConfigKeys.h),
+// and no C++ source outside uilayer/ (tests and their data aside) spells one.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -10,9 +12,11 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "CapabilityReference.h"
 #include "IuiLayer.h"
+#include "common/ConfigKeys.h"
 #include "common/ConfigurationSteps.h"
 
 namespace {
@@ -160,6 +164,57 @@ TEST(CapabilityReferenceTest, InputsSplitIntoKindsAndConfigurationKeys) {
     EXPECT_EQ("ro.build.product", inputs[1].value);
     EXPECT_EQ(kInputCaps, inputs[2].kind);
     EXPECT_EQ("15", inputs[2].value);
+}
+
+// Keys that are ordinary words ("Mode", "scene", ...) cannot be told from
+// unrelated text and are not looked for, nor are the keys that share their
+// name with a field of a public record the library fills from them
+// (_SatStaticCaps, StarModeAEInfo), which reports name by the field.
+TEST(ConfigKeyLiteralsTest, NoGroupOrKeyIsSpelledOutsideTheLibrary) {
+    const std::set<std::string> ordinary = {"",
+                                            "Mode",
+                                            "mode",
+                                            "scene",
+                                            "App",
+                                            "APP",
+                                            "Size",
+                                            "operationMode",
+                                            "supportBokehIzoomSeamless",
+                                            "videoMaxRtCount",
+                                            "isEnableSkipMiddleSensor",
+                                            "expTime"};
+    std::set<std::string> spellings;
+    for (const _ConfigKey& key : kConfigKeys) {
+        spellings.insert(
+            {'"' + std::string(key.group) + '"', "config:" + std::string(key.group) + "/"});
+        if (ordinary.count(key.key) == 0) {
+            spellings.insert('"' + std::string(key.key) + '"');
+        }
+    }
+    const fs::path root = UILAYER_SOURCE_DIR;
+    std::vector<std::string> found;
+    size_t files = 0;
+    for (auto it = fs::recursive_directory_iterator(root); it != fs::recursive_directory_iterator();
+         ++it) {
+        const std::string name = it->path().filename().string();
+        const std::string extension = it->path().extension().string();
+        if (it->is_directory() &&
+            (name == "uilayer" || name == "tests" || name == "test" || name == "data" ||
+             name.rfind("build", 0) == 0 || name[0] == '.')) {
+            it.disable_recursion_pending();
+        } else if (it->is_regular_file() && (extension == ".cpp" || extension == ".h")) {
+            ++files;
+            const std::string text = ReadFile(it->path());
+            for (const std::string& spelling : spellings) {
+                if (text.find(spelling) != std::string::npos) {
+                    found.push_back(fs::relative(it->path(), root).generic_string() + ": " +
+                                    spelling);
+                }
+            }
+        }
+    }
+    EXPECT_GT(files, 50u);
+    EXPECT_EQ(std::vector<std::string>{}, found);
 }
 
 }  // namespace

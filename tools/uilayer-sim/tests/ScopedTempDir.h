@@ -3,10 +3,9 @@
 #ifndef UILAYER_SIM_SCOPED_TEMP_DIR_H
 #define UILAYER_SIM_SCOPED_TEMP_DIR_H
 
-#include <dirent.h>
-#include <unistd.h>
-
 #include <cstdlib>
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,8 +15,7 @@ class ScopedTempDir {
 public:
     ScopedTempDir() {
         const char* old = getenv("TMPDIR");
-        m_hadOld = old != nullptr;
-        m_old = old != nullptr ? old : "";
+        m_old = old != nullptr ? std::make_unique<std::string>(old) : nullptr;
         char pattern[] = "/tmp/uilayer-sim-test.XXXXXX";
         if (mkdtemp(pattern) != nullptr) {
             m_path = pattern;
@@ -25,44 +23,26 @@ public:
         }
     }
     ~ScopedTempDir() {
-        if (m_hadOld) {
-            setenv("TMPDIR", m_old.c_str(), 1);
-        } else {
-            unsetenv("TMPDIR");
-        }
-        if (!m_path.empty()) {
-            rmdir(m_path.c_str());
-        }
+        m_old ? setenv("TMPDIR", m_old->c_str(), 1) : unsetenv("TMPDIR");
+        std::filesystem::remove(m_path);
     }
     ScopedTempDir(const ScopedTempDir&) = delete;
     ScopedTempDir& operator=(const ScopedTempDir&) = delete;
 
     const std::string& Path() const { return m_path; }
 
-    // Names in the directory, without "." and "..".
+    // Names in the directory.
     std::vector<std::string> Entries() const {
         std::vector<std::string> names;
-        DIR* dir = opendir(m_path.c_str());
-        while (dir != nullptr) {
-            const dirent* entry = readdir(dir);
-            if (entry == nullptr) {
-                break;
-            }
-            const std::string name = entry->d_name;
-            if (name != "." && name != "..") {
-                names.push_back(name);
-            }
-        }
-        if (dir != nullptr) {
-            closedir(dir);
+        for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
+            names.push_back(entry.path().filename().string());
         }
         return names;
     }
 
 private:
     std::string m_path;
-    bool m_hadOld = false;
-    std::string m_old;
+    std::unique_ptr<std::string> m_old;
 };
 
 }  // namespace UilayerSim
