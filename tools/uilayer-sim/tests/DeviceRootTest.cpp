@@ -1,26 +1,61 @@
 #include <HostKit/DeviceRoot.h>
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
+#include <filesystem>
+#include <memory>
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "core/ScenarioReader.h"
-#include "ScopedTempDir.h"
 
 namespace UilayerSim {
 namespace {
 
 using HostKit::DeviceRoot;
 
+// A private TMPDIR for one test, so that counting what a test leaves behind
+// is not disturbed by tests running in parallel.
+class ScopedTempDir {
+public:
+    ScopedTempDir() {
+        const char* old = getenv("TMPDIR");
+        m_old = old != nullptr ? std::make_unique<std::string>(old) : nullptr;
+        char pattern[] = "/tmp/uilayer-sim-test.XXXXXX";
+        if (mkdtemp(pattern) != nullptr) {
+            m_path = pattern;
+            setenv("TMPDIR", m_path.c_str(), 1);
+        }
+    }
+    ~ScopedTempDir() {
+        m_old ? setenv("TMPDIR", m_old->c_str(), 1) : unsetenv("TMPDIR");
+        std::filesystem::remove(m_path);
+    }
+    ScopedTempDir(const ScopedTempDir&) = delete;
+    ScopedTempDir& operator=(const ScopedTempDir&) = delete;
+
+    const std::string& Path() const { return m_path; }
+
+    // Names in the directory.
+    std::vector<std::string> Entries() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
+            names.push_back(entry.path().filename().string());
+        }
+        return names;
+    }
+
+private:
+    std::string m_path;
+    std::unique_ptr<std::string> m_old;
+};
+
 bool Exists(const std::string& path) {
-    struct stat info = {};
-    return lstat(path.c_str(), &info) == 0;
+    return std::filesystem::exists(std::filesystem::symlink_status(path));
 }
 
 class DeviceRootTest : public ::testing::Test {
