@@ -113,6 +113,26 @@ const std::vector<Subcommand>& Commands() {
          1,
          1,
          UilayerSim::RunSweepCommand},
+        {"whatif",
+         "SCENARIO",
+         "replay a scenario with configuration keys or properties changed",
+         "Replays the scenario as it is and with the changes, and prints each decision\n"
+         "that differs, per session: caps (as +added, -removed), stream roles, pipeline,\n"
+         "sensor mode, tuning answers and request caps. A key the library never reads\n"
+         "is a warning; a value the store cannot read as the key's values is refused.\n"
+         "\n"
+         "exit status: 0 no decision differs, 1 some differ, 2 bad command line,\n"
+         "unreadable file, scenario mistake or refused value, 3 device set-up failed or\n"
+         "a replay aborted in the library.",
+         {{"--set", "Group/Key=VALUE|PROPERTY=VALUE",
+           "set a configuration key (values as the file writes\n"
+           "                        them) or a system property; may be repeated"},
+          {"--unset", "Group/Key|PROPERTY", "remove a configuration key or a property"},
+          {"--config", "FILE", "the hardware configuration (default: the scenario's)"},
+          {"--json", nullptr, "write the differences as one JSON object"}},
+         1,
+         1,
+         UilayerSim::RunWhatIfCommand},
     };
     return commands;
 }

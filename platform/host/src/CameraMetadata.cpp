@@ -25,6 +25,7 @@
 
 #include <system/camera_metadata.h>
 
+#include "ConfigurationReads.h"
 #include "HostVendorTags.h"
 
 namespace {
@@ -328,11 +329,15 @@ int get_camera_metadata_ro_entry(const camera_metadata_t* src, size_t index,
 
 int find_camera_metadata_entry(camera_metadata_t* src, uint32_t tag,
                                camera_metadata_entry_t* entry) {
+    HostPlatform::Internal::NoteConfigurationRead(HostPlatform::ConfigReadKind::Metadata, "", "",
+                                                  src, tag);
     return FindEntry(src, tag, entry);
 }
 
 int find_camera_metadata_ro_entry(const camera_metadata_t* src, uint32_t tag,
                                   camera_metadata_ro_entry_t* entry) {
+    HostPlatform::Internal::NoteConfigurationRead(HostPlatform::ConfigReadKind::Metadata, "", "",
+                                                  src, tag);
     return FindEntry(src, tag, entry);
 }
 

@@ -17,7 +17,7 @@ namespace {
 struct ReadRecord {
     std::mutex mutex;
     std::vector<ConfigRead> reads;
-    std::set<std::tuple<ConfigReadKind, std::string, std::string>> seen;
+    std::set<std::tuple<ConfigReadKind, std::string, std::string, const void*, uint32_t>> seen;
 };
 
 ReadRecord& TheRecord() {
@@ -28,11 +28,13 @@ ReadRecord& TheRecord() {
 
 }  // namespace
 
-void RecordConfigurationRead(ConfigReadKind kind, std::string_view group, std::string_view key) {
+void RecordConfigurationRead(ConfigReadKind kind, std::string_view group, std::string_view key,
+                             const void* metadata, uint32_t tag) {
     ReadRecord& record = TheRecord();
     std::lock_guard<std::mutex> lock(record.mutex);
-    if (record.seen.emplace(kind, std::string(group), std::string(key)).second) {
-        record.reads.push_back(ConfigRead{kind, std::string(group), std::string(key)});
+    if (record.seen.emplace(kind, std::string(group), std::string(key), metadata, tag).second) {
+        record.reads.push_back(
+            ConfigRead{kind, std::string(group), std::string(key), metadata, tag});
     }
 }
 

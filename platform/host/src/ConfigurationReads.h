@@ -12,12 +12,14 @@ namespace Internal {
 
 extern std::atomic<bool> g_recordConfigurationReads;
 
-void RecordConfigurationRead(ConfigReadKind kind, std::string_view group, std::string_view key);
+void RecordConfigurationRead(ConfigReadKind kind, std::string_view group, std::string_view key,
+                             const void* metadata = nullptr, uint32_t tag = 0);
 
 // `group` stays a C string so that nothing is measured while the record is off.
-inline void NoteConfigurationRead(ConfigReadKind kind, const char* group, std::string_view key) {
+inline void NoteConfigurationRead(ConfigReadKind kind, const char* group, std::string_view key,
+                                  const void* metadata = nullptr, uint32_t tag = 0) {
     if (g_recordConfigurationReads.load(std::memory_order_relaxed)) {
-        RecordConfigurationRead(kind, group, key);
+        RecordConfigurationRead(kind, group != nullptr ? group : "", key, metadata, tag);
     }
 }
 

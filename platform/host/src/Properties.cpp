@@ -17,6 +17,8 @@
 #include <cutils/properties.h>
 #include <HostPlatform.h>
 
+#include "ConfigurationReads.h"
+
 namespace {
 
 struct PropertyStore {
@@ -40,9 +42,30 @@ int CopyValue(char* value, const char* text) {
     return static_cast<int>(length);
 }
 
+// The value of `key` into `value` (PROPERTY_VALUE_MAX bytes); its length, 0
+// when it is unset or empty.
+int Lookup(const char* key, char* value) {
+    if (key != nullptr) {
+        PropertyStore& store = Store();
+        std::lock_guard<std::mutex> lock(store.mutex);
+        const auto it = store.values.find(key);
+        if (it != store.values.end() && !it->second.empty()) {
+            return CopyValue(value, it->second.c_str());
+        }
+    }
+    return CopyValue(value, "");
+}
+
+// Host tools learn which properties a run reads, with the default passed.
+void NoteRead(const char* key, const std::string& defaultText) {
+    HostPlatform::Internal::NoteConfigurationRead(HostPlatform::ConfigReadKind::Property, key,
+                                                  defaultText);
+}
+
 intmax_t GetInteger(const char* key, intmax_t lower, intmax_t upper, intmax_t defaultValue) {
+    NoteRead(key, std::to_string(defaultValue));
     char buffer[PROPERTY_VALUE_MAX] = {};
-    if (property_get(key, buffer, "") <= 0) {
+    if (Lookup(key, buffer) <= 0) {
         return defaultValue;
     }
     const int savedErrno = errno;
@@ -65,20 +88,15 @@ int property_get(const char* key, char* value, const char* default_value) {
     if (value == nullptr) {
         return -1;
     }
-    if (key != nullptr) {
-        PropertyStore& store = Store();
-        std::lock_guard<std::mutex> lock(store.mutex);
-        const auto it = store.values.find(key);
-        if (it != store.values.end() && !it->second.empty()) {
-            return CopyValue(value, it->second.c_str());
-        }
-    }
-    return CopyValue(value, default_value);
+    NoteRead(key, default_value != nullptr ? default_value : "");
+    const int length = Lookup(key, value);
+    return length > 0 ? length : CopyValue(value, default_value);
 }
 
 int8_t property_get_bool(const char* key, int8_t default_value) {
+    NoteRead(key, std::to_string(default_value));
     char buffer[PROPERTY_VALUE_MAX] = {};
-    if (property_get(key, buffer, "") <= 0) {
+    if (Lookup(key, buffer) <= 0) {
         return default_value;
     }
     static constexpr std::pair<const char*, int8_t> kWords[] = {

@@ -144,6 +144,7 @@ bool Parse(const Subcommand& command, bool isDefault, const std::vector<std::str
         } else {
             throw UsageError("option '" + name + "' needs a value (" + match->value + ")");
         }
+        line->given.emplace_back(name, line->options[name]);
     }
     if (line->operands.size() < command.minOperands) {
         throw UsageError("no " + OperandName(command) + " given");
@@ -179,6 +180,16 @@ bool LooksLikePath(const std::string& arg) {
 std::string CommandLine::Value(const std::string& name, const std::string& fallback) const {
     const auto it = options.find(name);
     return it == options.end() ? fallback : it->second;
+}
+
+std::vector<std::string> CommandLine::Values(const std::string& name) const {
+    std::vector<std::string> values;
+    for (const auto& option : given) {
+        if (option.first == name) {
+            values.push_back(option.second);
+        }
+    }
+    return values;
 }
 
 int RunCommandLine(const Program& program, const std::vector<std::string>& args) {

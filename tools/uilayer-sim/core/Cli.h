@@ -9,6 +9,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace UilayerSim {
@@ -26,11 +27,14 @@ struct OptionSpec {
 
 // A parsed command line of one subcommand.
 struct CommandLine {
-    std::map<std::string, std::string> options;  // switches map to ""
+    std::map<std::string, std::string> options;  // switches map to ""; the last value given
+    std::vector<std::pair<std::string, std::string>> given;  // every option, in order
     std::vector<std::string> operands;
 
     bool Has(const std::string& name) const { return options.count(name) != 0; }
     std::string Value(const std::string& name, const std::string& fallback) const;
+    // Every value of an option that may be given more than once, in order.
+    std::vector<std::string> Values(const std::string& name) const;
 };
 
 struct Subcommand {

@@ -19,6 +19,7 @@ int RunExplainCommand(const CommandLine& line);
 int RunLintCommand(const CommandLine& line);
 int RunNamesCommand(const CommandLine& line);
 int RunSweepCommand(const CommandLine& line);
+int RunWhatIfCommand(const CommandLine& line);
 
 // The root holding the host sibling camera layer: UILAYER_SIM_SIBLING_ROOT, or
 // the build tree's.

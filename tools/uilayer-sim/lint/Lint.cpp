@@ -554,3 +554,45 @@ char TypeAt(const std::string& pattern, size_t position, size_t count) {
 }
 
 }  // namespace UilayerSim
+
+namespace UilayerSim {
+
+namespace {
+
+// "<name>[<digits>]"; any name when `name` is empty.
+bool IsRow(const std::string& key, const std::string& name) {
+    const size_t open = key.rfind('[');
+    if (open == std::string::npos || open == 0 || key.back() != ']' || open + 2 >= key.size() ||
+        (!name.empty() && key.compare(0, open, name) != 0) ||
+        (!name.empty() && open != name.size())) {
+        return false;
+    }
+    return std::all_of(key.begin() + static_cast<long>(open) + 1, key.end() - 1,
+                       [](char c) { return c >= '0' && c <= '9'; });
+}
+
+}  // namespace
+
+bool KeyRuleMatches(const KeyRule& rule, const std::string& group, const std::string& key) {
+    if (group != rule.group || key.empty()) {
+        return false;
+    }
+    switch (rule.form) {
+        case KeyForm::Single:
+            return key == rule.key;
+        case KeyForm::Rows:
+            return IsRow(key, rule.key);
+        case KeyForm::NamedRows:
+        case KeyForm::NamedSingleRow:
+            return IsRow(key, "");
+        case KeyForm::NamedByKey:
+            return key.rfind(std::string(rule.key) + "[", 0) == 0 && key.back() == ']';
+        case KeyForm::AnyKey:
+            return true;
+        case KeyForm::SensorModeKey:
+            return key.back() == ']' && key.find("][") != std::string::npos;
+    }
+    return false;
+}
+
+}  // namespace UilayerSim

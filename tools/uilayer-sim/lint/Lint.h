@@ -57,6 +57,10 @@ struct KeyRule {
 // One rule per key of the library's table, in its order.
 const KeyRule* KeyRules(size_t* count);
 
+// Whether `key` of `group` is one the rule's key stands for ("Mode[3]" for rows
+// named Mode, any key for the forms that take any name).
+bool KeyRuleMatches(const KeyRule& rule, const std::string& group, const std::string& key);
+
 // Type letter of value `position` of a list of `count` values.
 char TypeAt(const std::string& pattern, size_t position, size_t count);
 

@@ -1,0 +1,126 @@
+#include "experiment/Experiments.h"
+
+#include <HostKit/DeviceRoot.h>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+
+namespace UilayerSim {
+
+const char* const kAborted = "aborted";
+
+namespace {
+
+void OnChildAbort(int) {
+    HostKit::DeviceRoot::RemoveNewest();
+    _exit(134);
+}
+
+// Results go one a line; a newline inside one travels as a record separator.
+void RunChild(size_t first, size_t count, const std::function<std::string(size_t)>& run, int out) {
+    signal(SIGABRT, OnChildAbort);
+    const int null = open("/dev/null", O_WRONLY);
+    if (null >= 0) {
+        dup2(null, STDERR_FILENO);
+    }
+    FILE* pipe = fdopen(out, "w");
+    for (size_t i = first; pipe != nullptr && i < count; ++i) {
+        std::string result;
+        try {
+            result = run(i);
+        } catch (const std::exception& error) {
+            result = std::string("error: ") + error.what();
+        }
+        for (char& c : result) {
+            c = c == '\n' ? '\x1e' : c;
+        }
+        fprintf(pipe, "%s\n", result.c_str());
+        fflush(pipe);
+    }
+    _exit(0);
+}
+
+}  // namespace
+
+std::vector<std::string> RunIsolated(size_t count, const std::function<std::string(size_t)>& run) {
+    std::vector<std::string> results;
+    while (results.size() < count) {
+        int fds[2];
+        if (pipe(fds) != 0) {
+            throw std::runtime_error("cannot make a pipe for the experiments");
+        }
+        fflush(nullptr);
+        const pid_t child = fork();
+        if (child < 0) {
+            throw std::runtime_error("cannot start a process for the experiments");
+        }
+        if (child == 0) {
+            close(fds[0]);
+            RunChild(results.size(), count, run, fds[1]);
+        }
+        close(fds[1]);
+        FILE* in = fdopen(fds[0], "r");
+        std::string line;
+        for (int c = fgetc(in); c != EOF; c = fgetc(in)) {
+            if (c != '\n') {
+                line += static_cast<char>(c == '\x1e' ? '\n' : c);
+                continue;
+            }
+            results.push_back(line);
+            line.clear();
+        }
+        fclose(in);
+        int status = 0;
+        waitpid(child, &status, 0);
+        if (results.size() < count) {
+            results.push_back(kAborted);  // the run the child died in
+        }
+    }
+    return results;
+}
+
+Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, uint32_t frame) {
+    Scenario out = scenario;
+    out.sessions.resize(std::min(session + 1, out.sessions.size()));
+    if (out.sessions.size() != session + 1) {
+        return out;
+    }
+    std::vector<Step>& steps = out.sessions.back().steps;
+    std::vector<Step> kept;
+    for (size_t i = 0; hasFrame && i < steps.size(); ++i) {
+        const Step& step = steps[i];
+        if (step.kind == StepKind::Request && step.request.frame == frame) {
+            kept.push_back(step);
+            break;
+        }
+        const uint32_t first = step.request.frame;
+        if (step.kind == StepKind::Repeat && frame >= first && frame - first < step.count) {
+            if (frame > first) {
+                kept.push_back(step);
+                kept.back().count = frame - first;
+            }
+            kept.push_back(step);
+            kept.back().kind = StepKind::Request;
+            kept.back().request.frame = frame;
+            break;
+        }
+        kept.push_back(step);
+    }
+    steps = kept;
+    return out;
+}
+
+_ReplayRecord ReplayWith(const Scenario& base, const std::vector<_Change>& changes, size_t session,
+                         bool hasFrame, uint32_t frame, const std::string& siblingRoot) {
+    Scenario scenario = base;
+    ApplyChanges(changes, session, hasFrame, frame, &scenario);
+    ReplayOptions options;
+    options.siblingRoot = siblingRoot;
+    return RecordReplay(scenario, options);
+}
+
+}  // namespace UilayerSim
