@@ -14,7 +14,8 @@ const char* DefaultSiblingRoot();
 
 class DeviceRoot {
 public:
-    // Creates the directory `prefix`.XXXXXX under $TMPDIR (or /tmp) and links
+    // Creates the directory `prefix`.XXXXXX under $TMPDIR (or /dev/shm when
+    // it may be written, or /tmp) and links
     // odm/lib64/hw/camera.lumora.v2.so to the one under `siblingRoot`.
     // Throws std::runtime_error when that fails.
     explicit DeviceRoot(const std::string& siblingRoot = DefaultSiblingRoot(),
