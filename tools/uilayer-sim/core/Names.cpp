@@ -188,6 +188,15 @@ std::vector<std::string> AcceptedNames(NameTable table) {
     return names;
 }
 
+std::string NameOfNumber(NameTable table, int64_t value) {
+    for (const NamedNumber& entry : Table(table, false)) {
+        if (entry.value == value) {
+            return entry.name;
+        }
+    }
+    return std::to_string(value);
+}
+
 std::string CapabilityName(uint32_t bit) {
     if (bit >= Lumora::kCapabilityCount || Lumora::Capabilities()[bit].name == nullptr) {
         return "bit" + std::to_string(bit);

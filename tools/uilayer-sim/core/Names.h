@@ -52,6 +52,8 @@ std::vector<std::string> AcceptedNames(NameTable table);
 // ("HAL_PIXEL_FORMAT_RAW16", "EStreamTypePreview") or short ("RAW16",
 // "Preview"); false when unknown.
 bool NumberByName(NameTable table, const std::string& name, int64_t* value);
+// The short name of `value` in `table`, or the number when it has none.
+std::string NameOfNumber(NameTable table, int64_t value);
 
 }  // namespace UilayerSim
 

@@ -203,6 +203,23 @@ std::string TagName(const TagValue& tag) {
            std::to_string(tag.tag) + ")";
 }
 
+// "stream "preview" format = YCbCr_420_888", "stream "jpeg" usage +HW_VIDEO_ENCODER".
+std::string StreamChangeText(const _Change& change) {
+    const std::string name = "stream \"" + change.target + "\"";
+    if (change.streamField == "format") {
+        return name + " format = " + NameOfNumber(NameTable::PixelFormats, change.number);
+    }
+    if (change.streamField == "data_space") {
+        return name + " data space = " + NameOfNumber(NameTable::DataSpaces, change.number);
+    }
+    if (change.streamField == "usage") {
+        const uint32_t flipped = static_cast<uint32_t>(change.previous ^ change.number);
+        const bool added = (static_cast<uint32_t>(change.number) & flipped) != 0;
+        return name + " usage " + (added ? "+" : "-") + NameOfNumber(NameTable::UsageBits, flipped);
+    }
+    return (change.remove ? "remove " : "add ") + name;
+}
+
 }  // namespace
 
 const char* ChangeKindName(ChangeKind kind) {
@@ -284,7 +301,12 @@ std::string ChangeValue(const _Change& change) {
         case ChangeKind::File:
             return Joined(change.values);
         case ChangeKind::Stream:
-            return change.streamField.empty() ? "added" : std::to_string(change.number);
+            return change.streamField.empty() ? "added"
+                   : change.streamField == "format"
+                       ? NameOfNumber(NameTable::PixelFormats, change.number)
+                   : change.streamField == "data_space"
+                       ? NameOfNumber(NameTable::DataSpaces, change.number)
+                       : std::to_string(change.number);
         default:
             break;
     }
@@ -318,10 +340,7 @@ std::string ChangeText(const _Change& change, const Scenario& scenario) {
             return change.remove ? "remove file " + change.target
                                  : "file " + change.target + " = \"" + value + "\"";
         case ChangeKind::Stream:
-            if (!change.streamField.empty()) {
-                return "stream \"" + change.target + "\" " + change.streamField + " = " + value;
-            }
-            return (change.remove ? "remove stream \"" : "add stream \"") + change.target + "\"";
+            return StreamChangeText(change);
         case ChangeKind::SessionParam:
             if (change.target == kOperationModeTarget) {
                 return "operation mode = " + value;

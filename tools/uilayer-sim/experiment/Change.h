@@ -53,7 +53,8 @@ struct _Change {
     // to add `stream` (remove set: to remove the stream).
     std::string streamField;
     StreamSetup stream;
-    int64_t number = 0;  // the new value of a stream field or the operation mode
+    int64_t number = 0;    // the new value of a stream field or the operation mode
+    int64_t previous = 0;  // a stream field's value before
 };
 
 // A change the scenario cannot take (a file the configuration lacks a line

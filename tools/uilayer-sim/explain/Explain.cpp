@@ -80,21 +80,6 @@ std::string StreamName(const SessionSetup& setup, int32_t index) {
     return "#" + std::to_string(index);
 }
 
-// The request the scenario sent for `frame` (the last one, or the repeat
-// that covers it).
-const RequestSetup* RequestOfFrame(const SessionSetup& setup, uint32_t frame) {
-    const RequestSetup* found = nullptr;
-    for (const Step& step : setup.steps) {
-        const bool request = step.kind == StepKind::Request && step.request.frame == frame;
-        const bool repeat = step.kind == StepKind::Repeat && frame >= step.request.frame &&
-                            frame - step.request.frame < step.count;
-        if (request || repeat) {
-            found = &step.request;
-        }
-    }
-    return found;
-}
-
 std::string Number(float value) {
     std::ostringstream text;
     text << value;
@@ -199,7 +184,7 @@ void ExplainSession(const _RecordedSession& recorded, const std::vector<uint32_t
 // The rules worth showing: for a set bit those of the step (or request) that
 // set it; for a clear bit those that could have set it, then the clearing
 // rules of the step that cleared it.
-void ChooseRules(const _InputContext& context, _Explanation* out) {
+void ChooseRules(_Explanation* out) {
     const uint8_t scope = ScopeOfQuery(out->hasFrame, out->camera);
     std::vector<const _CapabilityRule*> sets;
     std::vector<const _CapabilityRule*> chosen;
@@ -224,7 +209,7 @@ void ChooseRules(const _InputContext& context, _Explanation* out) {
         chosen = sets;  // the reference names another function of the same work
     }
     for (const _CapabilityRule* rule : chosen) {
-        out->rules.push_back({rule, EvaluateInputs(*rule, context)});
+        out->rules.push_back({rule, {}});
     }
 }
 
@@ -280,18 +265,24 @@ _Explanation Explain(const Scenario& scenario, const TraceRecorder& recorder,
     } else {
         ExplainSession(recorded, ids, &out);
     }
-    const HostPlatform::ConfigText config = HostPlatform::ReadConfigText(scenario.configText);
-    _InputContext context;
-    context.scenario = &scenario;
-    context.setup = &setup;
-    context.recorded = &recorded;
-    context.facts = recorded.steps.empty() ? nullptr : &recorded.steps.back().facts;
-    context.config = &config;
-    context.camera = out.camera;
-    context.request = out.hasFrame ? RequestOfFrame(setup, out.frame) : nullptr;
-    ChooseRules(context, &out);
-    out.facts = SessionFactInputs(context);
+    out.sessionIndex = index;
+    ChooseRules(&out);
     return out;
+}
+
+void AddFacts(const ReportNode& report, _Explanation* out) {
+    const ReportNode* sessions = report.Find("sessions");
+    if (sessions == nullptr || out->sessionIndex >= sessions->Items().size()) {
+        return;
+    }
+    if (const ReportNode* facts = sessions->Items()[out->sessionIndex].Find("facts")) {
+        for (const auto& entry : facts->Entries()) {
+            _ExplainInput input;
+            input.what = entry.first;
+            input.value = entry.second.Scalar();
+            out->facts.push_back(input);
+        }
+    }
 }
 
 }  // namespace UilayerSim

@@ -1,8 +1,8 @@
 // `explain`: why a capability is or is not set on a camera of a replayed
 // session (or of one request): the configuration step that set or cleared it
 // with that step's log lines, the request contributions that added or removed
-// it, and the reference's rules for the bit with their inputs as this session
-// had them, down to the first input that kept a rule from setting it.
+// it, the reference's rules for the bit, and the changes of the inputs the
+// library read that set (or clear) it, each verified by a rerun.
 #ifndef UILAYER_SIM_EXPLAIN_H
 #define UILAYER_SIM_EXPLAIN_H
 
@@ -14,9 +14,11 @@
 #include <vector>
 
 #include "CapabilityReference.h"
+#include "core/Report.h"
 #include "core/Scenario.h"
-#include "replay/SessionFacts.h"
 #include "core/TraceRecorder.h"
+#include "experiment/Change.h"
+#include "replay/ReplayRecord.h"
 
 namespace UilayerSim {
 
@@ -35,7 +37,8 @@ struct _ExplainQuery {
     uint32_t frame = 0;
 };
 
-// What a rule read and what this session had there.
+// What a rule read and what this session had there; Failed (Met) when a
+// verified change of it sets (clears) the bit.
 enum class InputVerdict { Unknown, Met, Failed };
 
 struct _ExplainInput {
@@ -43,13 +46,19 @@ struct _ExplainInput {
     std::string value;  // as this session had it
     std::string where;  // "device.conf:12" for configuration keys, else empty
     InputVerdict verdict = InputVerdict::Unknown;
-    std::string reason;  // for a failed input: why, in one line
+    std::string reason;  // the verified change behind the verdict
 };
 
 struct _ExplainRule {
     const Lumora::_CapabilityRule* rule = nullptr;
     std::vector<_ExplainInput> inputs;
     const _ExplainInput* Failed() const;  // the first failed input, or null
+};
+
+// One change (or a pair) whose rerun flipped the bit.
+struct _ExplainChange {
+    std::vector<_Change> changes;
+    std::string text;  // as a user makes it
 };
 
 // One request contribution that changed the bit.
@@ -79,33 +88,32 @@ struct _Explanation {
     // or every rule that could have set it.
     std::vector<_ExplainRule> rules;
     std::vector<_ExplainInput> facts;  // the session facts behind every rule
+    // The verified changes that set a clear bit or clear a set one, the
+    // shortest first; how many reruns were tried; whether the search of pairs
+    // stopped at its bound.
+    std::vector<_ExplainChange> changes;
+    size_t tried = 0;
+    bool pairsStopped = false;
+    size_t sessionIndex = 0;
 };
 
 // The bit of a capability name or number; throws ExplainError (with a "did
 // you mean") for anything else.
 uint32_t ParseCapability(const std::string& text);
 
-// Everything the inputs of a rule are evaluated against.
-struct _InputContext {
-    const Scenario* scenario = nullptr;
-    const SessionSetup* setup = nullptr;
-    const _RecordedSession* recorded = nullptr;
-    const _RecordedFacts* facts = nullptr;
-    const HostPlatform::ConfigText* config = nullptr;
-    int64_t camera = -1;
-    const RequestSetup* request = nullptr;  // the request of the explained frame
-};
-
-// The inputs of `rule` as this session had them, in the rule's order; rules
-// that set a bit get a verdict where the simulator can tell.
-std::vector<_ExplainInput> EvaluateInputs(const Lumora::_CapabilityRule& rule,
-                                          const _InputContext& context);
-// The facts every rule of a session may read, for the explanation's footer.
-std::vector<_ExplainInput> SessionFactInputs(const _InputContext& context);
-
 // Explains the query against a replay recorded with requests.
 _Explanation Explain(const Scenario& scenario, const TraceRecorder& recorder,
                      const _ExplainQuery& query);
+// The session facts of the replay's report.
+void AddFacts(const ReportNode& report, _Explanation* explanation);
+// Adds the verified changes and the rules' inputs by rerunning the question's
+// session with candidate changes of every input the library read.
+void ExplainByExperiment(const Scenario& scenario, size_t session, const std::string& siblingRoot,
+                         _Explanation* explanation);
+// The caps of the last session of a replay (or of its last request, which
+// ScenarioUpTo makes the question's): "L:" and 100 '0'/'1', then " C<id>:"
+// and the same for each physical camera.
+std::string CapsProbe(const _ReplayRecord& record, bool hasFrame);
 
 std::string RenderExplanationText(const _Explanation& explanation);
 std::string RenderExplanationJson(const _Explanation& explanation);

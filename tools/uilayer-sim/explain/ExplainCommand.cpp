@@ -42,8 +42,10 @@ int RunExplainCommand(const CommandLine& line) {
             recorder.RecordOnlyFrame(query.frame);
         }
         options.recorder = &recorder;
-        Replay(scenario, options);
+        const ReportNode report = Replay(scenario, options);
         explanation = Explain(scenario, recorder, query);
+        AddFacts(report, &explanation);
+        ExplainByExperiment(scenario, explanation.sessionIndex, options.siblingRoot, &explanation);
     } catch (const ExplainError& error) {
         throw UsageError(error.what());
     } catch (const std::exception& error) {

@@ -103,6 +103,15 @@ std::string RenderExplanationText(const _Explanation& e) {
             out += "    " + InputLine(input) + "\n";
         }
     }
+    out += std::string(e.set ? "changes that clear it" : "changes that set it") + " (of " +
+           std::to_string(e.tried) + " reruns, each verified):\n";
+    for (const _ExplainChange& change : e.changes) {
+        out += "  " + change.text + "\n";
+    }
+    if (e.changes.empty()) {
+        out += std::string("  none found") +
+               (e.pairsStopped ? " (the search of pairs stopped at its bound)" : "") + "\n";
+    }
     out += "session facts:\n";
     for (const _ExplainInput& fact : e.facts) {
         out += "  " + InputLine(fact) + "\n";
@@ -145,6 +154,22 @@ std::string RenderExplanationJson(const _Explanation& e) {
             inputs.Push(InputNode(input));
         }
     }
+    ReportNode& changes = root.Add("changes", ReportNode::List());
+    for (const _ExplainChange& change : e.changes) {
+        for (const _Change& each : change.changes) {
+            ReportNode& item = changes.Push(ReportNode::Map());
+            item.Add("kind", ReportNode::Text(ChangeKindName(each.kind)));
+            item.Add("target", ReportNode::Text(each.target));
+            item.Add("value", ReportNode::Text(ChangeValue(each)));
+            item.Add("effect", ReportNode::Text(e.set ? "clears" : "sets"));
+            item.Add("verified", ReportNode::Boolean(true));
+            item.Add("text", ReportNode::Text(change.text));
+            if (change.changes.size() > 1) {
+                item.Add("together", ReportNode::Boolean(true));
+            }
+        }
+    }
+    root.Add("changes tried", ReportNode::Integer(static_cast<int64_t>(e.tried)));
     ReportNode& facts = root.Add("facts", ReportNode::List());
     for (const _ExplainInput& fact : e.facts) {
         facts.Push(InputNode(fact));

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "experiment/Experiments.h"
 #include "explain/Explain.h"
 #include "replay/Replay.h"
 #include "core/ScenarioReader.h"
@@ -114,35 +115,37 @@ protected:
     TraceRecorder recorder;
 };
 
-TEST_F(ExplainQuestionsTest, NamesTheInputThatKeptTheBitClear) {
-    struct Case {
+// Each answer is a change whose own rerun flips the bit: the test reruns every
+// change it prints and expects the one a user would make among them.
+TEST_F(ExplainQuestionsTest, AnswersWithChangesThatFlipTheBit) {
+    const struct {
         const char* cap;
         const char* session;
         const char* camera;
-        const char* failed;  // the reason of the first rule that names it
-    };
-    const Case cases[] = {
-        {"CapsVideoEIS", "dual video", "logical",
-         "EISTypeMatching: no row names camera name ''; a set of 2 cameras has no set name"},
-        {"94", "pro video", "logical",
-         "3D LUT off: persist.vendor.camera.3dlut.enable '0' overrides "
-         "OemCommonCapbility/Enable3DLut true (inline:5)"},
-        {"CapsOisCloseOcs", "chat", "0",
-         "not a generic system image (ro.product.brand 'lumora', ro.product.system.brand "
-         "'lumora', ro.build.product 'lumora_phone'), and package 'com.example.chat' is not an "
-         "OisCloseOcsApp client"},
-        {"CapsBokeh", "chat", "logical",
-         "operation mode 0x0 is not 0x8010, 0x8011, 0x8030, 0x8031, 0x8035, 0x8036"},
-        {"Caps3DLut", "chat", "logical", "the client sent no camera mode (session tag 160)"},
+        const char* change;
+    } cases[] = {
+        {"94", "pro video", "logical", "property persist.vendor.camera.3dlut.enable = 1"},
+        {"CapsOisCloseOcs", "chat", "0", "property ro.product.brand unset"},
         {"CapsCameraModeProVideoLog", "2", "logical",
-         "camera mode 'pro_video_mode' is not pro_video_log_mode"},
+         "session parameter CameraMode (vendor 160) = \"pro_video_log_mode\""},
+        {"Caps3DLut", "chat", "logical",
+         "session parameter CameraMode (vendor 160) = \"pro_video_mode\" and property "
+         "persist.vendor.camera.3dlut.enable = 1"},
+        {"CapsSystemCameraClient", "1", "logical", "remove session parameter"},
     };
-    for (const Case& c : cases) {
-        const _Explanation e = Explain(scenario, recorder, Query(c.cap, c.session, c.camera));
-        EXPECT_FALSE(e.set) << c.cap;
+    for (const auto& c : cases) {
+        _Explanation e = Explain(scenario, recorder, Query(c.cap, c.session, c.camera));
+        ExplainByExperiment(scenario, e.sessionIndex, UILAYER_SIM_SIBLING_ROOT, &e);
         bool named = false;
-        for (const _ExplainRule& rule : e.rules) {
-            named = named || (rule.Failed() != nullptr && rule.Failed()->reason == c.failed);
+        for (const _ExplainChange& change : e.changes) {
+            named = named || change.text.find(c.change) == 0;
+            const Scenario upTo = ScenarioUpTo(scenario, e.sessionIndex, false, 0);
+            const std::string probe = CapsProbe(ReplayWith(upTo, change.changes, e.sessionIndex,
+                                                           false, 0, UILAYER_SIM_SIBLING_ROOT),
+                                                false);
+            const std::string label = e.camera < 0 ? "L:" : "C" + std::to_string(e.camera) + ":";
+            EXPECT_EQ(e.set ? '0' : '1', probe.at(probe.find(label) + label.size() + e.bit))
+                << c.cap << ": " << change.text;
         }
         EXPECT_TRUE(named) << c.cap << "\n" << RenderExplanationText(e);
     }

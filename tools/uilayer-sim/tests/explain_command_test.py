@@ -29,8 +29,8 @@ def check(name, condition, result):
 # (arguments, status, text on stdout, text on stderr)
 CASES = [
     (["CapsSystemCameraClient", "--session", "1"], 0, "set by step ParseSessionParams", WARNING),
-    (["CapsVideoEIS", "--session", "dual video", "--no-lint"], 1,
-     "failed: EISTypeMatching: no row names camera name ''", ""),
+    (["CapsCameraModeProVideoLog", "--session", "2", "--no-lint"], 1,
+     '\n  session parameter CameraMode (vendor 160) = "pro_video_log_mode"\n', ""),
     (["CapsStreamPreview", "--session", "1", "--frame", "1"], 0,
      "added by a buffer of stream preview (role Preview)", WARNING),
     (["CapsVideoEISS"], 2, "", 'did you mean "CapsVideoEIS"'),
@@ -47,7 +47,10 @@ for args, status, out, err in CASES:
 result = run("explain", SCENARIO, "Caps3DLut", "--session", "pro video", "--json")
 answer = json.loads(result.stdout) if result.returncode == 1 else {}
 check("--json", answer.get("bit") == 94 and answer.get("set") is False and
-      any(rule["failed"] and "overrides" in rule["failed"] for rule in answer["rules"]), result)
+      {"kind": "property", "target": "persist.vendor.camera.3dlut.enable", "value": "1",
+       "effect": "sets", "verified": True} in
+      [{k: c[k] for k in ("kind", "target", "value", "effect", "verified")}
+       for c in answer["changes"]], result)
 
 # The lint before a replay warns on standard error only; --no-lint is silent.
 linted = run(SCENARIO)

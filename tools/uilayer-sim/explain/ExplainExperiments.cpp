@@ -1,0 +1,239 @@
+// Explains a bit by experiment: the question's session is replayed once with
+// the host recording what the library reads, then once for every candidate
+// change of those inputs; a change is reported only when its own rerun flipped
+// the bit. When no single change sets a clear bit, pairs of changes to inputs
+// of the bit's rules are tried, within a bound.
+#include <HostConfigReads.h>
+#include <HostConfigText.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "explain/Candidates.h"
+#include "explain/Explain.h"
+#include "experiment/Experiments.h"
+
+namespace UilayerSim {
+
+namespace {
+
+using HostPlatform::ConfigRead;
+using HostPlatform::ConfigReadKind;
+
+// Pairs tried at most for one question: a few hundred milliseconds of reruns.
+constexpr size_t kMaxPairs = 1500;
+
+std::string Bits(const Lumora::_CapsBitset& caps) {
+    std::string bits(Lumora::_CapsBitset::kBitCount, '0');
+    for (uint32_t bit = 0; bit < Lumora::_CapsBitset::kBitCount; ++bit) {
+        bits[bit] = caps.test(bit) ? '1' : '0';
+    }
+    return bits;
+}
+
+// Whether the bit is set on the camera in a probe ("1", "0"; an aborted or
+// failed rerun answers neither).
+char BitOfProbe(const std::string& probe, int64_t camera, uint32_t bit) {
+    const std::string label = camera < 0 ? "L:" : "C" + std::to_string(camera) + ":";
+    const size_t at = probe.find(label);
+    if (at == std::string::npos || at + label.size() + bit >= probe.size()) {
+        return '?';
+    }
+    return probe[at + label.size() + bit];
+}
+
+std::string PackReads(const std::vector<ConfigRead>& reads) {
+    std::string text;
+    for (const ConfigRead& read : reads) {
+        text += std::to_string(static_cast<int>(read.kind)) + "\t" + read.group + "\t" + read.key +
+                "\t" + std::to_string(read.tag) + "\n";
+    }
+    return text;
+}
+
+std::vector<ConfigRead> UnpackReads(const std::string& text) {
+    std::vector<ConfigRead> reads;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line)) {
+        std::istringstream fields(line);
+        std::string kind, tag;
+        ConfigRead read;
+        if (std::getline(fields, kind, '\t') && std::getline(fields, read.group, '\t') &&
+            std::getline(fields, read.key, '\t') && std::getline(fields, tag)) {
+            read.kind = static_cast<ConfigReadKind>(std::stoi(kind));
+            read.tag = static_cast<uint32_t>(std::stoul(tag));
+            reads.push_back(read);
+        }
+    }
+    return reads;
+}
+
+// The value an input has in the scenario, where the scenario says it.
+void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
+                   const SessionSetup& setup, _ExplainInput* input) {
+    if (in.kind == Lumora::kInputConfig) {
+        const HostPlatform::ConfigText text = HostPlatform::ReadConfigText(scenario.configText);
+        const HostPlatform::ConfigGroup* group = text.Find(in.group);
+        const HostPlatform::ConfigKey* key = group != nullptr ? group->Find(in.key) : nullptr;
+        if (group == nullptr) {
+            input->value = "group absent";
+        } else if (key != nullptr) {
+            for (const std::string& value : key->values) {
+                input->value += (input->value.empty() ? "" : ", ") + value;
+            }
+            input->where = scenario.configName + ":" + std::to_string(key->line);
+        }
+    } else if (in.kind == Lumora::kInputProperty) {
+        input->value = "unset";
+        for (const auto* list : {&scenario.properties, &setup.properties}) {
+            for (const auto& property : *list) {
+                input->value =
+                    property.first == in.value ? "'" + property.second + "'" : input->value;
+            }
+        }
+    } else if (in.kind == Lumora::kInputOperationMode) {
+        std::ostringstream hex;
+        hex << "0x" << std::uppercase << std::hex << setup.operationMode;
+        input->value = hex.str();
+    }
+}
+
+}  // namespace
+
+std::string CapsProbe(const _ReplayRecord& record, bool hasFrame) {
+    if (record.sessions.empty()) {
+        return "";
+    }
+    const _SessionRecord& session = record.sessions.back();
+    if (hasFrame) {
+        if (session.steps.empty()) {
+            return "";
+        }
+        const _StepRecord& step = session.steps.back();
+        std::string probe = "L:" + Bits(step.caps);
+        for (const auto& camera : step.cameraCaps) {
+            probe += " C" + std::to_string(camera.first) + ":" + Bits(camera.second);
+        }
+        return probe;
+    }
+    std::string probe = "L:" + Bits(session.logicalCaps);
+    for (const auto& camera : session.physicalCaps) {
+        probe += " C" + std::to_string(camera.first) + ":" + Bits(camera.second);
+    }
+    return probe;
+}
+
+void ExplainByExperiment(const Scenario& full, size_t session, const std::string& siblingRoot,
+                         _Explanation* out) {
+    _Question question;
+    question.session = session;
+    question.hasFrame = out->hasFrame;
+    question.frame = out->frame;
+    const Scenario scenario = ScenarioUpTo(full, session, out->hasFrame, out->frame);
+    const auto rerun = [&](const std::vector<_Change>& changes) {
+        return CapsProbe(
+            ReplayWith(scenario, changes, session, out->hasFrame, out->frame, siblingRoot),
+            out->hasFrame);
+    };
+    const std::vector<std::string> baseline = RunIsolated(1, [&](size_t) {
+        HostPlatform::TakeConfigurationReads();
+        HostPlatform::SetConfigurationReadRecording(true);
+        const std::string probe = rerun({});
+        HostPlatform::SetConfigurationReadRecording(false);
+        return probe + "\n" + PackReads(HostPlatform::TakeConfigurationReads());
+    });
+    const size_t cut = baseline[0].find('\n');
+    const char before = BitOfProbe(baseline[0].substr(0, cut), out->camera, out->bit);
+    if (cut == std::string::npos || before == '?') {
+        return;
+    }
+    std::vector<Lumora::_CapabilityInput> focus;
+    for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
+        for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
+            focus.push_back(input);
+        }
+    }
+    const std::vector<_Change> candidates =
+        CandidateChanges(scenario, question, UnpackReads(baseline[0].substr(cut + 1)), focus);
+    const std::vector<std::string> probes =
+        RunIsolated(candidates.size(), [&](size_t i) { return rerun({candidates[i]}); });
+    out->tried = candidates.size();
+    for (size_t i = 0; i < candidates.size(); ++i) {
+        const char after = BitOfProbe(probes[i], out->camera, out->bit);
+        if (after != '?' && after != before) {
+            out->changes.push_back({{candidates[i]}, ChangeText(candidates[i], full)});
+        }
+    }
+    // Pairs of changes to what the bit's rules read, when no single change sets it.
+    std::vector<size_t> paired;
+    const uint8_t scope =
+        out->hasFrame
+            ? (out->camera < 0 ? Lumora::kScopeRequestLogical : Lumora::kScopeRequestPhysical)
+            : (out->camera < 0 ? Lumora::kScopeSessionLogical : Lumora::kScopeSessionPhysical);
+    for (size_t i = 0; i < candidates.size() && out->changes.empty() && !out->set; ++i) {
+        bool touches = false;
+        for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
+            for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
+                touches =
+                    touches || ((rule->scope & scope) != 0 && rule->effect == Lumora::kEffectSets &&
+                                ChangeTouches(candidates[i], input));
+            }
+        }
+        if (touches) {
+            paired.push_back(i);
+        }
+    }
+    std::vector<std::pair<size_t, size_t>> pairs;
+    for (size_t a = 0; a < paired.size(); ++a) {
+        for (size_t b = a + 1; b < paired.size(); ++b) {
+            const _Change& first = candidates[paired[a]];
+            const _Change& second = candidates[paired[b]];
+            const bool sameValue = first.kind == second.kind && first.target == second.target &&
+                                   first.field == second.field;
+            if (!sameValue) {
+                pairs.emplace_back(paired[a], paired[b]);
+            }
+        }
+    }
+    out->pairsStopped = pairs.size() > kMaxPairs;
+    pairs.resize(std::min(pairs.size(), kMaxPairs));
+    const std::vector<std::string> pairProbes = RunIsolated(pairs.size(), [&](size_t i) {
+        return rerun({candidates[pairs[i].first], candidates[pairs[i].second]});
+    });
+    out->tried += pairs.size();
+    for (size_t i = 0; i < pairs.size(); ++i) {
+        const char after = BitOfProbe(pairProbes[i], out->camera, out->bit);
+        if (after != '?' && after != before) {
+            const _Change& first = candidates[pairs[i].first];
+            const _Change& second = candidates[pairs[i].second];
+            out->changes.push_back(
+                {{first, second}, ChangeText(first, full) + " and " + ChangeText(second, full)});
+        }
+    }
+    std::stable_sort(out->changes.begin(), out->changes.end(),
+                     [](const _ExplainChange& a, const _ExplainChange& b) {
+                         return a.changes.size() != b.changes.size()
+                                    ? a.changes.size() < b.changes.size()
+                                    : a.text.size() < b.text.size();
+                     });
+    // Each rule's inputs as the scenario has them; an input a verified change
+    // of which flips the bit is the one that held it (or holds it).
+    for (_ExplainRule& rule : out->rules) {
+        for (const Lumora::_CapabilityInput& in : Lumora::ParseInputs(*rule.rule)) {
+            _ExplainInput input;
+            input.what = std::string(Lumora::InputKindText(in.kind)) + " " + in.value;
+            DescribeInput(in, full, full.sessions[session], &input);
+            for (const _ExplainChange& change : out->changes) {
+                if (input.verdict == InputVerdict::Unknown && change.changes.size() == 1 &&
+                    ChangeTouches(change.changes[0], in)) {
+                    input.verdict = out->set ? InputVerdict::Met : InputVerdict::Failed;
+                    input.reason = (out->set ? "cleared by: " : "set by: ") + change.text;
+                }
+            }
+            rule.inputs.push_back(input);
+        }
+    }
+}
+
+}  // namespace UilayerSim
