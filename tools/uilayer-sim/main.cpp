@@ -21,7 +21,7 @@ constexpr const char* kAbout =
     "  1  lint: there are findings; explain: the capability is not set;\n"
     "     whatif, diff: a decision differs\n"
     "  2  bad command line, unreadable file, or a mistake in the scenario\n"
-    "  3  the device could not be set up\n"
+    "  3  the device could not be set up; whatif, diff: a replay aborted in the library\n"
     "  killed by SIGABRT (134 in a shell) when the library aborts the process";
 
 const std::vector<Subcommand>& Commands() {

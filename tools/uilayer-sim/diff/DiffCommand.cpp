@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -68,15 +69,11 @@ public:
     SubsetReplays(const Scenario& old, const std::vector<_ConfigDifference>& differences)
         : m_old(old), m_differences(differences) {}
 
-    // Replays the subsets not replayed yet, in one batch of child processes.
+    // Replays the (distinct) subsets not replayed yet, in one batch of child processes.
     void Run(const std::vector<Subset>& subsets) {
         std::vector<Subset> missing;
-        for (const Subset& subset : subsets) {
-            if (m_done.count(subset) == 0 &&
-                std::find(missing.begin(), missing.end(), subset) == missing.end()) {
-                missing.push_back(subset);
-            }
-        }
+        std::copy_if(subsets.begin(), subsets.end(), std::back_inserter(missing),
+                     [&](const Subset& subset) { return m_done.count(subset) == 0; });
         const std::vector<std::string> results = RunIsolated(missing.size(), [&](size_t i) {
             std::vector<_Change> changes;
             for (size_t index : missing[i]) {
