@@ -18,9 +18,10 @@ constexpr const char* kAbout =
     "\n"
     "exit status:\n"
     "  0  replay done, configuration clean, help or list shown\n"
-    "  1  lint: there are findings; explain: the capability is not set\n"
+    "  1  lint: there are findings; explain: the capability is not set;\n"
+    "     whatif, diff: a decision differs\n"
     "  2  bad command line, unreadable file, or a mistake in the scenario\n"
-    "  3  the device could not be set up\n"
+    "  3  the device could not be set up; whatif, diff: a replay aborted in the library\n"
     "  killed by SIGABRT (134 in a shell) when the library aborts the process";
 
 const std::vector<Subcommand>& Commands() {
@@ -133,6 +134,24 @@ const std::vector<Subcommand>& Commands() {
          1,
          1,
          UilayerSim::RunWhatIfCommand},
+        {"diff",
+         "OLD.conf NEW.conf SCENARIO... | OLD.yaml NEW.yaml",
+         "list the decisions a configuration change changes",
+         "Replays each scenario with configuration OLD and with configuration NEW (or\n"
+         "replays the two scenarios) and prints the configuration differences (keys\n"
+         "added, removed or changed, with their lines in OLD and NEW), then each decision\n"
+         "that changed, per scenario and session. Each change names its causes: the\n"
+         "fewest differences that reproduce it when applied to OLD, found by replaying\n"
+         "OLD with each difference alone, then by delta debugging over the differences\n"
+         "(with a bound on the replays, and a word when it stops early).\n"
+         "\n"
+         "exit status: 0 no decision changed, 1 some changed, 2 bad command line,\n"
+         "unreadable file, scenario mistake or a configuration the store refuses,\n"
+         "3 device set-up failed or a replay aborted in the library.",
+         {{"--json", nullptr, "write the changes as one JSON object (see docs/diff.schema.json)"}},
+         2,
+         SIZE_MAX,
+         UilayerSim::RunDiffCommand},
     };
     return commands;
 }

@@ -1,6 +1,7 @@
 // The command line of uilayer-sim (Cli.h) and what its subcommands share (Commands.h).
 #include "core/Cli.h"
 
+#include <HostConfigText.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -254,6 +255,24 @@ bool LoadScenario(const std::string& path, Scenario* scenario) {
         fprintf(stderr, "%s\n", error.what());
         return false;
     }
+    return true;
+}
+
+bool LoadConfiguration(const std::string& path, Scenario* scenario) {
+    std::string text;
+    std::string reason;
+    if (!ReadWholeFile(path, &text, &reason)) {
+        ReportUnreadable(path, reason);
+        return false;
+    }
+    const HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText(text);
+    if (const HostPlatform::ConfigProblem* problem = parsed.FirstMalformed()) {
+        fprintf(stderr, "%s:%d: %s: the configuration store refuses the whole file\n", path.c_str(),
+                problem->line, HostPlatform::DescribeConfigProblem(*problem).c_str());
+        return false;
+    }
+    scenario->configText = text;
+    scenario->configName = path.substr(path.rfind('/') + 1);
     return true;
 }
 

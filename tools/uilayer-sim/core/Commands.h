@@ -15,6 +15,7 @@ struct ReplayOptions;
 
 // Each command's operands and options are in the command table of main.cpp.
 int RunReplayCommand(const CommandLine& line);
+int RunDiffCommand(const CommandLine& line);
 int RunExplainCommand(const CommandLine& line);
 int RunLintCommand(const CommandLine& line);
 int RunNamesCommand(const CommandLine& line);
@@ -27,6 +28,9 @@ std::string SiblingRoot();
 // Reads the scenario of the command line; false (after saying why on
 // standard error) when it cannot be read or has a mistake.
 bool LoadScenario(const std::string& path, Scenario* scenario);
+// Replaces the scenario's configuration with the file at `path`; false (after
+// saying why) when it cannot be read or the configuration store refuses it.
+bool LoadConfiguration(const std::string& path, Scenario* scenario);
 // The options of a replay run from the command line, with the abort and
 // interrupt handlers installed.
 ReplayOptions CommandReplayOptions(bool log);

@@ -151,4 +151,20 @@ std::string ChangeSummary(const _DecisionChange& change) {
     return text.empty() ? change.before + " -> " + change.after : text;
 }
 
+ReportNode& ReportDecisionChange(const _DecisionChange& change, ReportNode* list, std::string* text,
+                                 std::string* session) {
+    const size_t cut = change.path.find(" / ");
+    const std::string where = change.path.substr(0, cut);
+    const std::string what = cut == std::string::npos ? "" : change.path.substr(cut + 3);
+    ReportNode& item = list->Push(ReportNode::Map());
+    item.Add("session", ReportNode::Text(where));
+    item.Add("decision", ReportNode::Text(what));
+    item.Add("before", ReportNode::Text(change.before));
+    item.Add("after", ReportNode::Text(change.after));
+    *text += (where != *session ? where + ":\n" : "") + "  " + what + ": " + ChangeSummary(change) +
+             "\n";
+    *session = where;
+    return item;
+}
+
 }  // namespace UilayerSim

@@ -34,6 +34,11 @@ Decisions UnpackDecisions(const std::string& text);
 
 // "before -> after", or for two lists of names "+Added, -Removed".
 std::string ChangeSummary(const _DecisionChange& change);
+// Adds `change` to `list` as {session, decision, before, after} and to `text`
+// as "  decision: summary", after a "session:" line when its session is not
+// `*session` (which it then becomes); returns the item added.
+ReportNode& ReportDecisionChange(const _DecisionChange& change, ReportNode* list, std::string* text,
+                                 std::string* session);
 
 }  // namespace UilayerSim
 

@@ -83,6 +83,13 @@ std::vector<std::string> RunIsolated(size_t count, const std::function<std::stri
     return results;
 }
 
+std::string RunFailure(const std::string& result) {
+    const std::string error = "error: ";
+    return result == kAborted                            ? "aborts in the library"
+           : result.compare(0, error.size(), error) == 0 ? result.substr(error.size())
+                                                         : "";
+}
+
 Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, uint32_t frame) {
     Scenario out = scenario;
     out.sessions.resize(std::min(session + 1, out.sessions.size()));

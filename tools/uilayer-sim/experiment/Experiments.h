@@ -23,6 +23,9 @@ extern const char* const kAborted;
 // Runs `run(0)` .. `run(count - 1)` in child processes and returns their
 // results in order; a run that throws gives "error: " and the message.
 std::vector<std::string> RunIsolated(size_t count, const std::function<std::string(size_t)>& run);
+// Why a run of RunIsolated failed ("aborts in the library", or the error's
+// message), or "" when it gave its result.
+std::string RunFailure(const std::string& result);
 
 // The scenario up to what a question about session `session` (and, when
 // `hasFrame`, request `frame` of it) needs: the sessions before it whole, its

@@ -1,14 +1,12 @@
 // uilayer-sim sweep: configures every guaranteed stream combination against a
 // device and writes the table.
 
-#include <HostConfigText.h>
 #include <hardware/camera3.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <iterator>
 #include <stdexcept>
 
@@ -70,25 +68,6 @@ bool ParseLevel(const std::string& text, HardwareLevel* level) {
     return false;
 }
 
-// Replaces the device's configuration with the file at `path`; false (after
-// a message) when it cannot be read or the configuration store would refuse it.
-bool OverrideConfiguration(const std::string& path, Scenario* device) {
-    std::string text;
-    if (!ReadWholeFile(path, &text)) {
-        fprintf(stderr, "uilayer-sim sweep: cannot read %s\n", path.c_str());
-        return false;
-    }
-    const HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText(text);
-    if (const HostPlatform::ConfigProblem* problem = parsed.FirstMalformed()) {
-        fprintf(stderr, "%s:%d: %s: the configuration store refuses the whole file\n", path.c_str(),
-                problem->line, HostPlatform::DescribeConfigProblem(*problem).c_str());
-        return false;
-    }
-    device->configText = text;
-    device->configName = std::filesystem::path(path).filename().string();
-    return true;
-}
-
 }  // namespace
 
 int RunSweepCommand(const CommandLine& line) {
@@ -116,7 +95,7 @@ int RunSweepCommand(const CommandLine& line) {
         fprintf(stderr, "%s\n", error.what());
         return kExitUsage;
     }
-    if (!config.empty() && !OverrideConfiguration(config, &device)) {
+    if (!config.empty() && !LoadConfiguration(config, &device)) {
         return kExitUsage;
     }
     std::string output;

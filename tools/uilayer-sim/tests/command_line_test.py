@@ -18,6 +18,7 @@ import jsonschema
 
 SIM, EXAMPLES = sys.argv[1], sys.argv[2]
 LINT_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "lint.schema.json")
+DIFF_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "diff.schema.json")
 PHOTO = os.path.join(EXAMPLES, "photo.yaml")
 CONF = os.path.join(EXAMPLES, "device.conf")
 
@@ -186,6 +187,35 @@ def scenario_cases(directory):
     check("no record", len(re.findall(r": no record for the frame$", result.stdout, re.M)) == 4, result.stdout)
 
 
+def diff_cases(directory):
+    # Three keys changed: one the bundled scenarios never feel, one that zoom-video
+    # feels alone, and one that photo feels only together with it.
+    new = os.path.join(directory, "new.conf")
+    with open(CONF, encoding="utf-8") as source, open(new, "w", encoding="utf-8") as target:
+        target.write(source.read().replace("Enable3DLut = true", "Enable3DLut = false")
+                     .replace("SupportSnaphotLockMaster = true\n", "")
+                     .replace("isEnableMIPMAP = true", "isEnableMIPMAP = false"))
+    zoom = os.path.join(EXAMPLES, "zoom-video.yaml")
+    result = expect("diff", ["diff", CONF, new, PHOTO, zoom, "--json"], 1)
+    report = json.loads(result.stdout)
+    with open(DIFF_SCHEMA, encoding="utf-8") as stream:
+        jsonschema.validate(report, json.load(stream))
+    found = [(d["kind"], d["key"], d["old_line"] is None, d["new_line"] is None)
+             for d in report["differences"]]
+    check("diff differences", found == [("changed", "Enable3DLut", False, False),
+                                        ("removed", "SupportSnaphotLockMaster", False, True),
+                                        ("changed", "isEnableMIPMAP", False, False)], found)
+    causes = [[(c["decision"], c["causes"], c["search"]) for c in each["changes"]]
+              for each in report["scenarios"]]
+    check("diff causes", causes == [[("logical caps", [1, 2], "found")],
+                                    [("logical caps", [1], "found")]], causes)
+    expect("diff text", ["diff", CONF, new, zoom], 1,
+           out=r"^  logical caps: -CapsSnapshotLockMaster\n    causes: #2 OemCamSettings/")
+    expect("diff same", ["diff", CONF, CONF, PHOTO], 0, out="no decision changed")
+    expect("diff missing", ["diff", CONF, "missing.conf", PHOTO], 2, err="missing.conf: No such")
+    expect("diff no scenario", ["diff", CONF, new], 2, err="no SCENARIO")
+
+
 def signal_cases(directory):
     steps = "      - repeat: {count: 10000000, request: {buffers: [preview]}}"
     path = scenario(directory, steps)
@@ -213,6 +243,7 @@ def signal_cases(directory):
     result = run([bokeh, "--log"], env=dict(os.environ, TMPDIR=tmp))
     check("abort", result.returncode == -signal.SIGABRT, result.returncode)
     check("abort clean-up", os.listdir(tmp) == [], os.listdir(tmp))
+    expect("diff abort", ["diff", CONF, CONF, bokeh], 3, err="bokeh.yaml with .* aborts in the library")
     check("abort log", re.search(r"^uilayer-sim: log: E .*\n(.|\n)*the library aborted the process during",
                                  result.stderr, re.M), result.stderr[-400:])
 
@@ -223,6 +254,7 @@ def main():
         sweep_cases()
         lint_cases(directory)
         scenario_cases(directory)
+        diff_cases(directory)
         signal_cases(directory)
     for failure in failures:
         print(failure)

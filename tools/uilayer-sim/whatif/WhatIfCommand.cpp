@@ -2,7 +2,6 @@
 // keys or properties changed, and prints the decisions that differ.
 #include <HostConfigReads.h>
 #include <HostConfigText.h>
-#include <HostFiles.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -100,13 +99,6 @@ std::vector<std::string> PropertiesRead(const Scenario& scenario) {
     return names;
 }
 
-// The session part of a decision's path, and the rest.
-std::pair<std::string, std::string> SplitPath(const std::string& path) {
-    const size_t cut = path.find(" / ");
-    return cut == std::string::npos ? std::make_pair(path, std::string())
-                                    : std::make_pair(path.substr(0, cut), path.substr(cut + 3));
-}
-
 }  // namespace
 
 int RunWhatIfCommand(const CommandLine& line) {
@@ -114,14 +106,8 @@ int RunWhatIfCommand(const CommandLine& line) {
     if (!LoadScenario(line.operands.front(), &scenario)) {
         return kExitUsage;
     }
-    if (line.Has("--config")) {
-        const std::string path = line.Value("--config", "");
-        std::string reason;
-        if (!HostPlatform::ReadWholeFile(path, &scenario.configText, &reason)) {
-            ReportUnreadable(path, reason);
-            return kExitUsage;
-        }
-        scenario.configName = path.substr(path.rfind('/') + 1);
+    if (line.Has("--config") && !LoadConfiguration(line.Value("--config", ""), &scenario)) {
+        return kExitUsage;
     }
     std::vector<_Change> changes;
     for (const auto& option : line.given) {
@@ -153,10 +139,9 @@ int RunWhatIfCommand(const CommandLine& line) {
             DecisionsOf(ReplayWith(scenario, applied, SIZE_MAX, false, 0, SiblingRoot())));
     });
     for (const std::string& result : results) {
-        if (result == kAborted || result.rfind("error: ", 0) == 0) {
+        if (!RunFailure(result).empty()) {
             fprintf(stderr, "uilayer-sim: the %s replay %s\n",
-                    &result == &results[0] ? "unchanged" : "changed",
-                    result == kAborted ? "aborts in the library" : result.c_str() + 7);
+                    &result == &results[0] ? "unchanged" : "changed", RunFailure(result).c_str());
             return kExitSetup;
         }
     }
@@ -176,15 +161,7 @@ int RunWhatIfCommand(const CommandLine& line) {
     std::string text;
     std::string session;
     for (const _DecisionChange& difference : differences) {
-        const auto [where, what] = SplitPath(difference.path);
-        ReportNode& item = found.Push(ReportNode::Map());
-        item.Add("session", ReportNode::Text(where));
-        item.Add("decision", ReportNode::Text(what));
-        item.Add("before", ReportNode::Text(difference.before));
-        item.Add("after", ReportNode::Text(difference.after));
-        text += (where != session ? where + ":\n" : "") + "  " + what + ": " +
-                ChangeSummary(difference) + "\n";
-        session = where;
+        ReportDecisionChange(difference, &found, &text, &session);
     }
     if (line.Has("--json")) {
         WriteOut(RenderJson(root));
