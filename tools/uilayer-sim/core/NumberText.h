@@ -1,4 +1,4 @@
-// The written form of integers in scenarios and configuration files, apart
+// The written form of numbers in scenarios and configuration files, apart
 // from their range: tells a number too large to convert from text that is no
 // number at all.
 #ifndef UILAYER_SIM_NUMBER_TEXT_H
@@ -11,6 +11,9 @@ namespace UilayerSim {
 // An optional sign, then decimal digits or 0x and hexadecimal digits, of any
 // length.
 bool IsIntegerSyntax(const std::string& text);
+// Whether a float's text names nan or inf (strtod's "nan", "-inf", "infinity"
+// or YAML's ".nan", ".Inf"): readers refuse those as values.
+bool NamesNonFinite(const std::string& text);
 
 }  // namespace UilayerSim
 

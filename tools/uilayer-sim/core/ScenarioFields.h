@@ -7,8 +7,9 @@
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
-#include <cerrno>
+#include <cfloat>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
 #include <set>
@@ -121,16 +122,23 @@ public:
         return static_cast<int32_t>(Integer(node, field, INT32_MIN, INT32_MAX));
     }
 
-    double Number(const YAML::Node& node, const std::string& field) const {
+    // A float: finite, and within a float's range (what underflows is 0).
+    float Number(const YAML::Node& node, const std::string& field) const {
         const std::string text = Text(node, field);
+        if (NamesNonFinite(text)) {
+            Fail(node, field, text + " is not a finite number: nan and inf are refused");
+        }
         char* end = nullptr;
-        errno = 0;
         const double value = strtod(text.c_str(), &end);
-        if (text.empty() || end != text.c_str() + text.size() || errno == ERANGE ||
-            !std::isfinite(value)) {
+        if (text.empty() || end != text.c_str() + text.size()) {
             Fail(node, field, "\"" + text + "\" is not a number");
         }
-        return value;
+        if (std::fabs(value) > FLT_MAX) {
+            char range[40];
+            snprintf(range, sizeof(range), "%g..%g", -FLT_MAX, FLT_MAX);
+            Fail(node, field, text + " is out of range (" + range + ")");
+        }
+        return static_cast<float>(value);
     }
 
     bool Boolean(const YAML::Node& node, const std::string& field) const {

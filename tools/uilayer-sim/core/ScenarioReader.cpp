@@ -6,8 +6,10 @@
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
+#include <strings.h>
 
 #include <HostConfigText.h>
 
@@ -40,12 +42,105 @@ ScenarioError YamlError(const std::string& path, const YAML::Exception& error,
                          prefix + error.msg);
 }
 
-YAML::Node LoadYaml(const std::string& text, const std::string& path) {
-    try {
-        return YAML::Load(text);
-    } catch (const YAML::Exception& error) {
-        throw YamlError(path, error, "not valid YAML: ");
+bool NamesNonFinite(const std::string& text) {
+    size_t start = text.find_first_not_of("+-");
+    start += start < text.size() && text[start] == '.' ? 1 : 0;
+    return strncasecmp(text.c_str() + std::min(start, text.size()), "nan", 3) == 0 ||
+           strncasecmp(text.c_str() + std::min(start, text.size()), "inf", 3) == 0;
+}
+
+namespace {
+
+constexpr const char* kUnclosedQuote = "the quoted text opened here is not closed";
+
+// The closing quote of the quoted scalar opening at `pos`, npos when there is
+// none: the parser may take an unclosed one to the end of the file.
+size_t ClosingQuote(const std::string& text, size_t pos) {
+    const char quote = text[pos];
+    for (size_t i = pos + 1; i < text.size(); ++i) {
+        if (quote == '"' && text[i] == '\\') {
+            ++i;
+        } else if (text[i] == quote) {
+            if (quote == '"' || i + 1 == text.size() || text[i + 1] != '\'') {
+                return i;
+            }
+            ++i;  // '' stands for one quote
+        }
     }
+    return std::string::npos;
+}
+
+// The mistake at byte `pos` of `text`, named by its line.
+ScenarioError ErrorAt(const std::string& path, const std::string& text, size_t pos,
+                      const std::string& reason) {
+    return ScenarioError(
+        path, static_cast<int>(std::count(text.begin(), text.begin() + pos, '\n')) + 1, "", reason);
+}
+
+// A quote that opens a scalar (after a blank line start, ':', ',', '[', '{',
+// '-' or '?') and never closes, for text the parser refuses; npos when none.
+size_t UnclosedQuote(const std::string& text) {
+    char before = '\n';  // the last character that is not a blank
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '#' && (i == 0 || isspace(static_cast<unsigned char>(text[i - 1])) != 0)) {
+            i = std::min(text.find('\n', i), text.size());
+            before = '\n';
+        } else if ((c == '"' || c == '\'') && strchr("\n:,[{-?", before) != nullptr) {
+            const size_t close = ClosingQuote(text, i);
+            if (close == std::string::npos) {
+                return i;
+            }
+            i = close;
+            before = c;
+        } else if (c != ' ' && c != '\t') {
+            before = c;
+        }
+    }
+    return std::string::npos;
+}
+
+// Every scalar of `node` closes its quotes and holds no NUL (written as an escape).
+void CheckScalars(const YAML::Node& node, const std::string& text, const std::string& path) {
+    const YAML::Mark mark = node.Mark();
+    const size_t pos = static_cast<size_t>(mark.pos);
+    if (node.IsScalar() && mark.pos >= 0 && pos < text.size() &&
+        (text[pos] == '"' || text[pos] == '\'') && ClosingQuote(text, pos) == std::string::npos) {
+        throw ErrorAt(path, text, pos, kUnclosedQuote);
+    }
+    if (node.IsScalar() && node.Scalar().find('\0') != std::string::npos) {
+        throw ScenarioError(path, mark.line + 1, "",
+                            "a NUL in the value at column " + std::to_string(mark.column + 1));
+    }
+    for (auto it = node.begin(); !node.IsScalar() && it != node.end(); ++it) {
+        if (node.IsMap()) {
+            CheckScalars(it->first, text, path);
+        }
+        CheckScalars(node.IsMap() ? it->second : *it, text, path);
+    }
+}
+
+}  // namespace
+
+YAML::Node LoadYaml(const std::string& text, const std::string& path) {
+    const size_t nul = text.find('\0');
+    if (nul != std::string::npos) {
+        const size_t lineStart = text.rfind('\n', nul);
+        throw ErrorAt(
+            path, text, nul,
+            "a NUL byte at column " +
+                std::to_string(nul - (lineStart == std::string::npos ? 0 : lineStart + 1) + 1));
+    }
+    YAML::Node root;
+    try {
+        root = YAML::Load(text);
+    } catch (const YAML::Exception& error) {
+        const size_t quote = UnclosedQuote(text);
+        throw quote != std::string::npos ? ErrorAt(path, text, quote, kUnclosedQuote)
+                                         : YamlError(path, error, "not valid YAML: ");
+    }
+    CheckScalars(root, text, path);
+    return root;
 }
 
 namespace {

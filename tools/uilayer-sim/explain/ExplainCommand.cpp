@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "core/Commands.h"
+#include "core/ScenarioReader.h"
 #include "core/TraceRecorder.h"
 #include "explain/Explain.h"
 #include "replay/Replay.h"
@@ -46,6 +47,9 @@ int RunExplainCommand(const CommandLine& line) {
         explanation = Explain(scenario, recorder, query);
     } catch (const ExplainError& error) {
         throw UsageError(error.what());
+    } catch (const ScenarioError& error) {
+        fprintf(stderr, "%s\n", error.what());
+        return kExitUsage;
     } catch (const std::exception& error) {
         fprintf(stderr, "uilayer-sim: %s\n", error.what());
         return kExitSetup;
