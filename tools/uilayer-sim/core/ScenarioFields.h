@@ -24,9 +24,6 @@
 
 namespace UilayerSim {
 
-// Optional sign, then decimal digits or 0x and hexadecimal digits, within the
-// range of a signed 64-bit value.
-bool ParseIntegerText(const std::string& text, int64_t* value);
 // The ScenarioError of a YAML parse or access error in `path`.
 ScenarioError YamlError(const std::string& path, const YAML::Exception& error,
                         const std::string& prefix = "");
