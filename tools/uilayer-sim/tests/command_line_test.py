@@ -97,6 +97,8 @@ def command_line_cases():
     expect("replay a directory", [EXAMPLES], 2, err=r"^uilayer-sim: " + re.escape(EXAMPLES) + ": Is a directory$")
     expect("missing file", ["nothing.yaml"], 2, err=r"^uilayer-sim: nothing.yaml: No such file or directory$")
     expect("lint missing and clean", ["lint", "nothing.conf", CONF], 2, err=r"nothing.conf: No such file")
+    expect("lint json missing", ["lint", "--format", "json", "nothing.conf"], 2,
+           out=r'"file": "nothing.conf", "line": 0, .*"rule": "unreadable", "message": "cannot read: No such')
     expect("names caps", ["names", "caps"], 0, out=r"^49\tCapsVideoEIS$(.|\n)*^81\tCaps4x4Izoom$")
     expect("names roles", ["names", "roles"], 0, out=r"^1\tPreview$")
     expect("names formats", ["names", "formats"], 0, out=r"^33\tBLOB$")
