@@ -187,7 +187,7 @@ Scenario ReadWith(const std::string& path, Read read) {
 
 }  // namespace
 
-Scenario SectionReader::Read(const YAML::Node& root) {
+Scenario SectionReader::Read(const YAML::Node& root, bool needSessions) {
     CheckFields(root, "", {"device", "config", "config_text", "properties", "files", "sessions"});
     Scenario scenario;
     const YAML::Node device = Required(root, "device", "");
@@ -206,6 +206,9 @@ Scenario SectionReader::Read(const YAML::Node& root) {
     ReadConfiguration(root, &scenario);
     Optional(root, "", "properties", &scenario.properties, &SectionReader::ReadProperties);
     Optional(root, "", "files", &scenario.files, &SectionReader::ReadFiles);
+    if (!needSessions && !root["sessions"].IsDefined()) {
+        return scenario;
+    }
     const YAML::Node sessions = Required(root, "sessions", "");
     Sequence(sessions, "sessions");
     if (sessions.size() == 0) {
@@ -311,13 +314,14 @@ ScenarioError::ScenarioError(const std::string& file, int line, const std::strin
     : std::runtime_error(file + ":" + std::to_string(line) + ": " +
                          (field.empty() ? std::string() : field + ": ") + reason) {}
 
-Scenario ReadScenarioText(const std::string& text, const std::string& path) {
+Scenario ReadScenarioText(const std::string& text, const std::string& path, bool needSessions) {
     const YAML::Node root = LoadYaml(text, path);
     if (!root.IsMap()) {
         throw ScenarioError(path, 1, "", "a scenario is a map with device and sessions");
     }
-    return ReadWith(
-        path, [&](SectionReader& reader, Scenario* scenario) { *scenario = reader.Read(root); });
+    return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
+        *scenario = reader.Read(root, needSessions);
+    });
 }
 
 Scenario ReadScenarioFile(const std::string& path) {
@@ -336,7 +340,7 @@ Scenario ReadDeviceOrScenarioFile(const std::string& path) {
     }
     const YAML::Node root = LoadYaml(text, path);
     if (!root.IsMap() || !root["cameras"].IsDefined()) {
-        return ReadScenarioText(text, path);
+        return ReadScenarioText(text, path, false);
     }
     return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
         reader.ReadDevice(root, scenario);

@@ -106,8 +106,16 @@ def command_line_cases():
     expect("names typo", ["names", "cap"], 2, err=r"no list named 'cap' \(did you mean 'caps'\?\)")
 
 
-def sweep_cases():
+def sweep_cases(directory):
     phone = os.path.join(EXAMPLES, "devices", "phone.yaml")
+    # A sweep needs only a device: a scenario without sessions; a camera without record has no size.
+    for name, text, args, status, err in (
+            ("device-only.yaml", f"device: {phone}\n", ["--level", "legacy"], 0, None),
+            ("no-record.yaml", "cameras: [{framework_id: 1, no_record: true}]\n", [], 2,
+             r"^uilayer-sim sweep: camera 1 has no record")):
+        with open(os.path.join(directory, name), "w", encoding="utf-8") as stream:
+            stream.write(text)
+        expect("sweep " + name, ["sweep", os.path.join(directory, name), *args], status, err=err)
     result = expect("sweep by numbers and names",
                     ["sweep", phone, "--camera", "0x4", "--operation-mode",
                      "CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE", "--level", "legacy", "--json"], 0)
@@ -222,7 +230,7 @@ def signal_cases(directory):
 def main():
     with tempfile.TemporaryDirectory() as directory:
         command_line_cases()
-        sweep_cases()
+        sweep_cases(directory)
         lint_cases(directory)
         scenario_cases(directory)
         signal_cases(directory)
