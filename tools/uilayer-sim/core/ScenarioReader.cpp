@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <set>
 #include <sstream>
 #include <strings.h>
 
@@ -100,8 +101,11 @@ size_t UnclosedQuote(const std::string& text) {
     return std::string::npos;
 }
 
-// Every scalar of `node` closes its quotes and holds no NUL (written as an escape).
-void CheckScalars(const YAML::Node& node, const std::string& text, const std::string& path) {
+// Every scalar of `node` closes its quotes and holds no NUL (written as an
+// escape). A list or map reached again through an alias (`seen`, by where it
+// starts) is not walked again: an alias may even point into itself.
+void CheckScalars(const YAML::Node& node, const std::string& text, const std::string& path,
+                  std::set<int>* seen) {
     const YAML::Mark mark = node.Mark();
     const size_t pos = static_cast<size_t>(mark.pos);
     if (node.IsScalar() && mark.pos >= 0 && pos < text.size() &&
@@ -112,11 +116,14 @@ void CheckScalars(const YAML::Node& node, const std::string& text, const std::st
         throw ScenarioError(path, mark.line + 1, "",
                             "a NUL in the value at column " + std::to_string(mark.column + 1));
     }
-    for (auto it = node.begin(); !node.IsScalar() && it != node.end(); ++it) {
+    if (node.IsScalar() || !seen->insert(mark.pos).second) {
+        return;
+    }
+    for (auto it = node.begin(); it != node.end(); ++it) {
         if (node.IsMap()) {
-            CheckScalars(it->first, text, path);
+            CheckScalars(it->first, text, path, seen);
         }
-        CheckScalars(node.IsMap() ? it->second : *it, text, path);
+        CheckScalars(node.IsMap() ? it->second : *it, text, path, seen);
     }
 }
 
@@ -139,7 +146,8 @@ YAML::Node LoadYaml(const std::string& text, const std::string& path) {
         throw quote != std::string::npos ? ErrorAt(path, text, quote, kUnclosedQuote)
                                          : YamlError(path, error, "not valid YAML: ");
     }
-    CheckScalars(root, text, path);
+    std::set<int> seen;
+    CheckScalars(root, text, path, &seen);
     return root;
 }
 
