@@ -52,7 +52,7 @@ bool NamesNonFinite(const std::string& text) {
 
 namespace {
 
-constexpr const char* kUnclosedQuote = "the quoted text opened here is not closed";
+constexpr const char* kUnclosedQuote = "a quoted text that is not closed, opened";
 
 // The closing quote of the quoted scalar opening at `pos`, npos when there is
 // none: the parser may take an unclosed one to the end of the file.
@@ -71,11 +71,14 @@ size_t ClosingQuote(const std::string& text, size_t pos) {
     return std::string::npos;
 }
 
-// The mistake at byte `pos` of `text`, named by its line.
+// The mistake at byte `pos` of `text`, named by its line and column.
 ScenarioError ErrorAt(const std::string& path, const std::string& text, size_t pos,
-                      const std::string& reason) {
-    return ScenarioError(
-        path, static_cast<int>(std::count(text.begin(), text.begin() + pos, '\n')) + 1, "", reason);
+                      const std::string& what) {
+    // With no line break before `pos`, npos + 1 is the start of the text.
+    const size_t lineStart = pos == 0 ? 0 : text.rfind('\n', pos - 1) + 1;
+    return ScenarioError(path,
+                         static_cast<int>(std::count(text.begin(), text.begin() + pos, '\n')) + 1,
+                         "", what + " at column " + std::to_string(pos - lineStart + 1));
 }
 
 // A quote that opens a scalar (after a blank line start, ':', ',', '[', '{',
@@ -106,17 +109,16 @@ size_t UnclosedQuote(const std::string& text) {
 // starts) is not walked again: an alias may even point into itself.
 void CheckScalars(const YAML::Node& node, const std::string& text, const std::string& path,
                   std::set<int>* seen) {
-    const YAML::Mark mark = node.Mark();
-    const size_t pos = static_cast<size_t>(mark.pos);
-    if (node.IsScalar() && mark.pos >= 0 && pos < text.size() &&
-        (text[pos] == '"' || text[pos] == '\'') && ClosingQuote(text, pos) == std::string::npos) {
+    const int mark = node.Mark().pos;
+    const size_t pos = static_cast<size_t>(std::max(mark, 0));
+    if (node.IsScalar() && pos < text.size() && (text[pos] == '"' || text[pos] == '\'') &&
+        ClosingQuote(text, pos) == std::string::npos) {
         throw ErrorAt(path, text, pos, kUnclosedQuote);
     }
     if (node.IsScalar() && node.Scalar().find('\0') != std::string::npos) {
-        throw ScenarioError(path, mark.line + 1, "",
-                            "a NUL in the value at column " + std::to_string(mark.column + 1));
+        throw ErrorAt(path, text, pos, "a NUL in the value");
     }
-    if (node.IsScalar() || !seen->insert(mark.pos).second) {
+    if (node.IsScalar() || !seen->insert(mark).second) {
         return;
     }
     for (auto it = node.begin(); it != node.end(); ++it) {
@@ -132,11 +134,7 @@ void CheckScalars(const YAML::Node& node, const std::string& text, const std::st
 YAML::Node LoadYaml(const std::string& text, const std::string& path) {
     const size_t nul = text.find('\0');
     if (nul != std::string::npos) {
-        const size_t lineStart = text.rfind('\n', nul);
-        throw ErrorAt(
-            path, text, nul,
-            "a NUL byte at column " +
-                std::to_string(nul - (lineStart == std::string::npos ? 0 : lineStart + 1) + 1));
+        throw ErrorAt(path, text, nul, "a NUL byte");
     }
     YAML::Node root;
     try {
