@@ -169,6 +169,11 @@ constexpr const _ConfigKey& Key(EConfigKey key) {
     return kConfigKeys[static_cast<size_t>(key)];
 }
 
+// The value of a preview pipeline row (PreviewPipelines) that asks for the
+// low-latency pipeline, counted from 0: a row has it only with the name after
+// it, so shorter rows never ask.
+constexpr uint32_t kPipelineLowLatencyValue = 2;
+
 // The fewest values a key of `shape` needs: its letters before any optional ones.
 constexpr uint32_t MinValues(const char* shape) {
     uint32_t letters = 0;

@@ -76,7 +76,8 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             // Every row is examined: the last matching row names the pipeline,
             // while the low-latency bit, once set by a row, stays set.
             m_pipelineName = names[valueCount - 1];
-            if (intCount >= 3 && values[2] != 0 && isSupportLowLatency) {
+            if (intCount > kPipelineLowLatencyValue && values[kPipelineLowLatencyValue] != 0 &&
+                isSupportLowLatency) {
                 m_supportCaps.set(CapsLowLatencyPipeline);
             }
             UI_LOGI("select pipeline name %s", m_pipelineName);

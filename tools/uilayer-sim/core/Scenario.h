@@ -32,6 +32,7 @@ struct TagValue {
     std::vector<int64_t> int64s;
     std::vector<float> floats;
     int line = 0;
+    std::string field;  // the vendor index's path, for an index the sibling does not have
 
     size_t Count() const;
     const void* Data() const;

@@ -7,8 +7,9 @@
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
-#include <cerrno>
+#include <cfloat>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
 #include <set>
@@ -23,9 +24,6 @@
 
 namespace UilayerSim {
 
-// Optional sign, then decimal digits or 0x and hexadecimal digits, within the
-// range of a signed 64-bit value.
-bool ParseIntegerText(const std::string& text, int64_t* value);
 // The ScenarioError of a YAML parse or access error in `path`.
 ScenarioError YamlError(const std::string& path, const YAML::Exception& error,
                         const std::string& prefix = "");
@@ -121,16 +119,23 @@ public:
         return static_cast<int32_t>(Integer(node, field, INT32_MIN, INT32_MAX));
     }
 
-    double Number(const YAML::Node& node, const std::string& field) const {
+    // A float: finite, and within a float's range (what underflows is 0).
+    float Number(const YAML::Node& node, const std::string& field) const {
         const std::string text = Text(node, field);
+        if (NamesNonFinite(text)) {
+            Fail(node, field, text + " is not a finite number: nan and inf are refused");
+        }
         char* end = nullptr;
-        errno = 0;
         const double value = strtod(text.c_str(), &end);
-        if (text.empty() || end != text.c_str() + text.size() || errno == ERANGE ||
-            !std::isfinite(value)) {
+        if (text.empty() || end != text.c_str() + text.size()) {
             Fail(node, field, "\"" + text + "\" is not a number");
         }
-        return value;
+        if (std::fabs(value) > FLT_MAX) {
+            char range[40];
+            snprintf(range, sizeof(range), "%g..%g", -FLT_MAX, FLT_MAX);
+            Fail(node, field, text + " is out of range (" + range + ")");
+        }
+        return static_cast<float>(value);
     }
 
     bool Boolean(const YAML::Node& node, const std::string& field) const {

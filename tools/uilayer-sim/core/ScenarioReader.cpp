@@ -6,8 +6,11 @@
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
+#include <set>
 #include <sstream>
+#include <strings.h>
 
 #include <HostConfigText.h>
 
@@ -40,12 +43,110 @@ ScenarioError YamlError(const std::string& path, const YAML::Exception& error,
                          prefix + error.msg);
 }
 
-YAML::Node LoadYaml(const std::string& text, const std::string& path) {
-    try {
-        return YAML::Load(text);
-    } catch (const YAML::Exception& error) {
-        throw YamlError(path, error, "not valid YAML: ");
+bool NamesNonFinite(const std::string& text) {
+    size_t start = text.find_first_not_of("+-");
+    start += start < text.size() && text[start] == '.' ? 1 : 0;
+    return strncasecmp(text.c_str() + std::min(start, text.size()), "nan", 3) == 0 ||
+           strncasecmp(text.c_str() + std::min(start, text.size()), "inf", 3) == 0;
+}
+
+namespace {
+
+constexpr const char* kUnclosedQuote = "a quoted text that is not closed, opened";
+
+// The closing quote of the quoted scalar opening at `pos`, npos when there is
+// none: the parser may take an unclosed one to the end of the file.
+size_t ClosingQuote(const std::string& text, size_t pos) {
+    const char quote = text[pos];
+    for (size_t i = pos + 1; i < text.size(); ++i) {
+        if (quote == '"' && text[i] == '\\') {
+            ++i;
+        } else if (text[i] == quote) {
+            if (quote == '"' || i + 1 == text.size() || text[i + 1] != '\'') {
+                return i;
+            }
+            ++i;  // '' stands for one quote
+        }
     }
+    return std::string::npos;
+}
+
+// The mistake at byte `pos` of `text`, named by its line and column.
+ScenarioError ErrorAt(const std::string& path, const std::string& text, size_t pos,
+                      const std::string& what) {
+    // With no line break before `pos`, npos + 1 is the start of the text.
+    const size_t lineStart = pos == 0 ? 0 : text.rfind('\n', pos - 1) + 1;
+    return ScenarioError(path,
+                         static_cast<int>(std::count(text.begin(), text.begin() + pos, '\n')) + 1,
+                         "", what + " at column " + std::to_string(pos - lineStart + 1));
+}
+
+// A quote that opens a scalar (after a blank line start, ':', ',', '[', '{',
+// '-' or '?') and never closes, for text the parser refuses; npos when none.
+size_t UnclosedQuote(const std::string& text) {
+    char before = '\n';  // the last character that is not a blank
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '#' && (i == 0 || isspace(static_cast<unsigned char>(text[i - 1])) != 0)) {
+            i = std::min(text.find('\n', i), text.size());
+            before = '\n';
+        } else if ((c == '"' || c == '\'') && strchr("\n:,[{-?", before) != nullptr) {
+            const size_t close = ClosingQuote(text, i);
+            if (close == std::string::npos) {
+                return i;
+            }
+            i = close;
+            before = c;
+        } else if (c != ' ' && c != '\t') {
+            before = c;
+        }
+    }
+    return std::string::npos;
+}
+
+// Every scalar of `node` closes its quotes and holds no NUL (written as an
+// escape). A list or map reached again through an alias (`seen`, by where it
+// starts) is not walked again: an alias may even point into itself.
+void CheckScalars(const YAML::Node& node, const std::string& text, const std::string& path,
+                  std::set<int>* seen) {
+    const int mark = node.Mark().pos;
+    const size_t pos = static_cast<size_t>(std::max(mark, 0));
+    if (node.IsScalar() && pos < text.size() && (text[pos] == '"' || text[pos] == '\'') &&
+        ClosingQuote(text, pos) == std::string::npos) {
+        throw ErrorAt(path, text, pos, kUnclosedQuote);
+    }
+    if (node.IsScalar() && node.Scalar().find('\0') != std::string::npos) {
+        throw ErrorAt(path, text, pos, "a NUL in the value");
+    }
+    if (node.IsScalar() || !seen->insert(mark).second) {
+        return;
+    }
+    for (auto it = node.begin(); it != node.end(); ++it) {
+        if (node.IsMap()) {
+            CheckScalars(it->first, text, path, seen);
+        }
+        CheckScalars(node.IsMap() ? it->second : *it, text, path, seen);
+    }
+}
+
+}  // namespace
+
+YAML::Node LoadYaml(const std::string& text, const std::string& path) {
+    const size_t nul = text.find('\0');
+    if (nul != std::string::npos) {
+        throw ErrorAt(path, text, nul, "a NUL byte");
+    }
+    YAML::Node root;
+    try {
+        root = YAML::Load(text);
+    } catch (const YAML::Exception& error) {
+        const size_t quote = UnclosedQuote(text);
+        throw quote != std::string::npos ? ErrorAt(path, text, quote, kUnclosedQuote)
+                                         : YamlError(path, error, "not valid YAML: ");
+    }
+    std::set<int> seen;
+    CheckScalars(root, text, path, &seen);
+    return root;
 }
 
 namespace {
@@ -92,7 +193,7 @@ Scenario ReadWith(const std::string& path, Read read) {
 
 }  // namespace
 
-Scenario SectionReader::Read(const YAML::Node& root) {
+Scenario SectionReader::Read(const YAML::Node& root, bool needSessions) {
     CheckFields(root, "", {"device", "config", "config_text", "properties", "files", "sessions"});
     Scenario scenario;
     const YAML::Node device = Required(root, "device", "");
@@ -111,6 +212,9 @@ Scenario SectionReader::Read(const YAML::Node& root) {
     ReadConfiguration(root, &scenario);
     Optional(root, "", "properties", &scenario.properties, &SectionReader::ReadProperties);
     Optional(root, "", "files", &scenario.files, &SectionReader::ReadFiles);
+    if (!needSessions && !root["sessions"].IsDefined()) {
+        return scenario;
+    }
     const YAML::Node sessions = Required(root, "sessions", "");
     Sequence(sessions, "sessions");
     if (sessions.size() == 0) {
@@ -216,13 +320,14 @@ ScenarioError::ScenarioError(const std::string& file, int line, const std::strin
     : std::runtime_error(file + ":" + std::to_string(line) + ": " +
                          (field.empty() ? std::string() : field + ": ") + reason) {}
 
-Scenario ReadScenarioText(const std::string& text, const std::string& path) {
+Scenario ReadScenarioText(const std::string& text, const std::string& path, bool needSessions) {
     const YAML::Node root = LoadYaml(text, path);
     if (!root.IsMap()) {
         throw ScenarioError(path, 1, "", "a scenario is a map with device and sessions");
     }
-    return ReadWith(
-        path, [&](SectionReader& reader, Scenario* scenario) { *scenario = reader.Read(root); });
+    return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
+        *scenario = reader.Read(root, needSessions);
+    });
 }
 
 Scenario ReadScenarioFile(const std::string& path) {
@@ -241,7 +346,7 @@ Scenario ReadDeviceOrScenarioFile(const std::string& path) {
     }
     const YAML::Node root = LoadYaml(text, path);
     if (!root.IsMap() || !root["cameras"].IsDefined()) {
-        return ReadScenarioText(text, path);
+        return ReadScenarioText(text, path, false);
     }
     return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
         reader.ReadDevice(root, scenario);

@@ -23,12 +23,14 @@ public:
 // Reads and checks the scenario at `path`; throws ScenarioError.
 Scenario ReadScenarioFile(const std::string& path);
 // The same for text already in memory; `path` names it in errors and anchors
-// a relative configuration path.
-Scenario ReadScenarioText(const std::string& text, const std::string& path);
+// a relative configuration path. Without `needSessions`, sessions may be left out.
+Scenario ReadScenarioText(const std::string& text, const std::string& path,
+                          bool needSessions = true);
 
 // Reads a device description (a map with `cameras`, as `device:` names it) or
-// a whole scenario; a device description gives a scenario with no
-// configuration, properties, files or sessions. Throws ScenarioError.
+// a scenario, whose sessions may be left out; a device description gives a
+// scenario with no configuration, properties, files or sessions. Throws
+// ScenarioError.
 Scenario ReadDeviceOrScenarioFile(const std::string& path);
 
 // Reads a whole file (see HostFiles.h).

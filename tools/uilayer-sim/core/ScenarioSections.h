@@ -29,7 +29,8 @@ public:
     SectionReader(std::string file, std::string baseDir)
         : ScenarioFields(std::move(file)), m_baseDir(std::move(baseDir)) {}
 
-    Scenario Read(const YAML::Node& root);
+    // The whole scenario; without `needSessions`, sessions may be left out.
+    Scenario Read(const YAML::Node& root, bool needSessions = true);
     // The cameras of a device description into `scenario`.
     void ReadDevice(const YAML::Node& node, Scenario* scenario);
 

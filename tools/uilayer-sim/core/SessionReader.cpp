@@ -164,7 +164,8 @@ TagValue SectionReader::ReadTag(const YAML::Node& node, const std::string& field
     ElementType expected = ElementType::Unknown;
     if (node["vendor"].IsDefined()) {
         tag.vendor = true;
-        tag.tag = Unsigned32(node["vendor"], Path(field, "vendor"));
+        tag.field = Path(field, "vendor");
+        tag.tag = Unsigned32(node["vendor"], tag.field);
         expected = VendorTagType(tag.tag);
         tagName = "vendor tag " + std::to_string(tag.tag);
     } else {

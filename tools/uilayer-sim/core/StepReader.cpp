@@ -100,8 +100,8 @@ ResultSetup SectionReader::ReadResult(const YAML::Node& node, const std::string&
                 if (values.size() != 2) {
                     Fail(values, valuesName, "expected two AEC values");
                 }
-                aec.aecValue1 = static_cast<float>(Number(values[0], Index(valuesName, 0)));
-                aec.aecValue2 = static_cast<float>(Number(values[1], Index(valuesName, 1)));
+                aec.aecValue1 = Number(values[0], Index(valuesName, 0));
+                aec.aecValue2 = Number(values[1], Index(valuesName, 1));
             }
             Optional(entry, entryName, "extra", &aec.extra, &SectionReader::Unsigned32);
             result.aec.push_back(aec);

@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "core/Commands.h"
+#include "core/ScenarioReader.h"
 #include "core/TraceRecorder.h"
 #include "explain/Explain.h"
 #include "replay/Replay.h"
@@ -48,6 +49,9 @@ int RunExplainCommand(const CommandLine& line) {
         ExplainByExperiment(scenario, explanation.sessionIndex, options.siblingRoot, &explanation);
     } catch (const ExplainError& error) {
         throw UsageError(error.what());
+    } catch (const ScenarioError& error) {
+        fprintf(stderr, "%s\n", error.what());
+        return kExitUsage;
     } catch (const std::exception& error) {
         fprintf(stderr, "uilayer-sim: %s\n", error.what());
         return kExitSetup;

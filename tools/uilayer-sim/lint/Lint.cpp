@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -45,12 +46,15 @@ bool Converts(char type, const std::string& text) {
         case 'b':
             return HostPlatform::ParseBoolean(text, &flag);
         case 'i':
+            // The store wraps 2147483648 to a negative value without a word.
+            return ParseIntegerText(text, &value64) && value64 >= INT32_MIN && value64 <= INT32_MAX;
         case 'u':
             return HostPlatform::ParseUInt32(text, &value32) == NumberStatus::Ok;
         case 'l':
             return HostPlatform::ParseInt64(text, &value64) == NumberStatus::Ok;
         case 'f':
-            return HostPlatform::ParseFloat(text, &number);
+            // The store takes nan, inf and what overflows to inf.
+            return HostPlatform::ParseFloat(text, &number) && std::isfinite(number);
         case 'x': {
             const size_t i = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0 ? 2 : 0;
             return i < text.size() && std::all_of(text.begin() + i, text.end(), [](char c) {
@@ -212,12 +216,18 @@ void Linter::CheckValues(const ConfigGroup& group, const ConfigKey& key, const K
         if (!Converts(type, key.values[i])) {
             // An integer the store cannot hold in the type it reads, as
             // opposed to text that is no integer at all.
+            float number = 0;
+            const bool floatOutOfRange = type == 'f' && !NamesNonFinite(key.values[i]) &&
+                                         HostPlatform::ParseFloat(key.values[i], &number);
             const bool outOfRange =
-                (type == 'i' || type == 'u' || type == 'l') && IsIntegerSyntax(key.values[i]);
+                ((type == 'i' || type == 'u' || type == 'l') && IsIntegerSyntax(key.values[i])) ||
+                floatOutOfRange;
             Add(outOfRange ? "out-of-range" : TextOf(type).rule, key.line, group.name, key.name,
                 "value " + std::to_string(i + 1) + " " + Quote(key.values[i]) +
                     (outOfRange ? std::string(" is out of range for ") +
-                                      (type == 'l' ? "a 64-bit integer" : "a 32-bit integer")
+                                      (floatOutOfRange ? "a float"
+                                       : type == 'l'   ? "a 64-bit integer"
+                                                       : "a 32-bit integer")
                                 : std::string(" is not ") + TextOf(type).name));
             return;
         }
@@ -434,10 +444,12 @@ void Linter::CheckSensorModeKey(const ConfigGroup& group, const ConfigKey& key,
         HostPlatform::ParseUInt32(key.values[0], &index) != NumberStatus::Ok) {
         return;
     }
-    // 0..255, or -128..-1 as a signed byte.
-    const int32_t signedIndex = static_cast<int32_t>(index);
-    if (index > 255 && !(signedIndex >= -128 && signedIndex < 0)) {
-        fail("out-of-range", "sensor mode index " + key.values[0] + " does not fit in 8 bits");
+    // 0..255: the library keeps the low 8 bits, and a negative index becomes
+    // another one (-1 is 255).
+    if (index > 255) {
+        fail("out-of-range",
+             "sensor mode index " + key.values[0] +
+                 (static_cast<int32_t>(index) < 0 ? " is negative" : " does not fit in 8 bits"));
     }
 }
 
@@ -497,6 +509,23 @@ std::vector<LintFinding> Linter::Run() {
                 }
                 break;
         }
+    }
+    // With the low-latency path switched on, rows of preview pipelines too
+    // short to hold its flag never turn it on (every row has row 0's count).
+    const Lumora::_ConfigKey& lowLatency = Lumora::Key(Lumora::EConfigKey::SupportLowLatency);
+    const Lumora::_ConfigKey& pipelines = Lumora::Key(Lumora::EConfigKey::PreviewPipelines);
+    const ConfigGroup* switches = m_text.Find(lowLatency.group);
+    const ConfigKey* on = switches != nullptr ? switches->Find(lowLatency.key) : nullptr;
+    const ConfigGroup* rows = m_text.Find(pipelines.group);
+    const ConfigKey* first = rows != nullptr ? rows->Find(pipelines.firstRow) : nullptr;
+    const size_t needed = Lumora::kPipelineLowLatencyValue + 2;
+    bool enabled = false;
+    if (on != nullptr && on->values.size() == 1 &&
+        HostPlatform::ParseBoolean(on->values[0], &enabled) && enabled && first != nullptr &&
+        first->values.size() < needed) {
+        Add("value-count", first->line, rows->name, first->name,
+            Values(first->values.size()) + ", at least " + std::to_string(needed) +
+                " expected: with " + lowLatency.key + " on, shorter rows have no low-latency flag");
     }
     std::stable_sort(m_findings.begin(), m_findings.end(),
                      [](const LintFinding& a, const LintFinding& b) { return a.line < b.line; });

@@ -103,6 +103,10 @@ int RunLintCommand(const CommandLine& line) {
         if (!ReadWholeFile(path, &text, &reason)) {
             ReportUnreadable(path, reason);
             unreadable = true;
+            // Scripts read only the JSON: the file they asked for is a finding there.
+            if (format == "json") {
+                findings.push_back({path, 0, "", "", "unreadable", "cannot read: " + reason});
+            }
             continue;
         }
         const std::vector<LintFinding> found = LintConfiguration(text, path);

@@ -13,6 +13,7 @@
 
 #include "common/VendorTags.h"
 #include "core/AbortHandler.h"
+#include "core/ScenarioReader.h"
 #include "core/Signals.h"
 #include "core/TraceRecorder.h"
 #include "replay/Replayer.h"
@@ -23,9 +24,15 @@ namespace UilayerSim {
 namespace {
 
 // Sets a scenario tag value; throws naming the tag and its line when the
-// metadata store refuses it.
-void SetTag(HostKit::Metadata* metadata, const TagValue& value) {
-    const uint32_t id = value.vendor ? HostKit::VendorTagId(value.tag) : value.tag;
+// metadata store refuses it. Only the loaded sibling knows its vendor tags: an
+// index it does not have is a mistake of the scenario in `file`.
+void SetTag(HostKit::Metadata* metadata, const TagValue& value, const std::string& file) {
+    uint32_t id = value.tag;
+    try {
+        id = value.vendor ? HostKit::VendorTagId(value.tag) : id;
+    } catch (const std::runtime_error& error) {
+        throw ScenarioError(file, value.line, value.field, error.what());
+    }
     if (!metadata->TrySet(id, value.Data(), value.Count())) {
         throw std::runtime_error("the metadata store refuses " +
                                  (value.vendor ? "vendor tag " + std::to_string(value.tag)
@@ -88,7 +95,7 @@ std::unique_ptr<HostKit::Request> Replayer::PrepareRequest(const RequestSetup& s
     if (setup.hasSettings) {
         HostKit::Metadata& settings = request->Settings();
         for (const TagValue& tag : setup.settings) {
-            SetTag(&settings, tag);
+            SetTag(&settings, tag, m_scenario.path);
         }
         if (setup.hasSensorModes) {
             request->SensorModes(setup.sensorModes);
@@ -114,7 +121,7 @@ std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& se
     } else {
         HostKit::Metadata& params = session->config.SessionParams();
         for (const TagValue& tag : setup.params) {
-            SetTag(&params, tag);
+            SetTag(&params, tag, m_scenario.path);
         }
         if (setup.hasPackage) {
             params.VendorString(Lumora::kTagPackageName, setup.package);

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "core/AbortHandler.h"
+#include "core/ScenarioReader.h"
 #include "core/Commands.h"
 #include "core/Signals.h"
 #include "replay/Replay.h"
@@ -30,6 +31,9 @@ int RunReplayCommand(const CommandLine& line) {
     try {
         const ReportNode report = Replay(scenario, options);
         output = line.Has("--json") ? RenderJson(report) : RenderText(report);
+    } catch (const ScenarioError& error) {
+        fprintf(stderr, "%s\n", error.what());
+        return kExitUsage;
     } catch (const std::exception& error) {
         fprintf(stderr, "uilayer-sim: %s\n", error.what());
         return kExitSetup;

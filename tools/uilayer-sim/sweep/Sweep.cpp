@@ -197,8 +197,13 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
     result.deviceName = device.name;
     result.configName = device.configName;
     result.camera = options.hasCamera ? options.camera : device.cameras.at(0).frameworkId;
-    if (device.Camera(result.camera) == nullptr) {
+    const CameraSetup* camera = device.Camera(result.camera);
+    if (camera == nullptr) {
         throw SweepInputError("camera " + std::to_string(options.camera) + " is not in the device");
+    }
+    if (!camera->hasRecord) {
+        throw SweepInputError("camera " + std::to_string(result.camera) +
+                              " has no record (no_record: true): no sensor size to sweep with");
     }
     result.operationMode = options.operationMode;
     result.selection = options.selection;

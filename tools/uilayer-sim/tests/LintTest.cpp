@@ -3,6 +3,7 @@
 #include <HostConfigText.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lint/Lint.h"
@@ -28,6 +29,17 @@ TEST(LintTest, BundledExampleHoldsEveryGroupAndKeyTheLibraryReads) {
         } else {
             EXPECT_FALSE(group->keys.empty()) << rule.group;
         }
+    }
+}
+
+TEST(LintTest, FloatsTheStoreTakesButNoRuleCanUse) {
+    const Lumora::_ConfigKey& key = Lumora::Key(Lumora::EConfigKey::Xcfa2SwitchZoomRatio);
+    const std::pair<const char*, const char*> cases[] = {
+        {"nan", "not-a-float"}, {"-inf", "not-a-float"}, {"-1e400", "out-of-range"}, {"3e38", ""}};
+    for (const auto& [value, rule] : cases) {
+        const std::vector<LintFinding> findings = LintConfiguration(
+            "[" + std::string(key.group) + "]\n" + key.key + " = " + value + "\n", "t.conf");
+        EXPECT_EQ(rule, findings.empty() ? "" : findings[0].rule) << value;
     }
 }
 

@@ -98,6 +98,8 @@ def command_line_cases():
     expect("replay a directory", [EXAMPLES], 2, err=r"^uilayer-sim: " + re.escape(EXAMPLES) + ": Is a directory$")
     expect("missing file", ["nothing.yaml"], 2, err=r"^uilayer-sim: nothing.yaml: No such file or directory$")
     expect("lint missing and clean", ["lint", "nothing.conf", CONF], 2, err=r"nothing.conf: No such file")
+    expect("lint json missing", ["lint", "--format", "json", "nothing.conf"], 2,
+           out=r'"file": "nothing.conf", "line": 0, .*"rule": "unreadable", "message": "cannot read: No such')
     expect("names caps", ["names", "caps"], 0, out=r"^49\tCapsVideoEIS$(.|\n)*^81\tCaps4x4Izoom$")
     expect("names roles", ["names", "roles"], 0, out=r"^1\tPreview$")
     expect("names formats", ["names", "formats"], 0, out=r"^33\tBLOB$")
@@ -105,8 +107,16 @@ def command_line_cases():
     expect("names typo", ["names", "cap"], 2, err=r"no list named 'cap' \(did you mean 'caps'\?\)")
 
 
-def sweep_cases():
+def sweep_cases(directory):
     phone = os.path.join(EXAMPLES, "devices", "phone.yaml")
+    # A sweep needs only a device: a scenario without sessions; a camera without record has no size.
+    for name, text, args, status, err in (
+            ("device-only.yaml", f"device: {phone}\n", ["--level", "legacy"], 0, None),
+            ("no-record.yaml", "cameras: [{framework_id: 1, no_record: true}]\n", [], 2,
+             r"^uilayer-sim sweep: camera 1 has no record")):
+        with open(os.path.join(directory, name), "w", encoding="utf-8") as stream:
+            stream.write(text)
+        expect("sweep " + name, ["sweep", os.path.join(directory, name), *args], status, err=err)
     result = expect("sweep by numbers and names",
                     ["sweep", phone, "--camera", "0x4", "--operation-mode",
                      "CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE", "--level", "legacy", "--json"], 0)
@@ -251,7 +261,7 @@ def signal_cases(directory):
 def main():
     with tempfile.TemporaryDirectory() as directory:
         command_line_cases()
-        sweep_cases()
+        sweep_cases(directory)
         lint_cases(directory)
         scenario_cases(directory)
         diff_cases(directory)

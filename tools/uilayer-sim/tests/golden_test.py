@@ -3,8 +3,8 @@
 findings of every lint/*.conf (lint/findings.txt and .json), the replay with its log
 lines of every scenarios/*.yaml (scenarios/NAME.txt), and what the simulator
 says of each scenario with a mistake in mistakes/scenarios.txt
-(mistakes/errors.txt). With --update the files are written from this build
-instead, after a deliberate change.
+(mistakes/errors.txt; <NUL> there stands for a NUL byte). With --update the
+files are written from this build instead, after a deliberate change.
 
 Usage: golden_test.py SIM [--update]
 """
@@ -63,7 +63,7 @@ def check_mistakes(folder):
         for case in cases:
             name, text = case.split("\n", 1)
             with open(os.path.join(tmp, name + ".yaml"), "w", encoding="utf-8") as fh:
-                fh.write(text)
+                fh.write(text.replace("<NUL>", "\0"))
             done = run(tmp, [name + ".yaml"], 2)
             ok = ok and done is not None
             said += done.stderr.replace(tmp, "<dir>") if done is not None else ""
