@@ -1,7 +1,6 @@
 #include "explain/Candidates.h"
 
 #include <HostConfigText.h>
-#include <HostKit/Metadata.h>
 
 #include <algorithm>
 #include <set>
@@ -129,8 +128,10 @@ public:
                     PropertyCandidates(read.group, read.key);
                     break;
                 case ConfigReadKind::Metadata:
-                    if (tags.insert(read.tag).second) {
-                        TagCandidates(read.tag);
+                    if (read.key != "vendor") {
+                        StandardTagCandidates(read.tag);
+                    } else if (tags.insert(read.tag).second) {
+                        VendorCandidates(read.tag);
                     }
                     break;
             }
@@ -394,9 +395,9 @@ private:
         }
     }
 
-    void TagCandidates(uint32_t id) {
+    void VendorCandidates(uint32_t index) {
         for (const Lumora::_VendorTagInfo& info : Lumora::kVendorTags) {
-            if (HostKit::VendorTagId(info.index) != id) {
+            if (info.index != index) {
                 continue;
             }
             if ((info.use & Lumora::kTagInSessionParams) != 0) {
@@ -414,7 +415,6 @@ private:
             }
             return;
         }
-        StandardTagCandidates(id);
     }
 
     void StandardTagCandidates(uint32_t id) {

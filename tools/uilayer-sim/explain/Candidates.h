@@ -22,6 +22,8 @@ struct _Question {
     uint32_t frame = 0;
 };
 
+// `reads` as the experiments record them: a metadata read of a vendor tag has
+// the key "vendor" and the vendor index as its tag.
 // The single changes worth a rerun, without repeats: every value worth trying
 // for the inputs of `focus` (the inputs of a bit's rules), the switches,
 // removals and a few values for the others.

@@ -18,6 +18,7 @@
 #include "core/Scenario.h"
 #include "core/TraceRecorder.h"
 #include "experiment/Change.h"
+#include "explain/Candidates.h"
 #include "replay/ReplayRecord.h"
 
 namespace UilayerSim {
@@ -112,8 +113,24 @@ void ExplainByExperiment(const Scenario& scenario, size_t session, const std::st
                          _Explanation* explanation);
 // The caps of the last session of a replay (or of its last request, which
 // ScenarioUpTo makes the question's): "L:" and 100 '0'/'1', then " C<id>:"
-// and the same for each physical camera.
+// and the same for each physical camera; for a session, " M:" and the
+// operation mode it was configured with (after the library's rewrites).
 std::string CapsProbe(const _ReplayRecord& record, bool hasFrame);
+// Whether the bit is set on the camera (-1: logical) in a probe: '1', '0', or
+// '?' for an aborted or failed rerun.
+char BitOfProbe(const std::string& probe, int64_t camera, uint32_t bit);
+
+// The reruns of one question: the unchanged one (recording what the library
+// reads) and one for each candidate change of those inputs, `focus` as for
+// CandidateChanges. `scenario` is already cut by ScenarioUpTo.
+struct _ExperimentRun {
+    std::string baseline;
+    std::vector<_Change> candidates;
+    std::vector<std::string> probes;  // one per candidate
+};
+_ExperimentRun RunCandidates(const Scenario& scenario, const _Question& question,
+                             const std::vector<Lumora::_CapabilityInput>& focus,
+                             const std::string& siblingRoot);
 
 std::string RenderExplanationText(const _Explanation& explanation);
 std::string RenderExplanationJson(const _Explanation& explanation);

@@ -9,6 +9,9 @@
 #include <algorithm>
 #include <sstream>
 
+#include <HostKit/Metadata.h>
+
+#include "common/VendorTags.h"
 #include "explain/Candidates.h"
 #include "explain/Explain.h"
 #include "experiment/Experiments.h"
@@ -31,8 +34,8 @@ std::string Bits(const Lumora::_CapsBitset& caps) {
     return bits;
 }
 
-// Whether the bit is set on the camera in a probe ("1", "0"; an aborted or
-// failed rerun answers neither).
+}  // namespace
+
 char BitOfProbe(const std::string& probe, int64_t camera, uint32_t bit) {
     const std::string label = camera < 0 ? "L:" : "C" + std::to_string(camera) + ":";
     const size_t at = probe.find(label);
@@ -42,9 +45,21 @@ char BitOfProbe(const std::string& probe, int64_t camera, uint32_t bit) {
     return probe[at + label.size() + bit];
 }
 
-std::string PackReads(const std::vector<ConfigRead>& reads) {
+namespace {
+
+// Metadata reads go by tag id, which only the process that loaded the sibling
+// layer can turn back into a vendor index: the key says "vendor" for those.
+std::string PackReads(std::vector<ConfigRead> reads) {
     std::string text;
-    for (const ConfigRead& read : reads) {
+    for (ConfigRead& read : reads) {
+        for (const Lumora::_VendorTagInfo& info : Lumora::kVendorTags) {
+            if (read.kind == ConfigReadKind::Metadata &&
+                HostKit::VendorTagId(info.index) == read.tag) {
+                read.key = "vendor";
+                read.tag = info.index;
+                break;
+            }
+        }
         text += std::to_string(static_cast<int>(read.kind)) + "\t" + read.group + "\t" + read.key +
                 "\t" + std::to_string(read.tag) + "\n";
     }
@@ -121,7 +136,35 @@ std::string CapsProbe(const _ReplayRecord& record, bool hasFrame) {
     for (const auto& camera : session.physicalCaps) {
         probe += " C" + std::to_string(camera.first) + ":" + Bits(camera.second);
     }
-    return probe;
+    return probe + " M:" + std::to_string(session.configuredOperationMode);
+}
+
+_ExperimentRun RunCandidates(const Scenario& scenario, const _Question& question,
+                             const std::vector<Lumora::_CapabilityInput>& focus,
+                             const std::string& siblingRoot) {
+    const auto rerun = [&](const std::vector<_Change>& changes) {
+        return CapsProbe(ReplayWith(scenario, changes, question.session, question.hasFrame,
+                                    question.frame, siblingRoot),
+                         question.hasFrame);
+    };
+    const std::vector<std::string> baseline = RunIsolated(1, [&](size_t) {
+        HostPlatform::TakeConfigurationReads();
+        HostPlatform::SetConfigurationReadRecording(true);
+        const std::string probe = rerun({});
+        HostPlatform::SetConfigurationReadRecording(false);
+        return probe + "\n" + PackReads(HostPlatform::TakeConfigurationReads());
+    });
+    _ExperimentRun run;
+    const size_t cut = baseline[0].find('\n');
+    if (cut == std::string::npos) {
+        return run;
+    }
+    run.baseline = baseline[0].substr(0, cut);
+    run.candidates =
+        CandidateChanges(scenario, question, UnpackReads(baseline[0].substr(cut + 1)), focus);
+    run.probes =
+        RunIsolated(run.candidates.size(), [&](size_t i) { return rerun({run.candidates[i]}); });
+    return run;
 }
 
 void ExplainByExperiment(const Scenario& full, size_t session, const std::string& siblingRoot,
@@ -136,28 +179,19 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             ReplayWith(scenario, changes, session, out->hasFrame, out->frame, siblingRoot),
             out->hasFrame);
     };
-    const std::vector<std::string> baseline = RunIsolated(1, [&](size_t) {
-        HostPlatform::TakeConfigurationReads();
-        HostPlatform::SetConfigurationReadRecording(true);
-        const std::string probe = rerun({});
-        HostPlatform::SetConfigurationReadRecording(false);
-        return probe + "\n" + PackReads(HostPlatform::TakeConfigurationReads());
-    });
-    const size_t cut = baseline[0].find('\n');
-    const char before = BitOfProbe(baseline[0].substr(0, cut), out->camera, out->bit);
-    if (cut == std::string::npos || before == '?') {
-        return;
-    }
     std::vector<Lumora::_CapabilityInput> focus;
     for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
         for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
             focus.push_back(input);
         }
     }
-    const std::vector<_Change> candidates =
-        CandidateChanges(scenario, question, UnpackReads(baseline[0].substr(cut + 1)), focus);
-    const std::vector<std::string> probes =
-        RunIsolated(candidates.size(), [&](size_t i) { return rerun({candidates[i]}); });
+    const _ExperimentRun run = RunCandidates(scenario, question, focus, siblingRoot);
+    const std::vector<_Change>& candidates = run.candidates;
+    const std::vector<std::string>& probes = run.probes;
+    const char before = BitOfProbe(run.baseline, out->camera, out->bit);
+    if (before == '?') {
+        return;
+    }
     out->tried = candidates.size();
     for (size_t i = 0; i < candidates.size(); ++i) {
         const char after = BitOfProbe(probes[i], out->camera, out->bit);

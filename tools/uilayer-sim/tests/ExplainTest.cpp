@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -105,6 +106,69 @@ TEST(ExplainTest, EveryBitSetInAnExampleHasItsStep) {
     }
     EXPECT_GT(sessionBits, 100u);
     EXPECT_GT(requestBits, 0u);
+}
+
+// The bits a probe flips against the baseline, and whether the configured
+// operation mode changed.
+std::set<uint32_t> Flipped(const std::string& baseline, const std::string& probe, bool* mode) {
+    std::set<uint32_t> bits;
+    *mode = probe.substr(probe.find(" M:")) != baseline.substr(baseline.find(" M:"));
+    for (size_t at = 0; probe.size() == baseline.size() && at < probe.find(" M:"); ++at) {
+        if (probe[at] != baseline[at]) {
+            bits.insert(static_cast<uint32_t>(at - probe.rfind(':', at) - 1));
+        }
+    }
+    return bits;
+}
+
+// Every single change that flips a session bit in a bundled example changes an
+// input that the capability reference lists for one of the bit's rules: the
+// input itself, a bit it lists that the change flips too, or the operation
+// mode when the change made the library configure another one.
+TEST(ExplainTest, TheReferenceListsEveryInputWhoseChangeFlipsABit) {
+    std::vector<Lumora::_CapabilityInput> everyInput;  // every value worth trying everywhere
+    for (size_t r = 0; r < Lumora::CapabilityRuleCount(); ++r) {
+        for (const auto& input : Lumora::ParseInputs(Lumora::CapabilityRules()[r])) {
+            everyInput.push_back(input);
+        }
+    }
+    std::set<std::string> unlisted;
+    size_t flips = 0;
+    for (const std::string& path : Examples()) {
+        const Scenario scenario = Load(path);
+        for (size_t s = 0; s < scenario.sessions.size(); ++s) {
+            _Question question;
+            question.session = s;
+            const _ExperimentRun run = RunCandidates(ScenarioUpTo(scenario, s, false, 0), question,
+                                                     everyInput, UILAYER_SIM_SIBLING_ROOT);
+            for (size_t i = 0; i < run.candidates.size(); ++i) {
+                if (run.probes[i].find(" M:") == std::string::npos) {
+                    continue;  // an aborted rerun
+                }
+                bool mode = false;
+                const std::set<uint32_t> bits = Flipped(run.baseline, run.probes[i], &mode);
+                for (uint32_t bit : bits) {
+                    bool listed = false;
+                    for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(bit)) {
+                        for (const Lumora::_CapabilityInput& in : Lumora::ParseInputs(*rule)) {
+                            listed = listed || ChangeTouches(run.candidates[i], in) ||
+                                     (in.kind == Lumora::kInputCaps &&
+                                      bits.count(static_cast<uint32_t>(std::stoul(in.value)))) ||
+                                     (in.kind == Lumora::kInputOperationMode && mode);
+                        }
+                    }
+                    ++flips;
+                    if (!listed) {
+                        unlisted.insert(CapabilityName(bit) + " by " +
+                                        ChangeKindName(run.candidates[i].kind) + " " +
+                                        run.candidates[i].target);
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(flips, 100u);
+    EXPECT_EQ(std::set<std::string>{}, unlisted);
 }
 
 // The recorded replay of the questions' scenario.
