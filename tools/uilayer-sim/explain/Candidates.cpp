@@ -555,6 +555,46 @@ private:
                 Add(add);
             }
         }
+        if (Relevant(RawStream(0, 0, 0, ""))) {
+            for (const std::string& id : physicalIds) {
+                RawCandidates(*camera, id);
+            }
+        }
+    }
+
+    static _Change RawStream(int format, uint32_t width, uint32_t height, const std::string& id) {
+        _Change add;
+        add.kind = ChangeKind::Stream;
+        add.stream = MakeStream({StreamKind::Raw, SizeClass::Maximum}, CombinationTable::Raw,
+                                SizesForArray(width, height), "");
+        add.stream.format = format;
+        add.stream.width = width;
+        add.stream.height = height;
+        add.stream.physicalId = id;
+        add.target = "added " + NameOfNumber(NameTable::PixelFormats, format) + " " +
+                     std::to_string(width) + "x" + std::to_string(height) +
+                     (id.empty() ? "" : " of camera " + id);
+        return add;
+    }
+
+    // RAW streams of every RAW format at the full array, between half and
+    // full width, and half of it: the sizes the RAW roles tell apart.
+    void RawCandidates(const CameraSetup& logical, const std::string& id) {
+        const CameraSetup* camera = &logical;
+        for (const CameraSetup& each : m_scenario.cameras) {
+            camera = !id.empty() && std::to_string(each.logicalCamId) == id ? &each : camera;
+        }
+        const uint32_t width = camera->fullArrayWidth;
+        const uint32_t height = camera->fullArrayHeight;
+        for (int64_t format : TableValues(NameTable::PixelFormats)) {
+            if (NameOfNumber(NameTable::PixelFormats, format).find("RAW") == std::string::npos) {
+                continue;
+            }
+            for (uint32_t quarters : {4u, 3u, 2u}) {
+                Add(RawStream(static_cast<int>(format), width * quarters / 4 & ~1u,
+                              height * quarters / 4 & ~1u, id));
+            }
+        }
     }
 
     void FileCandidates() {

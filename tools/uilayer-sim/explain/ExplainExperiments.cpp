@@ -25,6 +25,9 @@ using HostPlatform::ConfigReadKind;
 
 // Pairs tried at most for one question: a few hundred milliseconds of reruns.
 constexpr size_t kMaxPairs = 1500;
+// Bits whose rules' inputs are searched in full for one question: the bit and
+// the bits its rules read, and theirs, up to this many.
+constexpr size_t kMaxFocusBits = 8;
 
 std::string Bits(const Lumora::_CapsBitset& caps) {
     std::string bits(Lumora::_CapsBitset::kBitCount, '0');
@@ -179,10 +182,20 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             ReplayWith(scenario, changes, session, out->hasFrame, out->frame, siblingRoot),
             out->hasFrame);
     };
+    // The inputs of the bit's rules, and of the rules of the bits they read.
     std::vector<Lumora::_CapabilityInput> focus;
-    for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
-        for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
-            focus.push_back(input);
+    std::vector<uint32_t> bits = {out->bit};
+    for (size_t b = 0; b < bits.size() && b < kMaxFocusBits; ++b) {
+        for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(bits[b])) {
+            for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
+                focus.push_back(input);
+                const uint32_t read = input.kind == Lumora::kInputCaps
+                                          ? static_cast<uint32_t>(std::stoul(input.value))
+                                          : bits.front();
+                if (std::find(bits.begin(), bits.end(), read) == bits.end()) {
+                    bits.push_back(read);
+                }
+            }
         }
     }
     const _ExperimentRun run = RunCandidates(scenario, question, focus, siblingRoot);
