@@ -241,6 +241,24 @@ _Change ConfigChange(const std::string& group, const std::string& key,
     return change;
 }
 
+std::vector<_Change> Merged(const std::vector<_Change>& changes, const Scenario& scenario) {
+    const bool oneKey = changes.size() == 2 && changes[0].kind == ChangeKind::Config &&
+                        changes[1].kind == ChangeKind::Config &&
+                        changes[0].target == changes[1].target && changes[0].field >= 0 &&
+                        changes[1].field >= 0;
+    if (!oneKey) {
+        return changes;
+    }
+    const HostPlatform::ConfigText text = HostPlatform::ReadConfigText(scenario.configText);
+    const HostPlatform::ConfigKey* key = FindKey(text, changes[0].group, changes[0].key);
+    HostPlatform::ConfigKey both;
+    both.values = NewValues(changes[0], key);
+    _Change merged = changes[1];
+    merged.values = NewValues(changes[1], &both);
+    merged.field = -1;
+    return {merged};
+}
+
 std::vector<std::string> SplitConfigValues(const std::string& text) {
     const HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText("[g]\nk = " + text);
     const HostPlatform::ConfigKey* key = FindKey(parsed, "g", "k");

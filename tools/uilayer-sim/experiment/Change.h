@@ -55,6 +55,10 @@ struct _Change {
     StreamSetup stream;
     int64_t number = 0;    // the new value of a stream field or the operation mode
     int64_t previous = 0;  // a stream field's value before
+    // A value the session itself uses (its operation mode, a camera id...),
+    // or a change other than a configuration value: explain searches pairs
+    // among these.
+    bool sessionValue = false;
 };
 
 // A change the scenario cannot take (a file the configuration lacks a line
@@ -79,6 +83,9 @@ std::string ChangeValue(const _Change& change);
 // A change of a configuration key: `values` as written, or removed.
 _Change ConfigChange(const std::string& group, const std::string& key,
                      const std::vector<std::string>& values, bool remove = false);
+// Two changes of values of one key as one change of the key; other changes
+// as they are.
+std::vector<_Change> Merged(const std::vector<_Change>& changes, const Scenario& scenario);
 // The values of a configuration text line's right side, split as the store splits them.
 std::vector<std::string> SplitConfigValues(const std::string& text);
 

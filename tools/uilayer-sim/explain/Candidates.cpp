@@ -75,6 +75,11 @@ TagValue WithNumber(TagValue base, double number) {
     return base;
 }
 
+// "0x8009": how configuration rows write operation modes.
+bool IsModeText(const std::string& text) {
+    return text.compare(0, 3, "0x8") == 0 && text.size() == 6;
+}
+
 bool IsText(const TagValue* tag, uint32_t index) {
     if (tag != nullptr && tag->bytes.size() > 1) {
         return true;
@@ -150,7 +155,21 @@ private:
         });
     }
 
-    void Add(const _Change& change) {
+    // Whether a configuration value is one the session itself uses (or a
+    // switch): pairs of changes are searched among these.
+    bool SessionValue(const std::string& value) const {
+        const bool number = std::find(m_ints.begin(), m_ints.begin() + m_sessionInts, value) !=
+                            m_ints.begin() + m_sessionInts;
+        return number || value == "true" || value == "false" ||
+               std::find(m_strings.begin(), m_strings.end(), value) != m_strings.end();
+    }
+
+    void Add(_Change change) {
+        for (const std::string& value :
+             change.kind == ChangeKind::Config ? change.values : Texts()) {
+            change.sessionValue = change.sessionValue || (change.field >= 0 && SessionValue(value));
+        }
+        change.sessionValue = change.sessionValue || change.kind != ChangeKind::Config;
         const std::string key = std::string(ChangeKindName(change.kind)) + "|" + change.target +
                                 "|" + std::to_string(change.remove) + "|" +
                                 std::to_string(change.field) + "|" + change.streamField + "|" +
@@ -161,10 +180,8 @@ private:
     }
 
     void CollectPools() {
-        AddDistinct(&m_ints, "0");
-        AddDistinct(&m_ints, "1");
-        AddDistinct(&m_ints, "-1");
         AddDistinct(&m_ints, Hex(m_session.operationMode));
+        AddDistinct(&m_ints, std::to_string(m_session.camera));
         uint32_t fpsTag = 0;
         StandardTagByName(kFpsRange, &fpsTag);
         if (const TagValue* fps = FindTag(m_session.params, false, fpsTag)) {
@@ -179,6 +196,10 @@ private:
                 AddDistinct(&m_ints, std::to_string(physical.physicalCamId));
                 AddDistinct(&m_ints, Hex(1ull << (physical.physicalCamId & 31)));
             }
+        }
+        m_sessionInts = m_ints.size();
+        for (const char* plain : {"0", "1", "-1"}) {
+            AddDistinct(&m_ints, plain);
         }
         const auto addText = [this](bool has, const std::string& text) {
             if (has && !text.empty()) {
@@ -229,6 +250,8 @@ private:
             values = m_strings;
         } else if (letter == 'f') {
             values = {"0", "1", "2", "10"};
+        } else if (!siblings.empty() && std::all_of(siblings.begin(), siblings.end(), IsModeText)) {
+            values = {Hex(m_session.operationMode)};  // a column of operation modes
         } else {
             values = m_ints;
             int64_t number = 0;
@@ -616,7 +639,8 @@ private:
     const HostPlatform::ConfigText m_config;
     const KeyRule* m_rules = nullptr;
     size_t m_ruleCount = 0;
-    Texts m_ints;
+    Texts m_ints;  // the session's values first
+    size_t m_sessionInts = 0;
     Texts m_strings;
     Texts m_modes;
     std::set<uint32_t> m_operationModes;

@@ -227,7 +227,7 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
                                 ChangeTouches(candidates[i], input));
             }
         }
-        if (touches) {
+        if (touches && candidates[i].sessionValue) {
             paired.push_back(i);
         }
     }
@@ -243,6 +243,12 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             }
         }
     }
+    // Two values of one row or key first: a row applies when several of its
+    // values match the session.
+    std::stable_sort(pairs.begin(), pairs.end(), [&](const auto& a, const auto& b) {
+        return (candidates[a.first].target == candidates[a.second].target) >
+               (candidates[b.first].target == candidates[b.second].target);
+    });
     out->pairsStopped = pairs.size() > kMaxPairs;
     pairs.resize(std::min(pairs.size(), kMaxPairs));
     const std::vector<std::string> pairProbes = RunIsolated(pairs.size(), [&](size_t i) {
@@ -252,10 +258,11 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     for (size_t i = 0; i < pairs.size(); ++i) {
         const char after = BitOfProbe(pairProbes[i], out->camera, out->bit);
         if (after != '?' && after != before) {
-            const _Change& first = candidates[pairs[i].first];
-            const _Change& second = candidates[pairs[i].second];
-            out->changes.push_back(
-                {{first, second}, ChangeText(first, full) + " and " + ChangeText(second, full)});
+            const std::vector<_Change> pair =
+                Merged({candidates[pairs[i].first], candidates[pairs[i].second]}, full);
+            out->changes.push_back({pair, pair.size() == 1 ? ChangeText(pair[0], full)
+                                                           : ChangeText(pair[0], full) + " and " +
+                                                                 ChangeText(pair[1], full)});
         }
     }
     std::stable_sort(out->changes.begin(), out->changes.end(),
