@@ -90,7 +90,8 @@ std::string RunFailure(const std::string& result) {
                                                          : "";
 }
 
-Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, uint32_t frame) {
+Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, uint32_t frame,
+                      uint32_t keptRepeats) {
     Scenario out = scenario;
     out.sessions.resize(std::min(session + 1, out.sessions.size()));
     if (out.sessions.size() != session + 1) {
@@ -108,7 +109,8 @@ Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, u
         if (step.kind == StepKind::Repeat && frame >= first && frame - first < step.count) {
             if (frame > first) {
                 kept.push_back(step);
-                kept.back().count = frame - first;
+                kept.back().count = std::min(frame - first, keptRepeats);
+                kept.back().request.frame = frame - kept.back().count;
             }
             kept.push_back(step);
             kept.back().kind = StepKind::Request;
@@ -116,6 +118,10 @@ Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, u
             break;
         }
         kept.push_back(step);
+        if (step.kind == StepKind::Repeat && step.count > keptRepeats) {
+            kept.back().count = keptRepeats;
+            kept.back().request.frame = first + step.count - keptRepeats;
+        }
     }
     steps = kept;
     return out;

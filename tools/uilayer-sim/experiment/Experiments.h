@@ -30,8 +30,10 @@ std::string RunFailure(const std::string& result);
 // The scenario up to what a question about session `session` (and, when
 // `hasFrame`, request `frame` of it) needs: the sessions before it whole, its
 // configuration, and its steps up to the request of `frame`, which becomes a
-// request of its own when a repeat covers it.
-Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, uint32_t frame);
+// request of its own when a repeat covers it. Of each repeat before that
+// request only the last `keptRepeats` requests are kept.
+Scenario ScenarioUpTo(const Scenario& scenario, size_t session, bool hasFrame, uint32_t frame,
+                      uint32_t keptRepeats = UINT32_MAX);
 
 // Replays `base` with `changes` applied, with the log switches off.
 _ReplayRecord ReplayWith(const Scenario& base, const std::vector<_Change>& changes, size_t session,

@@ -36,6 +36,7 @@ int RunExplainCommand(const CommandLine& line) {
     }
     LintBeforeReplay(line, scenario);
     ReplayOptions options = CommandReplayOptions(true);
+    options.logSteps = false;  // the explanation shows the configuration's log alone
     _Explanation explanation;
     try {
         TraceRecorder recorder;

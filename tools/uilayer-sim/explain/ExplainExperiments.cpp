@@ -28,6 +28,9 @@ constexpr size_t kMaxPairs = 1500;
 // Bits whose rules' inputs are searched in full for one question: the bit and
 // the bits its rules read, and theirs, up to this many.
 constexpr size_t kMaxFocusBits = 8;
+// Requests of a repeat kept before the request a question is about: the last
+// result before it is the one thing a request's caps read from earlier ones.
+constexpr uint32_t kKeptRepeats = 2;
 
 std::string Bits(const Lumora::_CapsBitset& caps) {
     std::string bits(Lumora::_CapsBitset::kBitCount, '0');
@@ -176,12 +179,18 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     question.session = session;
     question.hasFrame = out->hasFrame;
     question.frame = out->frame;
-    const Scenario scenario = ScenarioUpTo(full, session, out->hasFrame, out->frame);
+    // Reruns of a request leave out all but the last requests of each repeat
+    // before it, unless that changes the answer.
+    Scenario scenario = ScenarioUpTo(full, session, out->hasFrame, out->frame, kKeptRepeats);
     const auto rerun = [&](const std::vector<_Change>& changes) {
         return CapsProbe(
             ReplayWith(scenario, changes, session, out->hasFrame, out->frame, siblingRoot),
             out->hasFrame);
     };
+    const std::string shortened = RunIsolated(1, [&](size_t) { return rerun({}); })[0];
+    if (BitOfProbe(shortened, out->camera, out->bit) != (out->set ? '1' : '0')) {
+        scenario = ScenarioUpTo(full, session, out->hasFrame, out->frame);
+    }
     // The inputs of the bit's rules, and of the rules of the bits they read.
     std::vector<Lumora::_CapabilityInput> focus;
     std::vector<uint32_t> bits = {out->bit};

@@ -189,10 +189,13 @@ _ReplayRecord Replayer::Run() {
 }
 
 std::string MaskAddresses(const std::string& line) {
+    if (line.find("0x") == std::string::npos) {
+        return line;
+    }
     std::string out;
     size_t i = 0;
     while (i < line.size()) {
-        if (line.compare(i, 2, "0x") == 0) {
+        if (line[i] == '0' && i + 1 < line.size() && line[i + 1] == 'x') {
             size_t end = i + 2;
             while (end < line.size() && ((line[end] >= '0' && line[end] <= '9') ||
                                          (line[end] >= 'a' && line[end] <= 'f'))) {

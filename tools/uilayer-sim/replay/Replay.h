@@ -18,6 +18,8 @@ class TraceRecorder;
 struct ReplayOptions {
     // Interleave the library's own log lines; otherwise every log switch is off.
     bool log = false;
+    // With `log`: the log of the steps too, not only of the configurations.
+    bool logSteps = true;
     // Device root of the build tree that holds the host sibling camera layer.
     std::string siblingRoot;
     // Keeps the trace of the replay when set (requests too, if it asks);

@@ -55,6 +55,7 @@ _SessionRecord Replayer::RunSession(PreparedSession* session) {
     record.name = setup.name;
     record.camera = setup.camera;
     m_recorder->BeginSession(setup.name, setup.camera);
+    SetLogging(m_options.log);
     SetCurrentStep("ParseStaticCapabilities of session \"" + setup.name + "\"");
     record.staticCode = parser->ParseStaticCapabilities(session->config.Get());
     SetCurrentStep("ParseStreamCapabilities of session \"" + setup.name + "\"");
@@ -130,7 +131,7 @@ void Replayer::RecordSession(PreparedSession* session, Lumora::IuiLayer* parser,
     record->starMode = CopyOf(parser->GetStarModeAEInfo());
     record->videoStabMode = parser->GetVideoStabMode();
     record->disableAePrecapture = parser->IsDisableAePrecaptureTriggerForSnapshot();
-    SetLogging(m_options.log);
+    SetLogging(m_options.log && m_options.logSteps);
 }
 
 bool Replayer::HasRecord(uint32_t frame, Lumora::IuiLayer* parser) const {
@@ -138,7 +139,7 @@ bool Replayer::HasRecord(uint32_t frame, Lumora::IuiLayer* parser) const {
     // Every role has a list, maybe empty, in a record the library holds.
     const bool held = parser->GetStreamByStreamType(
                           frame, static_cast<Lumora::StreamType>(kFirstRole)) != nullptr;
-    SetLogging(m_options.log);
+    SetLogging(m_options.log && m_options.logSteps);
     return held;
 }
 

@@ -38,7 +38,7 @@ _StepRecord Replayer::RunStep(PreparedStep* prepared, PreparedSession* session,
             }
         }
         record.roles = Roles(&frame, *session, parser);
-        SetLogging(m_options.log);
+        SetLogging(m_options.log && m_options.logSteps);
     } else if (step.kind == StepKind::Result) {
         record.returnCode = parser->UpdateResultAppliedCaps(prepared->result->Get());
         record.log = TakeLog();
@@ -74,7 +74,7 @@ void Replayer::RunRepeat(PreparedStep* prepared, Lumora::IuiLayer* parser, _Step
             result->frame_number = frame;
             parser->UpdateResultAppliedCaps(result);
         }
-        if (m_options.log) {
+        if (m_options.log && m_options.logSteps) {
             std::vector<std::string> lines = TakeLog();
             if (i == 0) {
                 record->log = std::move(lines);
