@@ -153,12 +153,20 @@ void ChangeStream(const _Change& change, SessionSetup* session) {
     if (found == session->streams.end()) {
         throw ChangeError("the session has no stream \"" + change.target + "\"");
     }
+    const int64_t n = change.number;
     if (change.streamField == "format") {
-        found->format = static_cast<int>(change.number);
+        found->format = static_cast<int>(n);
     } else if (change.streamField == "usage") {
-        found->usage = static_cast<uint32_t>(change.number);
+        found->usage = static_cast<uint32_t>(n);
     } else if (change.streamField == "data_space") {
-        found->dataSpace = static_cast<int32_t>(change.number);
+        found->dataSpace = static_cast<int32_t>(n);
+    } else if (change.streamField == "use_case") {
+        found->useCase = n;
+    } else if (change.streamField == "ext_mode") {
+        found->extMode = static_cast<uint32_t>(n);
+    } else if (change.streamField == "size") {
+        found->width = static_cast<uint32_t>(n >> 32);
+        found->height = static_cast<uint32_t>(n & 0xFFFFFFFF);
     } else {
         const size_t index = static_cast<size_t>(found - session->streams.begin());
         session->streams.erase(found);
@@ -203,6 +211,12 @@ std::string TagName(const TagValue& tag) {
            std::to_string(tag.tag) + ")";
 }
 
+std::string Hex(uint64_t value) {
+    std::ostringstream hex;
+    hex << "0x" << std::uppercase << std::hex << value;
+    return hex.str();
+}
+
 // "stream "preview" format = YCbCr_420_888", "stream "jpeg" usage +HW_VIDEO_ENCODER".
 std::string StreamChangeText(const _Change& change) {
     const std::string name = "stream \"" + change.target + "\"";
@@ -215,7 +229,19 @@ std::string StreamChangeText(const _Change& change) {
     if (change.streamField == "usage") {
         const uint32_t flipped = static_cast<uint32_t>(change.previous ^ change.number);
         const bool added = (static_cast<uint32_t>(change.number) & flipped) != 0;
-        return name + " usage " + (added ? "+" : "-") + NameOfNumber(NameTable::UsageBits, flipped);
+        const std::string bit = NameOfNumber(NameTable::UsageBits, flipped);
+        return name + " usage " + (added ? "+" : "-") +
+               (bit == std::to_string(flipped) ? Hex(flipped) : bit);
+    }
+    if (change.streamField == "use_case") {
+        return name + " use case = " + NameOfNumber(NameTable::StreamUseCases, change.number);
+    }
+    if (change.streamField == "ext_mode") {
+        return name + " ext_stream_mode = " + std::to_string(change.number);
+    }
+    if (change.streamField == "size") {
+        return name + " size = " + std::to_string(change.number >> 32) + "x" +
+               std::to_string(change.number & 0xFFFFFFFF);
     }
     return (change.remove ? "remove " : "add ") + name;
 }
@@ -329,9 +355,7 @@ std::string ChangeValue(const _Change& change) {
             break;
     }
     if (change.kind == ChangeKind::SessionParam && change.target == kOperationModeTarget) {
-        std::ostringstream hex;
-        hex << "0x" << std::uppercase << std::hex << change.number;
-        return hex.str();
+        return Hex(static_cast<uint64_t>(change.number));
     }
     return TagText(change.tag);
 }

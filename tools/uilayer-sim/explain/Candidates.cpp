@@ -28,8 +28,10 @@ constexpr float kZoomRatios[] = {0.6f, 1.0f, 2.0f, 4.0f, 10.0f};
 // little but time.
 constexpr size_t kMaxSiblings = 8;
 constexpr size_t kMaxStrings = 40;
+// The ext_stream_mode values tried (the framework leaves it 0).
+constexpr uint32_t kExtModes = 4;
 // Rows of a group copied into a new row.
-constexpr size_t kRowsCopied = 2;
+constexpr size_t kRowsCopied = 4;
 
 std::string Hex(uint64_t value) {
     std::ostringstream out;
@@ -335,6 +337,13 @@ private:
         std::vector<Texts> bases;
         for (size_t i = 0; i < rows.size() && i < kRowsCopied; ++i) {
             bases.push_back(rows[i]->values);
+            // A column of operation modes takes the session's.
+            for (size_t field = 0; field < bases.back().size(); ++field) {
+                const bool modes = std::all_of(rows.begin(), rows.end(), [&](const auto* row) {
+                    return field < row->values.size() && IsModeText(row->values[field]);
+                });
+                bases.back()[field] = modes ? Hex(m_session.operationMode) : bases.back()[field];
+            }
         }
         if (bases.empty()) {
             bases.push_back(Texts(std::max<size_t>(rule->minValues, 1), "0"));
@@ -347,7 +356,9 @@ private:
                             Siblings(group, rows.empty() ? key : rows[0]->name, field))) {
                     Texts values = base;
                     values[field] = each;
-                    Add(ConfigChange(group, key, values));
+                    _Change change = ConfigChange(group, key, values);
+                    change.sessionValue = SessionValue(each);
+                    Add(change);
                 }
             }
         }
@@ -358,6 +369,9 @@ private:
         for (size_t i = 0; i < m_ruleCount; ++i) {
             const KeyRule& rule = m_rules[i];
             const bool any = rule.form == KeyForm::AnyKey || rule.form == KeyForm::NamedSingleRow;
+            if (group == rule.group && rule.form == KeyForm::Rows) {
+                NewRowCandidates(group, rule.key);  // rows counted by the group's key count
+            }
             if (group != rule.group || !any) {
                 continue;
             }
@@ -525,7 +539,13 @@ private:
     void StreamCandidates() {
         static const std::vector<int64_t> formats = TableValues(NameTable::PixelFormats);
         static const std::vector<int64_t> spaces = TableValues(NameTable::DataSpaces);
-        static const std::vector<int64_t> usages = TableValues(NameTable::UsageBits);
+        static const std::vector<int64_t> useCases = TableValues(NameTable::StreamUseCases);
+        const CameraSetup* camera = m_scenario.Camera(m_session.camera);
+        std::vector<int64_t> frames = {1280ll << 32 | 720, 1920ll << 32 | 1080, 3840ll << 32 | 2160,
+                                       640ll << 32 | 480};
+        if (camera != nullptr) {
+            frames.push_back(int64_t{camera->fullArrayWidth} << 32 | camera->fullArrayHeight);
+        }
         for (const StreamSetup& stream : m_session.streams) {
             _Change remove;
             remove.kind = ChangeKind::Stream;
@@ -545,12 +565,25 @@ private:
                     StreamField(stream, "data_space", space);
                 }
             }
-            for (int64_t bit : usages) {
-                StreamField(stream, "usage", stream.usage ^ static_cast<uint32_t>(bit),
-                            stream.usage);
+            for (uint32_t bit = 0; bit < 32; ++bit) {
+                StreamField(stream, "usage", stream.usage ^ (1u << bit), stream.usage);
+            }
+            for (int64_t useCase : useCases) {
+                if (useCase != stream.useCase) {
+                    StreamField(stream, "use_case", useCase);
+                }
+            }
+            for (uint32_t mode = 0; mode < kExtModes; ++mode) {
+                if (mode != stream.extMode) {
+                    StreamField(stream, "ext_mode", mode);
+                }
+            }
+            for (int64_t size : frames) {
+                if (size != (int64_t{stream.width} << 32 | stream.height)) {
+                    StreamField(stream, "size", size);
+                }
             }
         }
-        const CameraSetup* camera = m_scenario.Camera(m_session.camera);
         if (camera == nullptr) {
             return;
         }

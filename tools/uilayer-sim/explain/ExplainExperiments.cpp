@@ -246,18 +246,38 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             const _Change& first = candidates[paired[a]];
             const _Change& second = candidates[paired[b]];
             const bool sameValue = first.kind == second.kind && first.target == second.target &&
-                                   first.field == second.field;
+                                   first.field == second.field &&
+                                   first.streamField == second.streamField;
             if (!sameValue) {
                 pairs.emplace_back(paired[a], paired[b]);
             }
         }
     }
-    // Two values of one row or key first: a row applies when several of its
-    // values match the session.
-    std::stable_sort(pairs.begin(), pairs.end(), [&](const auto& a, const auto& b) {
-        return (candidates[a.first].target == candidates[a.second].target) >
-               (candidates[b.first].target == candidates[b.second].target);
-    });
+    // Three kinds of pairs share the bound, taken in turn: two values of one
+    // configuration row or key (a row applies when several of its values
+    // match the session), two fields of one stream, and any other two; those
+    // whose changes each changed some caps on their own first.
+    const auto active = [&](const std::pair<size_t, size_t>& pair) {
+        return (probes[pair.first] != run.baseline) + (probes[pair.second] != run.baseline);
+    };
+    std::stable_sort(pairs.begin(), pairs.end(),
+                     [&](const auto& a, const auto& b) { return active(a) > active(b); });
+    std::vector<std::pair<size_t, size_t>> kinds[3];
+    for (const auto& pair : pairs) {
+        const _Change& first = candidates[pair.first];
+        const bool oneTarget = first.target == candidates[pair.second].target;
+        kinds[!oneTarget ? 2 : first.kind == ChangeKind::Config ? 0 : 1].push_back(pair);
+    }
+    pairs.clear();
+    for (size_t i = 0;
+         pairs.size() < kMaxPairs + 1 && i < kinds[0].size() + kinds[1].size() + kinds[2].size();
+         ++i) {
+        for (const auto& kind : kinds) {
+            if (i < kind.size()) {
+                pairs.push_back(kind[i]);
+            }
+        }
+    }
     out->pairsStopped = pairs.size() > kMaxPairs;
     pairs.resize(std::min(pairs.size(), kMaxPairs));
     const std::vector<std::string> pairProbes = RunIsolated(pairs.size(), [&](size_t i) {
