@@ -91,8 +91,9 @@ std::vector<ConfigRead> UnpackReads(const std::string& text) {
 }
 
 // The value an input has in the scenario, where the scenario says it.
-void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
-                   const SessionSetup& setup, _ExplainInput* input) {
+void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario, size_t session,
+                   _ExplainInput* input) {
+    const SessionSetup& setup = scenario.sessions[session];
     if (in.kind == Lumora::kInputConfig) {
         const HostPlatform::ConfigText text = HostPlatform::ReadConfigText(scenario.configText);
         const HostPlatform::ConfigGroup* group = text.Find(in.group);
@@ -106,17 +107,30 @@ void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
             input->where = scenario.configName + ":" + std::to_string(key->line);
         }
     } else if (in.kind == Lumora::kInputProperty) {
+        // Properties stay set from one session to the next.
         input->value = "unset";
-        for (const auto* list : {&scenario.properties, &setup.properties}) {
-            for (const auto& property : *list) {
-                input->value =
-                    property.first == in.value ? "'" + property.second + "'" : input->value;
+        for (size_t s = 0; s <= session; ++s) {
+            for (const auto* list : {&scenario.properties, &scenario.sessions[s].properties}) {
+                for (const auto& property : *list) {
+                    input->value =
+                        property.first == in.value ? "'" + property.second + "'" : input->value;
+                }
             }
         }
     } else if (in.kind == Lumora::kInputOperationMode) {
         std::ostringstream hex;
         hex << "0x" << std::uppercase << std::hex << setup.operationMode;
         input->value = hex.str();
+    } else if (in.kind == Lumora::kInputSessionTag) {
+        _Change tag;
+        tag.kind = ChangeKind::SessionTag;
+        input->value = "absent";
+        for (const TagValue& value : setup.params) {
+            if (value.vendor && std::to_string(value.tag) == in.value) {
+                tag.tag = value;
+                input->value = ChangeValue(tag);
+            }
+        }
     }
 }
 
@@ -306,7 +320,7 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
         for (const Lumora::_CapabilityInput& in : Lumora::ParseInputs(*rule.rule)) {
             _ExplainInput input;
             input.what = std::string(Lumora::InputKindText(in.kind)) + " " + in.value;
-            DescribeInput(in, full, full.sessions[session], &input);
+            DescribeInput(in, full, session, &input);
             for (const _ExplainChange& change : out->changes) {
                 if (input.verdict == InputVerdict::Unknown && change.changes.size() == 1 &&
                     ChangeTouches(change.changes[0], in)) {
