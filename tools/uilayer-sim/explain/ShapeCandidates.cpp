@@ -1,0 +1,235 @@
+#include "explain/ShapeCandidates.h"
+
+#include <algorithm>
+
+#include "core/Names.h"
+#include "explain/Candidates.h"
+#include "lint/Lint.h"
+#include "sweep/StreamCombinations.h"
+
+namespace UilayerSim {
+
+namespace {
+
+// The ext_stream_mode values tried (the framework leaves it 0).
+constexpr uint32_t kExtModes = 4;
+
+using Texts = std::vector<std::string>;
+
+// Each value of a name table once.
+std::vector<int64_t> TableValues(NameTable table) {
+    std::set<int64_t> values;
+    for (const std::string& name : AcceptedNames(table)) {
+        int64_t value = 0;
+        if (NumberByName(table, name, &value)) {
+            values.insert(value);
+        }
+    }
+    return std::vector<int64_t>(values.begin(), values.end());
+}
+
+_Change RawStream(int format, uint32_t width, uint32_t height, const std::string& id) {
+    _Change add;
+    add.kind = ChangeKind::Stream;
+    add.stream = MakeStream({StreamKind::Raw, SizeClass::Maximum}, CombinationTable::Raw,
+                            SizesForArray(width, height), "");
+    add.stream.format = format;
+    add.stream.width = width;
+    add.stream.height = height;
+    add.stream.physicalId = id;
+    add.target = "added " + NameOfNumber(NameTable::PixelFormats, format) + " " +
+                 std::to_string(width) + "x" + std::to_string(height) +
+                 (id.empty() ? "" : " of camera " + id);
+    return add;
+}
+
+}  // namespace
+
+// The operation modes the configuration names, and the two plain ones.
+void ShapeCandidates::OperationModeCandidates() {
+    std::set<uint32_t> modes = m_operationModes;
+    modes.insert({0, 1});
+    for (const HostPlatform::ConfigGroup& group : m_config.groups) {
+        for (const HostPlatform::ConfigKey& key : group.keys) {
+            for (const std::string& text : key.values) {
+                const uint64_t value = strtoull(text.c_str(), nullptr, 0);
+                if (text.compare(0, 2, "0x") == 0 && value >= 0x8000 && value <= 0x80FF) {
+                    modes.insert(static_cast<uint32_t>(value));
+                }
+            }
+        }
+    }
+    for (uint32_t mode : modes) {
+        if (mode == m_session.operationMode) {
+            continue;
+        }
+        _Change change;
+        change.kind = ChangeKind::SessionParam;
+        change.target = kOperationModeTarget;
+        change.number = mode;
+        Add(change);
+    }
+}
+
+void ShapeCandidates::StreamField(const StreamSetup& stream, const char* field, int64_t value,
+                                  int64_t previous) {
+    _Change change;
+    change.previous = previous;
+    change.kind = ChangeKind::Stream;
+    change.target = stream.name;
+    change.streamField = field;
+    change.number = value;
+    Add(change);
+}
+
+void ShapeCandidates::StreamCandidates() {
+    static const std::vector<int64_t> formats = TableValues(NameTable::PixelFormats);
+    static const std::vector<int64_t> spaces = TableValues(NameTable::DataSpaces);
+    static const std::vector<int64_t> useCases = TableValues(NameTable::StreamUseCases);
+    const CameraSetup* camera = m_scenario.Camera(m_session.camera);
+    std::vector<int64_t> frames = {1280ll << 32 | 720, 1920ll << 32 | 1080, 3840ll << 32 | 2160,
+                                   640ll << 32 | 480};
+    if (camera != nullptr) {
+        frames.push_back(int64_t{camera->fullArrayWidth} << 32 | camera->fullArrayHeight);
+    }
+    for (const StreamSetup& stream : m_session.streams) {
+        _Change remove;
+        remove.kind = ChangeKind::Stream;
+        remove.target = stream.name;
+        remove.remove = true;
+        Add(remove);
+        if (!Relevant(remove)) {
+            continue;
+        }
+        for (int64_t format : formats) {
+            if (format != stream.format) {
+                StreamField(stream, "format", format);
+            }
+        }
+        for (int64_t space : spaces) {
+            if (space != stream.dataSpace) {
+                StreamField(stream, "data_space", space);
+            }
+        }
+        for (uint32_t bit = 0; bit < 32; ++bit) {
+            StreamField(stream, "usage", stream.usage ^ (1u << bit), stream.usage);
+        }
+        for (int64_t useCase : useCases) {
+            if (useCase != stream.useCase) {
+                StreamField(stream, "use_case", useCase);
+            }
+        }
+        for (uint32_t mode = 0; mode < kExtModes; ++mode) {
+            if (mode != stream.extMode) {
+                StreamField(stream, "ext_mode", mode);
+            }
+        }
+        for (int64_t size : frames) {
+            if (size != (int64_t{stream.width} << 32 | stream.height)) {
+                StreamField(stream, "size", size);
+            }
+        }
+    }
+    if (camera == nullptr) {
+        return;
+    }
+    const SizeClasses sizes = SizesForArray(camera->fullArrayWidth, camera->fullArrayHeight);
+    const StreamTarget targets[] = {{StreamKind::Priv, SizeClass::Preview},
+                                    {StreamKind::Priv, SizeClass::Record},
+                                    {StreamKind::Yuv, SizeClass::Maximum},
+                                    {StreamKind::Jpeg, SizeClass::Maximum},
+                                    {StreamKind::Raw, SizeClass::Maximum}};
+    Texts physicalIds = {""};
+    for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
+        physicalIds.push_back(std::to_string(physical.physicalCamId));
+    }
+    for (const StreamTarget& target : targets) {
+        for (const std::string& id : physicalIds) {
+            if (!id.empty() && target.kind != StreamKind::Priv) {
+                continue;
+            }
+            _Change add;
+            add.kind = ChangeKind::Stream;
+            add.stream = MakeStream(target, CombinationTable::Full, sizes, "");
+            add.stream.physicalId = id;
+            add.target = "added " + StreamLabel(target, CombinationTable::Full) +
+                         (id.empty() ? "" : " of camera " + id);
+            Add(add);
+        }
+    }
+    if (Relevant(RawStream(0, 0, 0, ""))) {
+        for (const std::string& id : physicalIds) {
+            RawCandidates(*camera, id);
+        }
+    }
+}
+
+// RAW streams of every RAW format at the full array, between half and
+// full width, and half of it: the sizes the RAW roles tell apart.
+void ShapeCandidates::RawCandidates(const CameraSetup& logical, const std::string& id) {
+    const CameraSetup* camera = &logical;
+    for (const CameraSetup& each : m_scenario.cameras) {
+        camera = !id.empty() && std::to_string(each.logicalCamId) == id ? &each : camera;
+    }
+    const uint32_t width = camera->fullArrayWidth;
+    const uint32_t height = camera->fullArrayHeight;
+    for (int64_t format : TableValues(NameTable::PixelFormats)) {
+        if (NameOfNumber(NameTable::PixelFormats, format).find("RAW") == std::string::npos) {
+            continue;
+        }
+        for (uint32_t quarters : {4u, 3u, 2u}) {
+            Add(RawStream(static_cast<int>(format), width * quarters / 4 & ~1u,
+                          height * quarters / 4 & ~1u, id));
+        }
+    }
+}
+
+void ShapeCandidates::FileCandidates() {
+    for (const auto* files : {&m_scenario.files, &m_session.files}) {
+        for (const auto& file : *files) {
+            _Change change;
+            change.kind = ChangeKind::File;
+            change.target = file.first;
+            change.remove = true;
+            Add(change);
+        }
+    }
+}
+
+bool ChangeTouches(const _Change& change, const Lumora::_CapabilityInput& input) {
+    switch (input.kind) {
+        case Lumora::kInputConfig: {
+            size_t count = 0;
+            const KeyRule* rules = KeyRules(&count);
+            const size_t index = static_cast<size_t>(input.configKey);
+            return change.kind == ChangeKind::Config && index < count &&
+                   KeyRuleMatches(rules[index], change.group, change.key);
+        }
+        case Lumora::kInputProperty:
+            return change.kind == ChangeKind::Property && change.target == input.value;
+        case Lumora::kInputSessionTag:
+        case Lumora::kInputClient:
+        case Lumora::kInputCameraMode:
+            return change.kind == ChangeKind::SessionTag &&
+                   (input.kind != Lumora::kInputSessionTag || change.target == input.value);
+        case Lumora::kInputSessionParam:
+            return change.kind == ChangeKind::SessionParam && change.target == input.value;
+        case Lumora::kInputOperationMode:
+            return change.kind == ChangeKind::SessionParam && change.target == kOperationModeTarget;
+        case Lumora::kInputRequestTag:
+            return change.kind == ChangeKind::RequestTag && change.target == input.value;
+        case Lumora::kInputRequestSetting:
+            return change.kind == ChangeKind::RequestSetting && change.target == input.value;
+        case Lumora::kInputResultTag:
+            return change.kind == ChangeKind::ResultTag && change.target == input.value;
+        case Lumora::kInputStream:
+        case Lumora::kInputRequest:
+            return change.kind == ChangeKind::Stream;
+        case Lumora::kInputFile:
+            return change.kind == ChangeKind::File;
+        default:
+            return false;
+    }
+}
+
+}  // namespace UilayerSim
