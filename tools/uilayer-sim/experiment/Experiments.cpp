@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -14,6 +15,11 @@ namespace UilayerSim {
 const char* const kAborted = "aborted";
 
 namespace {
+
+// Processes that run experiments side by side, at most; fewer runs than this
+// each are not worth another process.
+constexpr size_t kMaxJobs = 4;
+constexpr size_t kMinRunsPerJob = 32;
 
 void OnChildAbort(int) {
     HostKit::DeviceRoot::RemoveNewest();
@@ -46,39 +52,96 @@ void RunChild(size_t first, size_t count, const std::function<std::string(size_t
 
 }  // namespace
 
-std::vector<std::string> RunIsolated(size_t count, const std::function<std::string(size_t)>& run) {
+namespace {
+
+// Forks a child that runs `body` with the write end of a pipe; the read end
+// comes back in `in`.
+pid_t StartChild(const std::function<void(int)>& body, FILE** in) {
+    int fds[2];
+    if (pipe(fds) != 0) {
+        throw std::runtime_error("cannot make a pipe for the experiments");
+    }
+    fflush(nullptr);
+    const pid_t child = fork();
+    if (child < 0) {
+        throw std::runtime_error("cannot start a process for the experiments");
+    }
+    if (child == 0) {
+        close(fds[0]);
+        body(fds[1]);
+        _exit(0);
+    }
+    close(fds[1]);
+    *in = fdopen(fds[0], "r");
+    return child;
+}
+
+// The lines a child wrote, each a result, until it ended; then reaps it.
+void ReadResults(FILE* in, pid_t child, std::vector<std::string>* results) {
+    std::string line;
+    for (int c = fgetc(in); c != EOF; c = fgetc(in)) {
+        if (c != '\n') {
+            line += static_cast<char>(c == '\x1e' ? '\n' : c);
+            continue;
+        }
+        results->push_back(line);
+        line.clear();
+    }
+    fclose(in);
+    int status = 0;
+    waitpid(child, &status, 0);
+}
+
+// Runs `first` .. `end - 1` in order, a new child after each abort.
+std::vector<std::string> RunInOrder(size_t first, size_t end,
+                                    const std::function<std::string(size_t)>& run) {
     std::vector<std::string> results;
-    while (results.size() < count) {
-        int fds[2];
-        if (pipe(fds) != 0) {
-            throw std::runtime_error("cannot make a pipe for the experiments");
-        }
-        fflush(nullptr);
-        const pid_t child = fork();
-        if (child < 0) {
-            throw std::runtime_error("cannot start a process for the experiments");
-        }
-        if (child == 0) {
-            close(fds[0]);
-            RunChild(results.size(), count, run, fds[1]);
-        }
-        close(fds[1]);
-        FILE* in = fdopen(fds[0], "r");
-        std::string line;
-        for (int c = fgetc(in); c != EOF; c = fgetc(in)) {
-            if (c != '\n') {
-                line += static_cast<char>(c == '\x1e' ? '\n' : c);
-                continue;
-            }
-            results.push_back(line);
-            line.clear();
-        }
-        fclose(in);
-        int status = 0;
-        waitpid(child, &status, 0);
-        if (results.size() < count) {
+    while (first + results.size() < end) {
+        FILE* in = nullptr;
+        const size_t from = first + results.size();
+        const pid_t child = StartChild([&](int out) { RunChild(from, end, run, out); }, &in);
+        ReadResults(in, child, &results);
+        if (first + results.size() < end) {
             results.push_back(kAborted);  // the run the child died in
         }
+    }
+    return results;
+}
+
+void WriteResults(const std::vector<std::string>& results, int out) {
+    FILE* pipe = fdopen(out, "w");
+    for (std::string result : results) {
+        std::replace(result.begin(), result.end(), '\n', '\x1e');
+        fprintf(pipe, "%s\n", result.c_str());
+    }
+    fclose(pipe);
+}
+
+}  // namespace
+
+std::vector<std::string> RunIsolated(size_t count, const std::function<std::string(size_t)>& run) {
+    const long processors = sysconf(_SC_NPROCESSORS_ONLN);
+    const size_t jobs = std::min<size_t>(
+        {static_cast<size_t>(std::max(processors, 1L)), kMaxJobs, count / kMinRunsPerJob + 1});
+    if (jobs <= 1) {
+        return RunInOrder(0, count, run);
+    }
+    // Contiguous shares run side by side, each in order in its own process.
+    std::vector<std::pair<pid_t, FILE*>> children;
+    for (size_t job = 0; job < jobs; ++job) {
+        const size_t begin = count * job / jobs;
+        const size_t end = count * (job + 1) / jobs;
+        FILE* in = nullptr;
+        const pid_t child =
+            StartChild([&](int out) { WriteResults(RunInOrder(begin, end, run), out); }, &in);
+        children.emplace_back(child, in);
+    }
+    std::vector<std::string> results;
+    for (const auto& child : children) {
+        ReadResults(child.second, child.first, &results);
+    }
+    if (results.size() != count) {
+        throw std::runtime_error("an experiment process ended early");
     }
     return results;
 }

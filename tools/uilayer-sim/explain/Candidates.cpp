@@ -145,6 +145,16 @@ public:
                     break;
             }
         }
+        // What the rules read that this run did not reach (a read behind
+        // another condition): the properties and plain keys they name.
+        for (const Lumora::_CapabilityInput& input : m_focus) {
+            if (input.kind == Lumora::kInputProperty) {
+                PropertyCandidates(input.value, "");
+            } else if (input.kind == Lumora::kInputConfig &&
+                       Lumora::Key(input.configKey).form == KeyForm::Single) {
+                KeyCandidates(input.group, input.key);
+            }
+        }
         ShapeCandidates shapes(
             m_scenario, m_session, m_config, m_operationModes,
             [this](const _Change& change) { return Relevant(change); },

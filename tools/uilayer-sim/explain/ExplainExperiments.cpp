@@ -193,16 +193,33 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     question.session = session;
     question.hasFrame = out->hasFrame;
     question.frame = out->frame;
-    // Reruns of a request leave out all but the last requests of each repeat
-    // before it, unless that changes the answer.
+    // Reruns leave out the sessions before the question's (their properties
+    // and files stay) and all but the last requests of each repeat before
+    // its request, as long as that changes no caps of the unchanged rerun.
     Scenario scenario = ScenarioUpTo(full, session, out->hasFrame, out->frame, kKeptRepeats);
+    Scenario alone = scenario;
+    for (size_t s = 0; s < session; ++s) {
+        const SessionSetup& earlier = scenario.sessions[s];
+        alone.properties.insert(alone.properties.end(), earlier.properties.begin(),
+                                earlier.properties.end());
+        alone.files.insert(alone.files.end(), earlier.files.begin(), earlier.files.end());
+    }
+    alone.sessions.erase(alone.sessions.begin(), alone.sessions.begin() + session);
     const auto rerun = [&](const std::vector<_Change>& changes) {
         return CapsProbe(
-            ReplayWith(scenario, changes, session, out->hasFrame, out->frame, siblingRoot),
+            ReplayWith(scenario, changes, question.session, out->hasFrame, out->frame, siblingRoot),
             out->hasFrame);
     };
-    const std::string shortened = RunIsolated(1, [&](size_t) { return rerun({}); })[0];
-    if (BitOfProbe(shortened, out->camera, out->bit) != (out->set ? '1' : '0')) {
+    const std::vector<std::string> unchanged = RunIsolated(2, [&](size_t i) {
+        return CapsProbe(ReplayWith(i == 0 ? scenario : alone, {}, i == 0 ? session : 0,
+                                    out->hasFrame, out->frame, siblingRoot),
+                         out->hasFrame);
+    });
+    if (unchanged[1] == unchanged[0] &&
+        BitOfProbe(unchanged[0], out->camera, out->bit) == (out->set ? '1' : '0')) {
+        scenario = alone;
+        question.session = 0;
+    } else if (BitOfProbe(unchanged[0], out->camera, out->bit) != (out->set ? '1' : '0')) {
         scenario = ScenarioUpTo(full, session, out->hasFrame, out->frame);
     }
     // The inputs of the bit's rules, and of the rules of the bits they read.
