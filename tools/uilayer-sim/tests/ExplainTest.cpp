@@ -183,27 +183,42 @@ protected:
 // change it prints and expects the one a user would make among them.
 TEST_F(ExplainQuestionsTest, AnswersWithChangesThatFlipTheBit) {
     const struct {
+        const char* example;  // a bundled example, or null for the questions' scenario
         const char* cap;
         const char* session;
         const char* camera;
         const char* change;
     } cases[] = {
-        {"94", "pro video", "logical", "property persist.vendor.camera.3dlut.enable = 1"},
-        {"CapsOisCloseOcs", "chat", "0", "property ro.product.brand unset"},
-        {"CapsCameraModeProVideoLog", "2", "logical",
+        {nullptr, "94", "pro video", "logical", "property persist.vendor.camera.3dlut.enable = 1"},
+        {nullptr, "CapsOisCloseOcs", "chat", "0", "property ro.product.brand unset"},
+        {nullptr, "CapsCameraModeProVideoLog", "2", "logical",
          "session parameter CameraMode (vendor 160) = \"pro_video_log_mode\""},
-        {"Caps3DLut", "chat", "logical",
+        {nullptr, "Caps3DLut", "chat", "logical",
          "session parameter CameraMode (vendor 160) = \"pro_video_mode\" and property "
          "persist.vendor.camera.3dlut.enable = 1"},
-        {"CapsSystemCameraClient", "1", "logical", "remove session parameter"},
+        {nullptr, "CapsSystemCameraClient", "1", "logical", "remove session parameter"},
+        {"bokeh.yaml", "CapsSHDR", "1", "logical",
+         "device.conf: add SHDRTypeMatching/Mode[3] = 6, 0x8010, "},
+        {"bokeh.yaml", "CapsResolution720P", "1", "logical", "stream \"preview\" size = 1280x720"},
+        {"photo.yaml", "CapsStreamSnapshotRAWQcfa2x2", "1", "logical", "add stream \"added RAW"},
+        {"photo.yaml", "CapsMipmapPreview", "1", "logical",
+         "device.conf:75: OemDecouplePipelines/isEnableMIPMAP = false"},
     };
     for (const auto& c : cases) {
-        _Explanation e = Explain(scenario, recorder, Query(c.cap, c.session, c.camera));
-        ExplainByExperiment(scenario, e.sessionIndex, UILAYER_SIM_SIBLING_ROOT, &e);
+        const Scenario asked = c.example == nullptr
+                                   ? scenario
+                                   : Load(std::string(UILAYER_SIM_EXAMPLES_DIR "/") + c.example);
+        TraceRecorder traced;
+        if (c.example != nullptr) {
+            Record(asked, &traced);
+        }
+        _Explanation e = Explain(asked, c.example == nullptr ? recorder : traced,
+                                 Query(c.cap, c.session, c.camera));
+        ExplainByExperiment(asked, e.sessionIndex, UILAYER_SIM_SIBLING_ROOT, &e);
         bool named = false;
         for (const _ExplainChange& change : e.changes) {
             named = named || change.text.find(c.change) == 0;
-            const Scenario upTo = ScenarioUpTo(scenario, e.sessionIndex, false, 0);
+            const Scenario upTo = ScenarioUpTo(asked, e.sessionIndex, false, 0);
             const std::string probe = CapsProbe(ReplayWith(upTo, change.changes, e.sessionIndex,
                                                            false, 0, UILAYER_SIM_SIBLING_ROOT),
                                                 false);
