@@ -141,7 +141,20 @@ void ChangeRequest(const _Change& change, uint32_t frame, SessionSetup* session)
     }
 }
 
-void ChangeStream(const _Change& change, SessionSetup* session) {
+// A buffer of the stream added to (or removed from) the request of `frame`.
+void ChangeBuffer(const _Change& change, size_t stream, uint32_t frame, SessionSetup* session) {
+    for (Step& step : session->steps) {
+        if (Covers(step, frame)) {
+            std::vector<size_t>& buffers = step.request.buffers;
+            buffers.erase(std::remove(buffers.begin(), buffers.end(), stream), buffers.end());
+            if (!change.remove) {
+                buffers.push_back(stream);
+            }
+        }
+    }
+}
+
+void ChangeStream(const _Change& change, uint32_t frame, SessionSetup* session) {
     auto found =
         std::find_if(session->streams.begin(), session->streams.end(),
                      [&](const StreamSetup& stream) { return stream.name == change.target; });
@@ -154,7 +167,9 @@ void ChangeStream(const _Change& change, SessionSetup* session) {
         throw ChangeError("the session has no stream \"" + change.target + "\"");
     }
     const int64_t n = change.number;
-    if (change.streamField == "format") {
+    if (change.streamField == "buffer") {
+        ChangeBuffer(change, static_cast<size_t>(found - session->streams.begin()), frame, session);
+    } else if (change.streamField == "format") {
         found->format = static_cast<int>(n);
     } else if (change.streamField == "usage") {
         found->usage = static_cast<uint32_t>(n);
@@ -232,6 +247,10 @@ std::string StreamChangeText(const _Change& change) {
         const std::string bit = NameOfNumber(NameTable::UsageBits, flipped);
         return name + " usage " + (added ? "+" : "-") +
                (bit == std::to_string(flipped) ? Hex(flipped) : bit);
+    }
+    if (change.streamField == "buffer") {
+        return (change.remove ? "remove the buffer of " : "add a buffer of ") + name +
+               " to the request";
     }
     if (change.streamField == "use_case") {
         return name + " use case = " + NameOfNumber(NameTable::StreamUseCases, change.number);
@@ -328,7 +347,7 @@ void ApplyChanges(const std::vector<_Change>& changes, size_t session, bool hasF
                 break;
             case ChangeKind::Stream:
                 if (setup != nullptr) {
-                    ChangeStream(change, setup);
+                    ChangeStream(change, frame, setup);
                 }
                 break;
         }

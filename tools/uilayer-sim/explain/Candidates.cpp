@@ -158,7 +158,7 @@ public:
         ShapeCandidates shapes(
             m_scenario, m_session, m_config, m_operationModes,
             [this](const _Change& change) { return Relevant(change); },
-            [this](const _Change& change) { Add(change); });
+            [this](const _Change& change) { Add(change); }, m_question.hasFrame);
         shapes.OperationModeCandidates();
         shapes.StreamCandidates();
         shapes.FileCandidates();

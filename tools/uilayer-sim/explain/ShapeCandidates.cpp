@@ -93,6 +93,15 @@ void ShapeCandidates::StreamCandidates() {
         frames.push_back(int64_t{camera->fullArrayWidth} << 32 | camera->fullArrayHeight);
     }
     for (const StreamSetup& stream : m_session.streams) {
+        if (m_hasFrame) {
+            _Change buffer;  // added where absent, removed where present
+            buffer.kind = ChangeKind::Stream;
+            buffer.target = stream.name;
+            buffer.streamField = "buffer";
+            Add(buffer);
+            buffer.remove = true;
+            Add(buffer);
+        }
         _Change remove;
         remove.kind = ChangeKind::Stream;
         remove.target = stream.name;

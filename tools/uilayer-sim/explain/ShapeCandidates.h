@@ -20,13 +20,14 @@ public:
     ShapeCandidates(const Scenario& scenario, const SessionSetup& session,
                     const HostPlatform::ConfigText& config, const std::set<uint32_t>& modes,
                     std::function<bool(const _Change&)> relevant,
-                    std::function<void(const _Change&)> add)
+                    std::function<void(const _Change&)> add, bool hasFrame)
         : m_scenario(scenario),
           m_session(session),
           m_config(config),
           m_operationModes(modes),
           Relevant(std::move(relevant)),
-          Add(std::move(add)) {}
+          Add(std::move(add)),
+          m_hasFrame(hasFrame) {}
 
     // The operation modes the configuration names, the reference names
     // (`modes`) and the two plain ones.
@@ -48,6 +49,7 @@ private:
     const std::set<uint32_t>& m_operationModes;
     std::function<bool(const _Change&)> Relevant;
     std::function<void(const _Change&)> Add;
+    bool m_hasFrame;  // a question about a request: its buffers change too
 };
 
 }  // namespace UilayerSim
