@@ -253,6 +253,21 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
         }
     }
     // Pairs of changes to what the bit's rules read, when no single change sets it.
+    std::vector<uint32_t> readBits;
+    for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
+        for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
+            if (input.kind == Lumora::kInputCaps) {
+                readBits.push_back(static_cast<uint32_t>(std::stoul(input.value)));
+            }
+        }
+    }
+    const auto turnsReadBit = [&](size_t i) {
+        return std::any_of(readBits.begin(), readBits.end(), [&](uint32_t bit) {
+            return BitOfProbe(probes[i], -1, bit) != BitOfProbe(run.baseline, -1, bit) ||
+                   BitOfProbe(probes[i], out->camera, bit) !=
+                       BitOfProbe(run.baseline, out->camera, bit);
+        });
+    };
     std::vector<size_t> paired;
     const uint8_t scope =
         out->hasFrame
@@ -267,7 +282,7 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
                                 ChangeTouches(candidates[i], input));
             }
         }
-        if (touches && candidates[i].sessionValue) {
+        if ((touches && candidates[i].sessionValue) || turnsReadBit(i)) {
             paired.push_back(i);
         }
     }
@@ -284,7 +299,9 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             }
         }
     }
-    // Three kinds of pairs share the bound, taken in turn: two values of one
+    // Four kinds of pairs share the bound, taken in turn: a change that turns
+    // a bit the rules read with one that changes another of their inputs
+    // (CapsSHDRType2 wants CapsSnapshotRaw12 and a row), two values of one
     // configuration row or key (a row applies when several of its values
     // match the session), two fields of one stream, and any other two; those
     // whose changes each changed some caps on their own first.
@@ -293,16 +310,20 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     };
     std::stable_sort(pairs.begin(), pairs.end(),
                      [&](const auto& a, const auto& b) { return active(a) > active(b); });
-    std::vector<std::pair<size_t, size_t>> kinds[3];
+    std::vector<std::pair<size_t, size_t>> kinds[4];
     for (const auto& pair : pairs) {
         const _Change& first = candidates[pair.first];
         const bool oneTarget = first.target == candidates[pair.second].target;
-        kinds[!oneTarget ? 2 : first.kind == ChangeKind::Config ? 0 : 1].push_back(pair);
+        const bool precondition = turnsReadBit(pair.first) != turnsReadBit(pair.second);
+        kinds[precondition                       ? 0
+              : !oneTarget                       ? 3
+              : first.kind == ChangeKind::Config ? 1
+                                                 : 2]
+            .push_back(pair);
     }
+    const size_t total = pairs.size();
     pairs.clear();
-    for (size_t i = 0;
-         pairs.size() < kMaxPairs + 1 && i < kinds[0].size() + kinds[1].size() + kinds[2].size();
-         ++i) {
+    for (size_t i = 0; pairs.size() <= kMaxPairs && i < total; ++i) {
         for (const auto& kind : kinds) {
             if (i < kind.size()) {
                 pairs.push_back(kind[i]);
