@@ -7,6 +7,7 @@
 #include <HostConfigText.h>
 
 #include <algorithm>
+#include <map>
 #include <sstream>
 
 #include <HostKit/Metadata.h>
@@ -320,6 +321,30 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
               : first.kind == ChangeKind::Config ? 1
                                                  : 2]
             .push_back(pair);
+    }
+    // Within two values of one row or stream, each pair of places in turn
+    // (format with use case, format with size, ...).
+    for (size_t kind = 1; kind <= 2; ++kind) {
+        std::map<std::string, std::vector<std::pair<size_t, size_t>>> places;
+        for (const auto& pair : kinds[kind]) {
+            const _Change& a = candidates[pair.first];
+            const _Change& b = candidates[pair.second];
+            const std::string one = a.streamField + std::to_string(a.field);
+            const std::string two = b.streamField + std::to_string(b.field);
+            places[a.target + "|" + std::min(one, two) + "|" + std::max(one, two)].push_back(pair);
+        }
+        kinds[kind].clear();
+        for (size_t i = 0; kinds[kind].size() < kMaxPairs; ++i) {
+            const size_t before = kinds[kind].size();
+            for (const auto& place : places) {
+                if (i < place.second.size()) {
+                    kinds[kind].push_back(place.second[i]);
+                }
+            }
+            if (kinds[kind].size() == before) {
+                break;
+            }
+        }
     }
     const size_t total = pairs.size();
     pairs.clear();
