@@ -42,6 +42,11 @@ TEST_F(SessionIntegrationTest, ClientKindReachesTheStreamCaps) {
     EXPECT_TRUE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(1)));
     EXPECT_FALSE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(0)));
 
+    // The set's first camera is listed like any other.
+    LoadConfig("[PackageName Group]\nOisCloseOcsApp = com.other\n[OIS]\nOisCtsCloseOcs = 0\n");
+    Configure(app);
+    EXPECT_TRUE(m_parser->IsSessionSupportCaps(CapsOisCloseOcs, static_cast<QueryCapsType>(0)));
+
     // A listed physical id that no camera of the session has is skipped; ids
     // after the fifth are not read.
     LoadConfig(

@@ -144,6 +144,11 @@ TEST_F(SessionParamsTest, ProVideoModes) {
     property_set("persist.vendor.camera.3dlut.enable", "1");
     ConfigureMode(0, "pro_video_mode");
     EXPECT_TRUE(Has(Caps3DLut));
+    // -1 leaves the configuration in force.
+    LoadConfig("[OemCommonCapbility]\nEnable3DLut = false\n");
+    property_set("persist.vendor.camera.3dlut.enable", "-1");
+    ConfigureMode(0, "pro_video_mode");
+    EXPECT_FALSE(Has(Caps3DLut));
 }
 
 TEST_F(SessionParamsTest, SnapshotRawFormat) {
@@ -341,6 +346,7 @@ TEST_F(SessionParamsTest, NothingOfTheFirstSessionSurvives) {
     first.Add(extended);
     first.Add(RawStream(38, 4000, 3000));
     Configure(first);
+    EXPECT_TRUE(LoggedExactly("I warmStartLux: 250.000000"));
     ASSERT_TRUE(m_parser->IsDisableAePrecaptureTriggerForSnapshot());
     ASSERT_EQ("11", Bits({CapsSkipRawStream, CapsExtModeStream}));
 

@@ -272,6 +272,11 @@ TEST_F(StreamsIntegrationTest, PipelineRowsTheLastMatchNamesThePipeline) {
         "[OPreviewPipelines]\nmode[0] = 0x8001, 255, 0, \"Named\"\nmode[1] = 0x8001, 255, 0\n");
     ConfigureFor(0x8001);
     EXPECT_STREQ("Named", m_parser->GetPipelineName());
+    // Without a matching row a set of two cameras takes the multi-camera default.
+    OpenMulti(2);
+    LoadConfig("");
+    ConfigureFor(0x8001);
+    EXPECT_STREQ("TavroMultiDefault", m_parser->GetPipelineName());
 }
 
 TEST_F(StreamsIntegrationTest, CustomFullRawSizeByPhysicalCamerasSensor) {

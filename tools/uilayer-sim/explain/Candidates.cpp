@@ -29,9 +29,6 @@ constexpr float kZoomRatios[] = {0.6f, 1.0f, 2.0f, 4.0f, 10.0f};
 // More distinct values than this from other rows or the configuration add
 // little but time.
 constexpr size_t kMaxSiblings = 8;
-constexpr size_t kMaxStrings = 40;
-// The ext_stream_mode values tried (the framework leaves it 0).
-constexpr uint32_t kExtModes = 4;
 // Rows of a group copied into a new row.
 constexpr size_t kRowsCopied = 4;
 
