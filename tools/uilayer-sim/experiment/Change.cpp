@@ -226,12 +226,6 @@ std::string TagName(const TagValue& tag) {
            std::to_string(tag.tag) + ")";
 }
 
-std::string Hex(uint64_t value) {
-    std::ostringstream hex;
-    hex << "0x" << std::uppercase << std::hex << value;
-    return hex.str();
-}
-
 // "stream "preview" format = YCbCr_420_888", "stream "jpeg" usage +HW_VIDEO_ENCODER".
 std::string StreamChangeText(const _Change& change) {
     const std::string name = "stream \"" + change.target + "\"";
@@ -246,7 +240,7 @@ std::string StreamChangeText(const _Change& change) {
         const bool added = (static_cast<uint32_t>(change.number) & flipped) != 0;
         const std::string bit = NameOfNumber(NameTable::UsageBits, flipped);
         return name + " usage " + (added ? "+" : "-") +
-               (bit == std::to_string(flipped) ? Hex(flipped) : bit);
+               (bit == std::to_string(flipped) ? HexText(flipped) : bit);
     }
     if (change.streamField == "buffer") {
         return (change.remove ? "remove the buffer of " : "add a buffer of ") + name +
@@ -266,6 +260,12 @@ std::string StreamChangeText(const _Change& change) {
 }
 
 }  // namespace
+
+std::string HexText(uint64_t value) {
+    std::ostringstream hex;
+    hex << "0x" << std::uppercase << std::hex << value;
+    return hex.str();
+}
 
 const char* ChangeKindName(ChangeKind kind) {
     static constexpr const char* kNames[] = {"config",        "property",    "session-tag",
@@ -374,7 +374,7 @@ std::string ChangeValue(const _Change& change) {
             break;
     }
     if (change.kind == ChangeKind::SessionParam && change.target == kOperationModeTarget) {
-        return Hex(static_cast<uint64_t>(change.number));
+        return HexText(static_cast<uint64_t>(change.number));
     }
     return TagText(change.tag);
 }

@@ -28,6 +28,9 @@ enum class ChangeKind {
     File,
 };
 
+// "0x8010": how the configuration and the reports write operation modes.
+std::string HexText(uint64_t value);
+
 // "config", "property", "session-tag", ...
 const char* ChangeKindName(ChangeKind kind);
 

@@ -32,12 +32,6 @@ constexpr size_t kMaxSiblings = 8;
 // Rows of a group copied into a new row.
 constexpr size_t kRowsCopied = 4;
 
-std::string Hex(uint64_t value) {
-    std::ostringstream out;
-    out << "0x" << std::uppercase << std::hex << value;
-    return out.str();
-}
-
 void AddDistinct(Texts* list, const std::string& value, size_t limit = SIZE_MAX) {
     if (list->size() < limit && std::find(list->begin(), list->end(), value) == list->end()) {
         list->push_back(value);
@@ -195,7 +189,7 @@ private:
     }
 
     void CollectPools() {
-        AddDistinct(&m_ints, Hex(m_session.operationMode));
+        AddDistinct(&m_ints, HexText(m_session.operationMode));
         AddDistinct(&m_ints, std::to_string(m_session.camera));
         uint32_t fpsTag = 0;
         StandardTagByName(kFpsRange, &fpsTag);
@@ -209,7 +203,7 @@ private:
             AddDistinct(&m_ints, std::to_string(camera->logicalCamId));
             for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
                 AddDistinct(&m_ints, std::to_string(physical.physicalCamId));
-                AddDistinct(&m_ints, Hex(1ull << (physical.physicalCamId & 31)));
+                AddDistinct(&m_ints, HexText(1ull << (physical.physicalCamId & 31)));
             }
         }
         m_sessionInts = m_ints.size();
@@ -266,7 +260,7 @@ private:
         } else if (letter == 'f') {
             values = {"0", "1", "2", "10"};
         } else if (!siblings.empty() && std::all_of(siblings.begin(), siblings.end(), IsModeText)) {
-            values = {Hex(m_session.operationMode)};  // a column of operation modes
+            values = {HexText(m_session.operationMode)};  // a column of operation modes
         } else {
             values = m_ints;
             int64_t number = 0;
@@ -355,7 +349,8 @@ private:
                 const bool modes = std::all_of(rows.begin(), rows.end(), [&](const auto* row) {
                     return field < row->values.size() && IsModeText(row->values[field]);
                 });
-                bases.back()[field] = modes ? Hex(m_session.operationMode) : bases.back()[field];
+                bases.back()[field] =
+                    modes ? HexText(m_session.operationMode) : bases.back()[field];
             }
         }
         if (bases.empty()) {

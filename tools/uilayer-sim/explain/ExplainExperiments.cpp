@@ -119,9 +119,7 @@ void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
             }
         }
     } else if (in.kind == Lumora::kInputOperationMode) {
-        std::ostringstream hex;
-        hex << "0x" << std::uppercase << std::hex << setup.operationMode;
-        input->value = hex.str();
+        input->value = HexText(setup.operationMode);
     } else if (in.kind == Lumora::kInputSessionTag) {
         _Change tag;
         tag.kind = ChangeKind::SessionTag;
