@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <memory>
 
 namespace UilayerSim {
 
@@ -21,6 +22,11 @@ namespace {
 constexpr size_t kMaxJobs = 4;
 constexpr size_t kMinRunsPerJob = 32;
 
+// A process that runs experiments makes one device root and reruns in it:
+// making and removing a root costs more than a rerun of a session.
+bool g_inChild = false;
+std::unique_ptr<HostKit::DeviceRoot> g_childRoot;
+
 void OnChildAbort(int) {
     HostKit::DeviceRoot::RemoveNewest();
     _exit(134);
@@ -29,6 +35,7 @@ void OnChildAbort(int) {
 // Results go one a line; a newline inside one travels as a record separator.
 void RunChild(size_t first, size_t count, const std::function<std::string(size_t)>& run, int out) {
     signal(SIGABRT, OnChildAbort);
+    g_inChild = true;
     const int null = open("/dev/null", O_WRONLY);
     if (null >= 0) {
         dup2(null, STDERR_FILENO);
@@ -47,6 +54,7 @@ void RunChild(size_t first, size_t count, const std::function<std::string(size_t
         fprintf(pipe, "%s\n", result.c_str());
         fflush(pipe);
     }
+    g_childRoot.reset();
     _exit(0);
 }
 
@@ -196,6 +204,10 @@ _ReplayRecord ReplayWith(const Scenario& base, const std::vector<_Change>& chang
     ApplyChanges(changes, session, hasFrame, frame, &scenario);
     ReplayOptions options;
     options.siblingRoot = siblingRoot;
+    if (g_inChild && g_childRoot == nullptr) {
+        g_childRoot = std::make_unique<HostKit::DeviceRoot>(siblingRoot, "uilayer-sim");
+    }
+    options.root = g_childRoot.get();
     return RecordReplay(scenario, options);
 }
 

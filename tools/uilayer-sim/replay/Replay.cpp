@@ -68,8 +68,10 @@ Replayer::~Replayer() {
     Lumora::IuiLayer::Init(0, nullptr);
     HostPlatform::TakeCameraLog();
     HostPlatform::TakeAndroidLog();
-    // The root goes with m_root; an interrupt from now on has nothing to remove.
-    RegisterCleanupPath("");
+    // An own root goes with m_ownRoot; an interrupt from now on has nothing to remove.
+    if (m_ownRoot != nullptr) {
+        RegisterCleanupPath("");
+    }
 }
 
 void Replayer::SetLogging(bool on) const {
@@ -145,8 +147,12 @@ std::unique_ptr<PreparedSession> Replayer::PrepareSession(const SessionSetup& se
 }
 
 _ReplayRecord Replayer::Run() {
-    m_root = std::make_unique<HostKit::DeviceRoot>(m_options.siblingRoot, "uilayer-sim");
-    RegisterCleanupPath(m_root->Path());
+    if (m_options.root == nullptr) {
+        m_ownRoot = std::make_unique<HostKit::DeviceRoot>(m_options.siblingRoot, "uilayer-sim");
+        RegisterCleanupPath(m_ownRoot->Path());
+    }
+    m_root = m_ownRoot != nullptr ? m_ownRoot.get() : m_options.root;
+    m_root->KeepOnly(m_scenario.files);
     WriteFiles(m_scenario.files);
     m_root->Activate();
     HostPlatform::ResetProperties();

@@ -11,6 +11,10 @@
 #include "core/Scenario.h"
 #include "replay/ReplayRecord.h"
 
+namespace HostKit {
+class DeviceRoot;
+}
+
 namespace UilayerSim {
 
 class TraceRecorder;
@@ -25,6 +29,10 @@ struct ReplayOptions {
     // Keeps the trace of the replay when set (requests too, if it asks);
     // otherwise the replay keeps its own, for the session facts.
     TraceRecorder* recorder = nullptr;
+    // A device root to run in instead of a new one (experiments rerun many
+    // times a second): the replay starts by removing the files an earlier
+    // replay left there that this scenario does not write alike.
+    HostKit::DeviceRoot* root = nullptr;
 };
 
 // Builds the device in memory, loads the configuration, sets the properties,

@@ -74,7 +74,8 @@ private:
 
     const Scenario& m_scenario;
     const ReplayOptions& m_options;
-    std::unique_ptr<HostKit::DeviceRoot> m_root;
+    std::unique_ptr<HostKit::DeviceRoot> m_ownRoot;
+    HostKit::DeviceRoot* m_root = nullptr;  // m_ownRoot or the options' root
     std::unique_ptr<HostKit::CameraTable> m_device;
     std::map<uint32_t, std::shared_ptr<Lumora::IuiLayer>> m_parsers;
     std::unique_ptr<TraceRecorder> m_ownRecorder;

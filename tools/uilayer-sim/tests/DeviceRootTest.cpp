@@ -84,6 +84,17 @@ TEST_F(DeviceRootTest, HoldsTheSiblingAndTheFilesAndLeavesNothingBehind) {
 
         root.Activate();
         EXPECT_EQ(path, getenv("UILAYER_DEVICE_ROOT"));
+
+        // A root reused by the next run keeps only the files that run writes alike.
+        root.WriteFile("/data/vendor/camera/a.txt", "a");
+        root.KeepOnly({{"/data/vendor/camera/aecWarmStartCamera_0.txt", "4 5 6\n"},
+                       {"/sys/class/power_supply/wireless/online", "0"}});
+        EXPECT_TRUE(Exists(path + "/data/vendor/camera/aecWarmStartCamera_0.txt"));
+        EXPECT_FALSE(Exists(path + "/data/vendor/camera/a.txt"));
+        EXPECT_FALSE(Exists(path + "/sys/class/power_supply/wireless/online"));
+        root.WriteFile("/sys/class/power_supply/wireless/online", "0");
+        ASSERT_TRUE(ReadWholeFile(path + "/sys/class/power_supply/wireless/online", &content));
+        EXPECT_EQ("0", content);
     }
     EXPECT_FALSE(Exists(path));
     EXPECT_STREQ("/previous/root", getenv("UILAYER_DEVICE_ROOT"));

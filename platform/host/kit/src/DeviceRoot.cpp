@@ -124,6 +124,10 @@ void DeviceRoot::MakeDirectories(const std::string& relative) {
 }
 
 void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& content) {
+    const auto written = m_written.find(devicePath);
+    if (written != m_written.end() && written->second == content) {
+        return;
+    }
     const std::string relative = Relative(devicePath);
     const size_t slash = relative.rfind('/');
     if (slash != std::string::npos) {
@@ -138,17 +142,35 @@ void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& con
     if (!existed) {
         m_created.push_back(path);
     }
+    m_written.erase(devicePath);
     if (!HostPlatform::WriteAll(fd, content.data(), content.size())) {
         close(fd);
         throw SystemError("cannot write", path);
     }
     close(fd);
+    m_written[devicePath] = content;
 }
 
 void DeviceRoot::RemoveFile(const std::string& devicePath) {
+    m_written.erase(devicePath);
     const std::string path = m_path + "/" + Relative(devicePath);
     if (unlink(path.c_str()) == 0) {
         m_created.erase(std::remove(m_created.begin(), m_created.end(), path), m_created.end());
+    }
+}
+
+void DeviceRoot::KeepOnly(const std::vector<std::pair<std::string, std::string>>& files) {
+    std::vector<std::string> stale;
+    for (const auto& written : m_written) {
+        const bool kept = std::any_of(files.begin(), files.end(), [&](const auto& file) {
+            return file.first == written.first && file.second == written.second;
+        });
+        if (!kept) {
+            stale.push_back(written.first);
+        }
+    }
+    for (const std::string& devicePath : stale) {
+        RemoveFile(devicePath);
     }
 }
 

@@ -4,7 +4,9 @@
 #ifndef HOSTKIT_DEVICE_ROOT_H
 #define HOSTKIT_DEVICE_ROOT_H
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace HostKit {
@@ -31,6 +33,9 @@ public:
     void WriteFile(const std::string& devicePath, const std::string& content);
     // Removes a file written before.
     void RemoveFile(const std::string& devicePath);
+    // Removes every file written before that is not in `files` with the same
+    // content; those that are stay and are not written again.
+    void KeepOnly(const std::vector<std::pair<std::string, std::string>>& files);
     // Points UILAYER_DEVICE_ROOT at this root.
     void Activate();
 
@@ -43,7 +48,8 @@ private:
     void Remove();
 
     std::string m_path;
-    std::vector<std::string> m_created;  // in creation order
+    std::vector<std::string> m_created;            // in creation order
+    std::map<std::string, std::string> m_written;  // device path: content
     bool m_hadVariable = false;
     std::string m_oldVariable;
     bool m_active = false;
