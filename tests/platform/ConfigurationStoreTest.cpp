@@ -151,4 +151,17 @@ TEST_F(ConfigurationStoreTest, MalformedTextIsRefusedWithItsLineAndKeepsTheOldSt
     EXPECT_STREQ("kept", before);
 }
 
+TEST_F(ConfigurationStoreTest, ReloadsTakeTheNewestTextAndPeekingReadsIt) {
+    const char* a = "[G]\nK = a, b\n";
+    Load(a);
+    Load("[G]\nK = c\n");
+    Load(a);
+    std::vector<std::string> values;
+    ASSERT_TRUE(HostPlatform::PeekConfiguration("G", "K", &values));
+    EXPECT_EQ((std::vector<std::string>{"a", "b"}), values);
+    EXPECT_FALSE(HostPlatform::PeekConfiguration("G", "Absent", &values));
+    Load("[H]\nK = c\n");
+    EXPECT_FALSE(HostPlatform::PeekConfiguration("G", "K", &values));
+}
+
 }  // namespace

@@ -13,6 +13,10 @@ namespace HostPlatform {
 int LoadConfiguration(const char* text);
 // The same from a file; -1 when the file cannot be read.
 int LoadConfigurationFile(const char* path);
+// The values of a key of the loaded configuration, without recording a read;
+// false when the key is absent.
+bool PeekConfiguration(const std::string& group, const std::string& key,
+                       std::vector<std::string>* values);
 // Forgets every property set so far.
 void ResetProperties();
 // Sets the five logger switches.

@@ -39,6 +39,7 @@ constexpr int kInvalid = 22;
 struct Store {
     std::mutex mutex;
     std::unique_ptr<ConfigurationData> data = std::make_unique<ConfigurationData>();
+    std::string text;  // what `data` was read from
 };
 
 Store& TheStore() {
@@ -49,6 +50,14 @@ Store& TheStore() {
 }
 
 int Load(std::string_view text) {
+    // Tools rerun one configuration many times; the library only reads it.
+    {
+        Store& store = TheStore();
+        std::lock_guard<std::mutex> lock(store.mutex);
+        if (!store.text.empty() && store.text == text) {
+            return 0;
+        }
+    }
     HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText(text);
     if (const HostPlatform::ConfigProblem* malformed = parsed.FirstMalformed()) {
         return malformed->line;
@@ -57,6 +66,7 @@ int Load(std::string_view text) {
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.mutex);
     store.data.swap(data);
+    store.text = text;
     return 0;
 }
 
@@ -163,6 +173,17 @@ int LoadConfiguration(const char* text) {
         return -1;
     }
     return Load(text);
+}
+
+bool PeekConfiguration(const std::string& group, const std::string& key,
+                       std::vector<std::string>* values) {
+    Store& store = TheStore();
+    std::lock_guard<std::mutex> lock(store.mutex);
+    const ConfigKey* found = store.data->FindKey(group, key);
+    if (found != nullptr && values != nullptr) {
+        *values = found->values;
+    }
+    return found != nullptr;
 }
 
 int LoadConfigurationFile(const char* path) {

@@ -49,10 +49,21 @@ std::vector<std::string> NewValues(const _Change& change, const HostPlatform::Co
     return values;
 }
 
+// The text read; experiments edit one configuration thousands of times.
+const HostPlatform::ConfigText& Parsed(const std::string& text) {
+    static std::string last;
+    static HostPlatform::ConfigText parsed;
+    if (last.empty() || last != text) {
+        parsed = HostPlatform::ReadConfigText(text);
+        last = text;
+    }
+    return parsed;
+}
+
 // The key's line replaced (or commented out), or the key added at the end in
 // a group header of its own: a repeated header continues the group.
 void EditConfig(const _Change& change, std::string* text) {
-    const HostPlatform::ConfigText parsed = HostPlatform::ReadConfigText(*text);
+    const HostPlatform::ConfigText& parsed = Parsed(*text);
     const HostPlatform::ConfigKey* key = FindKey(parsed, change.group, change.key);
     const std::string line = change.key + " = " + Joined(NewValues(change, key));
     if (key == nullptr) {

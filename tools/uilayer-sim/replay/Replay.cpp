@@ -160,11 +160,10 @@ _ReplayRecord Replayer::Run() {
         property_set(property.first.c_str(), property.second.c_str());
     }
     const int refused = HostPlatform::LoadConfiguration(m_scenario.configText.c_str());
-    const HostPlatform::ConfigText configText = HostPlatform::ReadConfigText(m_scenario.configText);
     const Lumora::_ConfigKey& wireless = Lumora::Key(Lumora::EConfigKey::SatFallbackWireless);
-    if (const HostPlatform::ConfigGroup* group = configText.Find(wireless.group)) {
-        const HostPlatform::ConfigKey* key = group->Find(wireless.key);
-        m_wirelessSwitch = key != nullptr && !key->values.empty() ? key->values.front() : "";
+    std::vector<std::string> values;
+    if (HostPlatform::PeekConfiguration(wireless.group, wireless.key, &values)) {
+        m_wirelessSwitch = values.empty() ? "" : values.front();
     }
     if (refused != 0) {
         throw std::runtime_error("the configuration store refuses line " + std::to_string(refused) +
