@@ -13,6 +13,7 @@
 #include <HostKit/Metadata.h>
 
 #include "common/VendorTags.h"
+#include "core/Names.h"
 #include "explain/Candidates.h"
 #include "explain/Explain.h"
 #include "experiment/Experiments.h"
@@ -91,9 +92,40 @@ std::vector<ConfigRead> UnpackReads(const std::string& text) {
     return reads;
 }
 
+// One field of a stream as the scenario names it.
+std::string StreamFieldText(const StreamSetup& stream, const std::string& field) {
+    if (field == "format") {
+        return NameOfNumber(NameTable::PixelFormats, stream.format);
+    }
+    if (field == "data_space") {
+        return NameOfNumber(NameTable::DataSpaces, stream.dataSpace);
+    }
+    if (field == "stream_use_case") {
+        return NameOfNumber(NameTable::StreamUseCases, stream.useCase);
+    }
+    if (field == "physical_camera_id") {
+        return stream.physicalId.empty() ? "logical" : "'" + stream.physicalId + "'";
+    }
+    const std::pair<const char*, int64_t> numbers[] = {
+        {"usage", stream.usage},
+        {"width", stream.width},
+        {"height", stream.height},
+        {"stream_type", stream.streamType},
+        {"ext_stream_mode", stream.extMode},
+        {"dynamic_range_profile", stream.dynamicRangeProfile}};
+    for (const auto& number : numbers) {
+        if (field == number.first) {
+            return field == "usage" ? HexText(static_cast<uint64_t>(number.second))
+                                    : std::to_string(number.second);
+        }
+    }
+    return std::to_string(stream.width) + "x" + std::to_string(stream.height) + " " +
+           NameOfNumber(NameTable::PixelFormats, stream.format);
+}
+
 // The value an input has in the scenario, where the scenario says it.
 void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario, size_t session,
-                   _ExplainInput* input) {
+                   const std::string& probe, _ExplainInput* input) {
     const SessionSetup& setup = scenario.sessions[session];
     if (in.kind == Lumora::kInputConfig) {
         const HostPlatform::ConfigText text = HostPlatform::ReadConfigText(scenario.configText);
@@ -117,6 +149,23 @@ void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
                         property.first == in.value ? "'" + property.second + "'" : input->value;
                 }
             }
+        }
+    } else if (in.kind == Lumora::kInputCaps && !probe.empty()) {
+        // Where the rerun without changes has the session bit.
+        const uint32_t bit = static_cast<uint32_t>(std::stoul(in.value));
+        input->value = BitOfProbe(probe, -1, bit) == '1' ? "set on the logical camera" : "";
+        for (size_t at = probe.find(" C"); at != std::string::npos; at = probe.find(" C", at + 1)) {
+            const int64_t camera = std::stoll(probe.substr(at + 2));
+            if (BitOfProbe(probe, camera, bit) == '1') {
+                input->value += (input->value.empty() ? "set on camera " : ", camera ") +
+                                std::to_string(camera);
+            }
+        }
+        input->value = input->value.empty() ? "not set" : input->value;
+    } else if (in.kind == Lumora::kInputStream) {
+        for (const StreamSetup& stream : setup.streams) {
+            input->value += (input->value.empty() ? "" : ", ") + stream.name + " " +
+                            StreamFieldText(stream, in.value);
         }
     } else if (in.kind == Lumora::kInputOperationMode) {
         input->value = HexText(setup.operationMode);
@@ -260,12 +309,31 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             }
         }
     }
-    const auto turnsReadBit = [&](size_t i) {
+    // On any camera: a camera's RAW role reads Caps2x2XCFA of another one.
+    std::vector<int64_t> cameras = {-1};
+    for (size_t at = run.baseline.find(" C"); at != std::string::npos;
+         at = run.baseline.find(" C", at + 1)) {
+        cameras.push_back(std::stoll(run.baseline.substr(at + 2)));
+    }
+    const auto turnsReadBitOn = [&](size_t i, int64_t camera) {
         return std::any_of(readBits.begin(), readBits.end(), [&](uint32_t bit) {
-            return BitOfProbe(probes[i], -1, bit) != BitOfProbe(run.baseline, -1, bit) ||
-                   BitOfProbe(probes[i], out->camera, bit) !=
-                       BitOfProbe(run.baseline, out->camera, bit);
+            return BitOfProbe(probes[i], camera, bit) != BitOfProbe(run.baseline, camera, bit);
         });
+    };
+    const auto turnsReadBit = [&](size_t i) {
+        return std::any_of(cameras.begin(), cameras.end(),
+                           [&](int64_t camera) { return turnsReadBitOn(i, camera); });
+    };
+    // The camera a stream change is about, -1 for none or the logical one.
+    const SessionSetup& setup = scenario.sessions[question.session];
+    const auto streamCamera = [&](const _Change& change) -> int64_t {
+        std::string id = change.stream.physicalId;
+        for (const StreamSetup& stream : setup.streams) {
+            id =
+                change.streamField.empty() || stream.name != change.target ? id : stream.physicalId;
+        }
+        const bool number = !id.empty() && id.find_first_not_of("0123456789") == std::string::npos;
+        return change.kind == ChangeKind::Stream && number && id.size() < 6 ? std::stoll(id) : -1;
     };
     std::vector<size_t> paired;
     const uint8_t scope =
@@ -307,8 +375,17 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     const auto active = [&](const std::pair<size_t, size_t>& pair) {
         return (probes[pair.first] != run.baseline) + (probes[pair.second] != run.baseline);
     };
-    std::stable_sort(pairs.begin(), pairs.end(),
-                     [&](const auto& a, const auto& b) { return active(a) > active(b); });
+    // A change that turns a read bit on one camera goes first with the
+    // changes of that camera's streams.
+    const auto sameCamera = [&](const std::pair<size_t, size_t>& pair) {
+        const int64_t first = streamCamera(candidates[pair.first]);
+        const int64_t second = streamCamera(candidates[pair.second]);
+        return (first >= 0 && turnsReadBitOn(pair.second, first)) ||
+               (second >= 0 && turnsReadBitOn(pair.first, second));
+    };
+    std::stable_sort(pairs.begin(), pairs.end(), [&](const auto& a, const auto& b) {
+        return std::make_pair(sameCamera(a), active(a)) > std::make_pair(sameCamera(b), active(b));
+    });
     std::vector<std::pair<size_t, size_t>> kinds[4];
     for (const auto& pair : pairs) {
         const _Change& first = candidates[pair.first];
@@ -364,9 +441,16 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
         if (after != '?' && after != before) {
             const std::vector<_Change> pair =
                 Merged({candidates[pairs[i].first], candidates[pairs[i].second]}, full);
-            out->changes.push_back({pair, pair.size() == 1 ? ChangeText(pair[0], full)
-                                                           : ChangeText(pair[0], full) + " and " +
-                                                                 ChangeText(pair[1], full)});
+            const std::string text =
+                pair.size() == 1 ? ChangeText(pair[0], full)
+                                 : ChangeText(pair[0], full) + " and " + ChangeText(pair[1], full);
+            // Two changes that merge into one edit of a row say the same.
+            const bool said =
+                std::any_of(out->changes.begin(), out->changes.end(),
+                            [&](const _ExplainChange& change) { return change.text == text; });
+            if (!said) {
+                out->changes.push_back({pair, text});
+            }
         }
     }
     std::stable_sort(out->changes.begin(), out->changes.end(),
@@ -381,7 +465,7 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
         for (const Lumora::_CapabilityInput& in : Lumora::ParseInputs(*rule.rule)) {
             _ExplainInput input;
             input.what = std::string(Lumora::InputKindText(in.kind)) + " " + in.value;
-            DescribeInput(in, full, session, &input);
+            DescribeInput(in, full, session, out->hasFrame ? "" : run.baseline, &input);
             for (const _ExplainChange& change : out->changes) {
                 if (input.verdict == InputVerdict::Unknown && change.changes.size() == 1 &&
                     ChangeTouches(change.changes[0], in)) {

@@ -13,6 +13,10 @@ namespace {
 
 // The ext_stream_mode values tried (the framework leaves it 0).
 constexpr uint32_t kExtModes = 4;
+// The usage bit that makes a stream the metadata stream.
+constexpr uint32_t kMetadataUsage = 0x40;
+// The smallest width or height taken for a frame size in the configuration.
+constexpr unsigned long kMinDimension = 16;
 
 using Texts = std::vector<std::string>;
 
@@ -41,6 +45,27 @@ _Change RawStream(int format, uint32_t width, uint32_t height, const std::string
                  std::to_string(width) + "x" + std::to_string(height) +
                  (id.empty() ? "" : " of camera " + id);
     return add;
+}
+
+// The (width, height) pairs the configuration names: keys of two whole
+// numbers that could be a frame size.
+std::vector<int64_t> ConfiguredSizes(const HostPlatform::ConfigText& config) {
+    std::set<int64_t> sizes;
+    const auto dimension = [](const std::string& text) {
+        const bool digits = !text.empty() && text.size() <= 5 &&
+                            text.find_first_not_of("0123456789") == std::string::npos;
+        return digits ? std::stoul(text) : 0ul;
+    };
+    for (const HostPlatform::ConfigGroup& group : config.groups) {
+        for (const HostPlatform::ConfigKey& key : group.keys) {
+            if (key.values.size() == 2 && dimension(key.values[0]) >= kMinDimension &&
+                dimension(key.values[1]) >= kMinDimension) {
+                sizes.insert(static_cast<int64_t>(dimension(key.values[0])) << 32 |
+                             static_cast<int64_t>(dimension(key.values[1])));
+            }
+        }
+    }
+    return std::vector<int64_t>(sizes.begin(), sizes.end());
 }
 
 }  // namespace
@@ -92,6 +117,8 @@ void ShapeCandidates::StreamCandidates() {
     if (camera != nullptr) {
         frames.push_back(int64_t{camera->fullArrayWidth} << 32 | camera->fullArrayHeight);
     }
+    const std::vector<int64_t> configured = ConfiguredSizes(m_config);
+    frames.insert(frames.end(), configured.begin(), configured.end());
     for (const StreamSetup& stream : m_session.streams) {
         if (m_hasFrame) {
             _Change buffer;  // added where absent, removed where present
@@ -139,6 +166,20 @@ void ShapeCandidates::StreamCandidates() {
             }
         }
     }
+    // A copy of a stream at a size the configuration names, after every
+    // stream: roles that want a video stream before them, at that size.
+    for (const StreamSetup& stream : m_session.streams) {
+        for (int64_t size : configured) {
+            _Change add;
+            add.kind = ChangeKind::Stream;
+            add.stream = stream;
+            add.stream.width = static_cast<uint32_t>(size >> 32);
+            add.stream.height = static_cast<uint32_t>(size & 0xFFFFFFFF);
+            add.target = "added a copy of \"" + stream.name + "\" at " +
+                         std::to_string(add.stream.width) + "x" + std::to_string(add.stream.height);
+            Add(add);
+        }
+    }
     if (camera == nullptr) {
         return;
     }
@@ -173,22 +214,55 @@ void ShapeCandidates::StreamCandidates() {
     }
 }
 
-// RAW streams of every RAW format at the full array, between half and
-// full width, and half of it: the sizes the RAW roles tell apart.
+// RAW streams of every RAW format at the full array, three quarters, half
+// and a quarter of it: the sizes the RAW roles tell apart. A quarter-size
+// RAW16 also comes with each use case and as a metadata stream, and the set's
+// other arrays give the QCFA widths of a camera whose own array is smaller.
 void ShapeCandidates::RawCandidates(const CameraSetup& logical, const std::string& id) {
+    // A set without an array of its own takes its primary camera's.
     const CameraSetup* camera = &logical;
     for (const CameraSetup& each : m_scenario.cameras) {
+        for (const PhysicalCameraSetup& physical : logical.physicalCameras) {
+            const bool primary = id.empty() && logical.fullArrayWidth == 0 && physical.isPrimary;
+            camera = primary && each.frameworkId == static_cast<uint32_t>(physical.frameworkId)
+                         ? &each
+                         : camera;
+        }
         camera = !id.empty() && std::to_string(each.logicalCamId) == id ? &each : camera;
     }
     const uint32_t width = camera->fullArrayWidth;
     const uint32_t height = camera->fullArrayHeight;
+    const auto add = [&](int64_t format, uint32_t w, uint32_t h, int64_t useCase, uint32_t usage) {
+        _Change change = RawStream(static_cast<int>(format), w & ~1u, h & ~1u, id);
+        change.stream.useCase = useCase;
+        change.stream.usage |= usage;
+        if (useCase != 0) {
+            change.target += ", " + NameOfNumber(NameTable::StreamUseCases, useCase);
+        }
+        if (usage != 0) {
+            change.target += ", usage +" + NameOfNumber(NameTable::UsageBits, usage);
+        }
+        Add(change);
+    };
+    int64_t raw16 = 0;
     for (int64_t format : TableValues(NameTable::PixelFormats)) {
-        if (NameOfNumber(NameTable::PixelFormats, format).find("RAW") == std::string::npos) {
+        const std::string name = NameOfNumber(NameTable::PixelFormats, format);
+        if (name.find("RAW") == std::string::npos) {
             continue;
         }
-        for (uint32_t quarters : {4u, 3u, 2u}) {
-            Add(RawStream(static_cast<int>(format), width * quarters / 4 & ~1u,
-                          height * quarters / 4 & ~1u, id));
+        raw16 = name == "RAW16" ? format : raw16;
+        for (uint32_t quarters : {4u, 3u, 2u, 1u}) {
+            add(format, width * quarters / 4, height * quarters / 4, 0, 0);
+        }
+    }
+    for (int64_t useCase : TableValues(NameTable::StreamUseCases)) {
+        add(raw16, width / 4, height / 4, useCase, 0);
+    }
+    add(raw16, width / 4, height / 4, 0, kMetadataUsage);
+    for (const PhysicalCameraSetup& physical : logical.physicalCameras) {
+        const CameraSetup* other = m_scenario.Camera(static_cast<uint32_t>(physical.frameworkId));
+        if (other != nullptr && other != camera) {
+            add(raw16, other->fullArrayWidth * 3 / 4, other->fullArrayHeight * 3 / 4, 0, 0);
         }
     }
 }
