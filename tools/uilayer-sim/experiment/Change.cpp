@@ -41,7 +41,7 @@ std::vector<std::string> NewValues(const _Change& change, const HostPlatform::Co
     if (change.field < 0) {
         return change.values;
     }
-    std::vector<std::string> values = key != nullptr ? key->values : std::vector<std::string>();
+    std::vector<std::string> values = key != nullptr ? key->values : change.base;
     if (values.size() <= static_cast<size_t>(change.field)) {
         values.resize(static_cast<size_t>(change.field) + 1, "0");
     }

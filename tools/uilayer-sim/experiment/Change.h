@@ -47,6 +47,9 @@ struct _Change {
     // is set, which then replaces that value alone.
     std::vector<std::string> values;
     int field = -1;
+    // Config: the row `field` changes a value of when the key is not there
+    // yet (a new row copied from another).
+    std::vector<std::string> base;
     // Config: the key's group and key.
     std::string group;
     std::string key;

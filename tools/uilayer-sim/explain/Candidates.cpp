@@ -141,9 +141,9 @@ public:
         for (const Lumora::_CapabilityInput& input : m_focus) {
             if (input.kind == Lumora::kInputProperty) {
                 PropertyCandidates(input.value, "");
-            } else if (input.kind == Lumora::kInputConfig &&
-                       Lumora::Key(input.configKey).form == KeyForm::Single) {
-                KeyCandidates(input.group, input.key);
+            } else if (input.kind == Lumora::kInputConfig) {
+                const Lumora::_ConfigKey& read = Lumora::Key(input.configKey);
+                UnreadKeyCandidates(read.group, read.key, read.form);
             }
         }
         ShapeCandidates shapes(
@@ -179,16 +179,19 @@ private:
             change.sessionValue = change.sessionValue || (change.field >= 0 && SessionValue(value));
         }
         change.sessionValue = change.sessionValue || change.kind != ChangeKind::Config;
-        const std::string key = std::string(ChangeKindName(change.kind)) + "|" + change.target +
-                                "|" + std::to_string(change.remove) + "|" +
-                                std::to_string(change.field) + "|" + change.streamField + "|" +
-                                ChangeValue(change);
+        std::string key = std::string(ChangeKindName(change.kind)) + "|" + change.target + "|" +
+                          std::to_string(change.remove) + "|" + std::to_string(change.field) + "|" +
+                          change.streamField + "|" + ChangeValue(change);
+        for (const std::string& value : change.base) {
+            key += "|" + value;
+        }
         if (m_seen.insert(key).second) {
             m_out.push_back(change);
         }
     }
 
     void CollectPools() {
+        AddDistinct(&m_ints, HexText(m_question.configuredMode));
         AddDistinct(&m_ints, HexText(m_session.operationMode));
         AddDistinct(&m_ints, std::to_string(m_session.camera));
         uint32_t fpsTag = 0;
@@ -200,11 +203,16 @@ private:
             }
         }
         if (const CameraSetup* camera = m_scenario.Camera(m_session.camera)) {
+            // Masks of the logical camera, of each physical one and of all of them.
             AddDistinct(&m_ints, std::to_string(camera->logicalCamId));
+            AddDistinct(&m_ints, HexText(1ull << (camera->logicalCamId & 31)));
+            uint64_t all = 0;
             for (const PhysicalCameraSetup& physical : camera->physicalCameras) {
                 AddDistinct(&m_ints, std::to_string(physical.physicalCamId));
                 AddDistinct(&m_ints, HexText(1ull << (physical.physicalCamId & 31)));
+                all |= 1ull << (physical.physicalCamId & 31);
             }
+            AddDistinct(&m_ints, HexText(all));
         }
         m_sessionInts = m_ints.size();
         for (const char* plain : {"0", "1", "-1"}) {
@@ -260,7 +268,8 @@ private:
         } else if (letter == 'f') {
             values = {"0", "1", "2", "10"};
         } else if (!siblings.empty() && std::all_of(siblings.begin(), siblings.end(), IsModeText)) {
-            values = {HexText(m_session.operationMode)};  // a column of operation modes
+            // A column of operation modes: the session's, as configured.
+            values = {HexText(m_question.configuredMode), HexText(m_session.operationMode)};
         } else {
             values = m_ints;
             int64_t number = 0;
@@ -269,6 +278,10 @@ private:
                 AddDistinct(&values, std::to_string(number + 1));
                 AddDistinct(&values, std::to_string(number - 1));
             }
+        }
+        // Operation modes only where the rows hold them.
+        if (!siblings.empty() && std::none_of(siblings.begin(), siblings.end(), IsModeText)) {
+            values.erase(std::remove_if(values.begin(), values.end(), IsModeText), values.end());
         }
         for (const std::string& sibling : siblings) {
             AddDistinct(&values, sibling);
@@ -290,7 +303,12 @@ private:
         for (size_t field = 0; field < fields && !rule.types.empty(); ++field) {
             const char letter = TypeAt(rule.types, field, std::max(fields, current.size()));
             const std::string value = field < current.size() ? current[field] : "";
-            for (const std::string& each : Values(letter, value, Siblings(group, key, field))) {
+            // A list of operation modes takes modes only.
+            Texts siblings = Siblings(group, key, field);
+            const bool modes = repeats && !current.empty() &&
+                               std::all_of(current.begin(), current.end(), IsModeText);
+            siblings = siblings.empty() && modes ? current : siblings;
+            for (const std::string& each : Values(letter, value, siblings)) {
                 _Change change = ConfigChange(group, key, {each});
                 change.field = static_cast<int>(field);
                 Add(change);
@@ -326,6 +344,24 @@ private:
         }
     }
 
+    // A key the run did not read: a plain key, the rows of a table and a
+    // new one, or the names of a group of names.
+    void UnreadKeyCandidates(const std::string& group, const std::string& key, KeyForm form) {
+        if (form == KeyForm::Single) {
+            KeyCandidates(group, key);
+        } else if (form == KeyForm::Rows) {
+            const HostPlatform::ConfigGroup* found = m_config.Find(group);
+            for (size_t i = 0; found != nullptr && i < found->keys.size(); ++i) {
+                if (found->keys[i].name.compare(0, key.size() + 1, key + "[") == 0) {
+                    KeyCandidates(group, found->keys[i].name);
+                }
+            }
+            NewRowCandidates(group, key);
+        } else if (form == KeyForm::NamedRows || form == KeyForm::NamedSingleRow) {
+            AnyKeyCandidates(group);
+        }
+    }
+
     // A row after the last: a copy of an existing row (or a row of zeros)
     // with one value set as the session has it.
     void NewRowCandidates(const std::string& group, const std::string& name) {
@@ -350,7 +386,7 @@ private:
                     return field < row->values.size() && IsModeText(row->values[field]);
                 });
                 bases.back()[field] =
-                    modes ? HexText(m_session.operationMode) : bases.back()[field];
+                    modes ? HexText(m_question.configuredMode) : bases.back()[field];
             }
         }
         if (bases.empty()) {
@@ -362,9 +398,9 @@ private:
                 for (const std::string& each :
                      Values(letter, base[field],
                             Siblings(group, rows.empty() ? key : rows[0]->name, field))) {
-                    Texts values = base;
-                    values[field] = each;
-                    _Change change = ConfigChange(group, key, values);
+                    _Change change = ConfigChange(group, key, {each});
+                    change.field = static_cast<int>(field);
+                    change.base = base;
                     change.sessionValue = SessionValue(each);
                     Add(change);
                 }

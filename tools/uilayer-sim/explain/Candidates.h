@@ -20,6 +20,9 @@ struct _Question {
     size_t session = 0;
     bool hasFrame = false;
     uint32_t frame = 0;
+    // The operation mode the library configured (an override table may
+    // rewrite the session's).
+    uint32_t configuredMode = 0;
 };
 
 // `reads` as the experiments record them: a metadata read of a vendor tag has

@@ -182,6 +182,15 @@ void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
     }
 }
 
+// Where a change is made, for taking pairs of places in turn: every added
+// stream is one place.
+std::string Place(const _Change& change) {
+    const bool added =
+        change.kind == ChangeKind::Stream && change.streamField.empty() && !change.remove;
+    return added ? "added stream"
+                 : change.target + "/" + change.streamField + std::to_string(change.field);
+}
+
 }  // namespace
 
 std::string CapsProbe(const _ReplayRecord& record, bool hasFrame) {
@@ -228,8 +237,13 @@ _ExperimentRun RunCandidates(const Scenario& scenario, const _Question& question
         return run;
     }
     run.baseline = baseline[0].substr(0, cut);
+    _Question asked = question;
+    const size_t mode = run.baseline.find(" M:");
+    asked.configuredMode = mode != std::string::npos
+                               ? static_cast<uint32_t>(std::stoul(run.baseline.substr(mode + 3)))
+                               : scenario.sessions[question.session].operationMode;
     run.candidates =
-        CandidateChanges(scenario, question, UnpackReads(baseline[0].substr(cut + 1)), focus);
+        CandidateChanges(scenario, asked, UnpackReads(baseline[0].substr(cut + 1)), focus);
     run.probes =
         RunIsolated(run.candidates.size(), [&](size_t i) { return rerun({run.candidates[i]}); });
     return run;
@@ -340,19 +354,38 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
         out->hasFrame
             ? (out->camera < 0 ? Lumora::kScopeRequestLogical : Lumora::kScopeRequestPhysical)
             : (out->camera < 0 ? Lumora::kScopeSessionLogical : Lumora::kScopeSessionPhysical);
+    // For each candidate and setting rule, the kinds of the rule's inputs it changes.
+    const std::vector<const Lumora::_CapabilityRule*> rules = Lumora::RulesOf(out->bit);
+    std::map<size_t, std::vector<uint32_t>> inputKinds;
     for (size_t i = 0; i < candidates.size() && out->changes.empty() && !out->set; ++i) {
-        bool touches = false;
-        for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
+        std::vector<uint32_t>& kinds = inputKinds[i];
+        for (const Lumora::_CapabilityRule* rule : rules) {
+            kinds.push_back(0);
             for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
-                touches =
-                    touches || ((rule->scope & scope) != 0 && rule->effect == Lumora::kEffectSets &&
-                                ChangeTouches(candidates[i], input));
+                const bool touches = (rule->scope & scope) != 0 &&
+                                     rule->effect == Lumora::kEffectSets &&
+                                     ChangeTouches(candidates[i], input);
+                kinds.back() |= touches ? 1u << (input.kind % 32) : 0;
             }
         }
+        const bool touches =
+            std::any_of(kinds.begin(), kinds.end(), [](uint32_t k) { return k != 0; });
         if ((touches && candidates[i].sessionValue) || turnsReadBit(i)) {
             paired.push_back(i);
         }
     }
+    // Two changes of different inputs of one rule: a stream and the key that
+    // lists the operation mode for it, a client and the row that admits it.
+    const auto crossInputs = [&](const std::pair<size_t, size_t>& pair) {
+        const std::vector<uint32_t>& a = inputKinds[pair.first];
+        const std::vector<uint32_t>& b = inputKinds[pair.second];
+        for (size_t r = 0; r < a.size() && r < b.size(); ++r) {
+            if (a[r] != 0 && b[r] != 0 && a[r] != b[r]) {
+                return true;
+            }
+        }
+        return false;
+    };
     std::vector<std::pair<size_t, size_t>> pairs;
     for (size_t a = 0; a < paired.size(); ++a) {
         for (size_t b = a + 1; b < paired.size(); ++b) {
@@ -366,47 +399,64 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
             }
         }
     }
-    // Four kinds of pairs share the bound, taken in turn: a change that turns
+    // Five kinds of pairs share the bound, taken in turn: a change that turns
     // a bit the rules read with one that changes another of their inputs
     // (CapsSHDRType2 wants CapsSnapshotRaw12 and a row), two values of one
     // configuration row or key (a row applies when several of its values
-    // match the session), two fields of one stream, and any other two; those
-    // whose changes each changed some caps on their own first.
+    // match the session), two fields of one stream, changes of two kinds of
+    // input of one rule, and any other two; those whose changes each changed
+    // some caps on their own first.
     const auto active = [&](const std::pair<size_t, size_t>& pair) {
         return (probes[pair.first] != run.baseline) + (probes[pair.second] != run.baseline);
     };
     // A change that turns a read bit on one camera goes first with the
     // changes of that camera's streams.
+    // So does a change that set the bit on another camera with the other
+    // values of the same row (a row that applies, for the wrong cameras).
+    const auto elsewhere = [&](size_t i) {
+        return std::any_of(cameras.begin(), cameras.end(), [&](int64_t camera) {
+            return camera != out->camera && BitOfProbe(probes[i], camera, out->bit) !=
+                                                BitOfProbe(run.baseline, camera, out->bit);
+        });
+    };
     const auto sameCamera = [&](const std::pair<size_t, size_t>& pair) {
-        const int64_t first = streamCamera(candidates[pair.first]);
-        const int64_t second = streamCamera(candidates[pair.second]);
+        const _Change& a = candidates[pair.first];
+        const _Change& b = candidates[pair.second];
+        const int64_t first = streamCamera(a);
+        const int64_t second = streamCamera(b);
+        const bool oneRow = a.kind == ChangeKind::Config && a.target == b.target &&
+                            a.base == b.base && a.field != b.field;
         return (first >= 0 && turnsReadBitOn(pair.second, first)) ||
-               (second >= 0 && turnsReadBitOn(pair.first, second));
+               (second >= 0 && turnsReadBitOn(pair.first, second)) ||
+               (oneRow && (elsewhere(pair.first) || elsewhere(pair.second)));
     };
     std::stable_sort(pairs.begin(), pairs.end(), [&](const auto& a, const auto& b) {
         return std::make_pair(sameCamera(a), active(a)) > std::make_pair(sameCamera(b), active(b));
     });
-    std::vector<std::pair<size_t, size_t>> kinds[4];
+    std::vector<std::pair<size_t, size_t>> kinds[5];
     for (const auto& pair : pairs) {
         const _Change& first = candidates[pair.first];
         const bool oneTarget = first.target == candidates[pair.second].target;
-        const bool precondition = turnsReadBit(pair.first) != turnsReadBit(pair.second);
-        kinds[precondition                       ? 0
-              : !oneTarget                       ? 3
-              : first.kind == ChangeKind::Config ? 1
-                                                 : 2]
+        const bool precondition =
+            turnsReadBit(pair.first) != turnsReadBit(pair.second) || sameCamera(pair);
+        const bool mode = first.target == kOperationModeTarget ||
+                          candidates[pair.second].target == kOperationModeTarget;
+        kinds[precondition                 ? 0
+              : oneTarget                  ? (first.kind == ChangeKind::Config ? 1 : 2)
+              : crossInputs(pair) && !mode ? 3
+                                           : 4]
             .push_back(pair);
     }
-    // Within two values of one row or stream, each pair of places in turn
-    // (format with use case, format with size, ...).
-    for (size_t kind = 1; kind <= 2; ++kind) {
+    // Within two values of one row or stream, and two inputs of one rule,
+    // each pair of places in turn (format with use case, a key with a format).
+    for (size_t kind = 1; kind <= 3; ++kind) {
         std::map<std::string, std::vector<std::pair<size_t, size_t>>> places;
         for (const auto& pair : kinds[kind]) {
             const _Change& a = candidates[pair.first];
             const _Change& b = candidates[pair.second];
-            const std::string one = a.streamField + std::to_string(a.field);
-            const std::string two = b.streamField + std::to_string(b.field);
-            places[a.target + "|" + std::min(one, two) + "|" + std::max(one, two)].push_back(pair);
+            const std::string one = Place(a);
+            const std::string two = Place(b);
+            places[std::min(one, two) + "|" + std::max(one, two)].push_back(pair);
         }
         kinds[kind].clear();
         for (size_t i = 0; kinds[kind].size() < kMaxPairs; ++i) {
