@@ -27,6 +27,8 @@ using HostPlatform::ConfigReadKind;
 
 // Pairs tried at most for one question: a few hundred milliseconds of reruns.
 constexpr size_t kMaxPairs = 1500;
+// Pairs run at once; the search stops after the first batch with an answer.
+constexpr size_t kPairBatch = 250;
 // Bits whose rules' inputs are searched in full for one question: the bit and
 // the bits its rules read, and theirs, up to this many.
 constexpr size_t kMaxFocusBits = 8;
@@ -482,11 +484,25 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     }
     out->pairsStopped = pairs.size() > kMaxPairs;
     pairs.resize(std::min(pairs.size(), kMaxPairs));
-    const std::vector<std::string> pairProbes = RunIsolated(pairs.size(), [&](size_t i) {
-        return rerun({candidates[pairs[i].first], candidates[pairs[i].second]});
-    });
-    out->tried += pairs.size();
-    for (size_t i = 0; i < pairs.size(); ++i) {
+    // In batches, most promising first; the search ends with the batch that
+    // found an answer.
+    std::vector<std::string> pairProbes;
+    for (size_t first = 0; first < pairs.size() && out->changes.empty(); first += kPairBatch) {
+        const size_t count = std::min(kPairBatch, pairs.size() - first);
+        const std::vector<std::string> batch = RunIsolated(count, [&](size_t i) {
+            const auto& pair = pairs[first + i];
+            return rerun({candidates[pair.first], candidates[pair.second]});
+        });
+        pairProbes.insert(pairProbes.end(), batch.begin(), batch.end());
+        if (std::any_of(batch.begin(), batch.end(), [&](const std::string& probe) {
+                const char after = BitOfProbe(probe, out->camera, out->bit);
+                return after != '?' && after != before;
+            })) {
+            break;
+        }
+    }
+    out->tried += pairProbes.size();
+    for (size_t i = 0; i < pairProbes.size(); ++i) {
         const char after = BitOfProbe(pairProbes[i], out->camera, out->bit);
         if (after != '?' && after != before) {
             const std::vector<_Change> pair =
