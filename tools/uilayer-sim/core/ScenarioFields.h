@@ -39,6 +39,12 @@ public:
         throw ScenarioError(m_file, LineOf(node), field, reason);
     }
 
+    // A doubtful value that the replay can still take: FILE:LINE: FIELD: reason.
+    void Warn(const YAML::Node& node, const std::string& field, const std::string& reason) {
+        m_warnings.push_back(ScenarioError(m_file, LineOf(node), field, reason).what());
+    }
+    const std::vector<std::string>& Warnings() const { return m_warnings; }
+
     static int LineOf(const YAML::Node& node) {
         if (!node.IsDefined()) {
             return 0;
@@ -255,6 +261,7 @@ protected:
     }
 
     std::string m_file;
+    std::vector<std::string> m_warnings;
 };
 
 }  // namespace UilayerSim

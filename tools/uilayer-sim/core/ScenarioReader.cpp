@@ -186,6 +186,7 @@ Scenario ReadWith(const std::string& path, Read read) {
     } catch (const YAML::Exception& error) {
         throw YamlError(path, error);
     }
+    scenario.warnings = reader.Warnings();
     scenario.path = path;
     scenario.name = std::filesystem::path(path).filename().string();
     return scenario;
