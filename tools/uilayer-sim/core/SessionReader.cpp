@@ -114,20 +114,28 @@ SessionSetup SectionReader::ReadSession(const YAML::Node& node, const std::strin
         Fail(streams, streamsName, "a configuration holds at least one stream");
     }
     for (size_t i = 0; i < streams.size(); ++i) {
-        StreamSetup stream = ReadStream(streams[i], Index(streamsName, i), state);
-        if (std::find(state.streamNames.begin(), state.streamNames.end(), stream.name) !=
-            state.streamNames.end()) {
-            Fail(streams[i]["name"], Path(Index(streamsName, i), "name"),
-                 "stream name \"" + stream.name + "\" is used twice");
+        const YAML::Node name = streams[i]["name"];
+        const bool read = Collect([&] {
+            StreamSetup stream = ReadStream(streams[i], Index(streamsName, i), state);
+            if (std::find(state.streamNames.begin(), state.streamNames.end(), stream.name) !=
+                state.streamNames.end()) {
+                Fail(name, Path(Index(streamsName, i), "name"),
+                     "stream name \"" + stream.name + "\" is used twice");
+            }
+            state.streamNames.push_back(stream.name);
+            session.streams.push_back(stream);
+        });
+        // The requests still find a stream with a mistake by its name.
+        if (!read && name.IsScalar()) {
+            state.streamNames.push_back(name.Scalar());
         }
-        state.streamNames.push_back(stream.name);
-        session.streams.push_back(stream);
     }
     if (node["steps"].IsDefined()) {
         const std::string stepsName = Path(field, "steps");
         const YAML::Node steps = Sequence(node["steps"], stepsName);
         for (size_t i = 0; i < steps.size(); ++i) {
-            session.steps.push_back(ReadStep(steps[i], Index(stepsName, i), &state));
+            Collect(
+                [&] { session.steps.push_back(ReadStep(steps[i], Index(stepsName, i), &state)); });
         }
     }
     return session;
@@ -232,14 +240,16 @@ std::vector<TagValue> SectionReader::ReadTags(const YAML::Node& node, const std:
     Sequence(node, field);
     std::vector<TagValue> tags;
     for (size_t i = 0; i < node.size(); ++i) {
-        TagValue tag = ReadTag(node[i], Index(field, i));
-        for (const TagValue& earlier : tags) {
-            if (earlier.vendor == tag.vendor && earlier.tag == tag.tag) {
-                Fail(node[i], Index(field, i),
-                     "the tag is already given on line " + std::to_string(earlier.line));
+        Collect([&] {
+            TagValue tag = ReadTag(node[i], Index(field, i));
+            for (const TagValue& earlier : tags) {
+                if (earlier.vendor == tag.vendor && earlier.tag == tag.tag) {
+                    Fail(node[i], Index(field, i),
+                         "the tag is already given on line " + std::to_string(earlier.line));
+                }
             }
-        }
-        tags.push_back(tag);
+            tags.push_back(tag);
+        });
     }
     return tags;
 }
