@@ -14,6 +14,7 @@
 
 #include "CapabilityReference.h"
 #include "IuiLayer.h"
+#include "common/StreamPredicates.h"
 #include "common/StreamRoles.h"
 #include "common/VendorTags.h"
 #include "core/Commands.h"
@@ -79,26 +80,17 @@ constexpr NamedValue kUsageBits[] = {NAMED(GRALLOC_USAGE_SW_READ_RARELY),
                                      {"VENDOR_VIDEO", 0x80},
                                      {"VENDOR_METADATA", 0x40}};
 
+// JPEG_R is newer than the C headers: its value is the graphics common data space's.
 constexpr NamedValue kDataSpaces[] = {
-    NAMED(HAL_DATASPACE_UNKNOWN),
-    NAMED(HAL_DATASPACE_ARBITRARY),
-    NAMED(HAL_DATASPACE_JFIF),
-    NAMED(HAL_DATASPACE_BT601_625),
-    NAMED(HAL_DATASPACE_BT601_525),
-    NAMED(HAL_DATASPACE_BT709),
-    NAMED(HAL_DATASPACE_DEPTH),
-    NAMED(HAL_DATASPACE_SENSOR),
-    NAMED(HAL_DATASPACE_DYNAMIC_DEPTH),
-    NAMED(HAL_DATASPACE_HEIF),
-    NAMED(HAL_DATASPACE_V0_JFIF),
-    NAMED(HAL_DATASPACE_V0_BT601_625),
-    NAMED(HAL_DATASPACE_V0_BT601_525),
-    NAMED(HAL_DATASPACE_V0_BT709),
-    NAMED(HAL_DATASPACE_BT2020),
-    NAMED(HAL_DATASPACE_BT2020_PQ),
-    NAMED(HAL_DATASPACE_DISPLAY_P3),
-    // Newer than the C headers: the graphics common data space of JPEG_R.
-    {"HAL_DATASPACE_JPEG_R", 0x1005}};
+    NAMED(HAL_DATASPACE_UNKNOWN),       NAMED(HAL_DATASPACE_ARBITRARY),
+    NAMED(HAL_DATASPACE_JFIF),          NAMED(HAL_DATASPACE_BT601_625),
+    NAMED(HAL_DATASPACE_BT601_525),     NAMED(HAL_DATASPACE_BT709),
+    NAMED(HAL_DATASPACE_DEPTH),         NAMED(HAL_DATASPACE_SENSOR),
+    NAMED(HAL_DATASPACE_DYNAMIC_DEPTH), NAMED(HAL_DATASPACE_HEIF),
+    NAMED(HAL_DATASPACE_V0_JFIF),       NAMED(HAL_DATASPACE_V0_BT601_625),
+    NAMED(HAL_DATASPACE_V0_BT601_525),  NAMED(HAL_DATASPACE_V0_BT709),
+    NAMED(HAL_DATASPACE_BT2020),        NAMED(HAL_DATASPACE_BT2020_PQ),
+    NAMED(HAL_DATASPACE_DISPLAY_P3),    {"HAL_DATASPACE_JPEG_R", 0x1005}};
 
 constexpr NamedValue kStreamTypes[] = {NAMED(CAMERA3_STREAM_OUTPUT), NAMED(CAMERA3_STREAM_INPUT),
                                        NAMED(CAMERA3_STREAM_BIDIRECTIONAL)};
@@ -108,18 +100,19 @@ constexpr NamedValue kOperationModes[] = {
     NAMED(CAMERA3_STREAM_CONFIGURATION_CONSTRAINED_HIGH_SPEED_MODE)};
 
 // The framework's public use cases first, then the camera layer's own.
-constexpr NamedValue kStreamUseCases[] = {{"DEFAULT", 0},
-                                          {"PREVIEW", 1},
-                                          {"STILL_CAPTURE", 2},
-                                          {"VIDEO_RECORD", 3},
-                                          {"PREVIEW_VIDEO_STILL", 4},
-                                          {"VIDEO_CALL", 5},
-                                          {"CROPPED_RAW", 6},
-                                          {"StreamUseCaseMultiSpectral", 0x0080000000010000LL},
-                                          {"StreamUseCaseMultiSpectralAux", 0x0400000000010001LL},
-                                          {"StreamUseCaseRawFull", 0x0400000000010000LL},
-                                          {"StreamUseCaseRawShort", 0x0800000000010000LL},
-                                          {"StreamUseCaseRawMiddle", 0x0800000000080000LL}};
+constexpr NamedValue kStreamUseCases[] = {
+    {"DEFAULT", 0},
+    {"PREVIEW", 1},
+    {"STILL_CAPTURE", 2},
+    {"VIDEO_RECORD", 3},
+    {"PREVIEW_VIDEO_STILL", 4},
+    {"VIDEO_CALL", 5},
+    {"CROPPED_RAW", 6},
+    {"StreamUseCaseMultiSpectral", Lumora::kStreamUseCaseMultiSpectral},
+    {"StreamUseCaseMultiSpectralAux", Lumora::kStreamUseCaseMultiSpectralAux},
+    {"StreamUseCaseRawFull", Lumora::kStreamUseCaseRawFull},
+    {"StreamUseCaseRawShort", Lumora::kStreamUseCaseRawShort},
+    {"StreamUseCaseRawMiddle", Lumora::kStreamUseCaseRawMiddle}};
 
 constexpr NamedValue kDynamicRangeProfiles[] = {
     {"STANDARD", 1}, {"HLG10", 2}, {"HDR10", 4}, {"HDR10_PLUS", 8}};
