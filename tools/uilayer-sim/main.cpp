@@ -30,8 +30,10 @@ const std::vector<Subcommand>& Commands() {
          "SCENARIO",
          "replay a scenario (the default: uilayer-sim SCENARIO)",
          "Replays the sessions of the scenario file (YAML) against the library and prints\n"
-         "the report on standard output: text, or JSON with --json. A mistake in the\n"
-         "scenario is reported as FILE:LINE: FIELD: reason and nothing is replayed.\n"
+         "the report on standard output: text, or JSON with --json. Mistakes in the\n"
+         "scenario are reported as FILE:LINE: FIELD: reason (up to 20) and nothing is\n"
+         "replayed; doubtful values and streams that get no role are warnings on\n"
+         "standard error.\n"
          "'uilayer-sim SCENARIO' is short for 'uilayer-sim replay SCENARIO'.\n"
          "\n"
          "exit status: 0 done, 2 bad command line, unreadable file or scenario mistake,\n"

@@ -255,6 +255,9 @@ bool LoadScenario(const std::string& path, Scenario* scenario) {
         fprintf(stderr, "%s\n", error.what());
         return false;
     }
+    for (const std::string& warning : scenario->warnings) {
+        fprintf(stderr, "warning: %s\n", warning.c_str());
+    }
     return true;
 }
 

@@ -19,14 +19,18 @@ void SectionReader::ReadDevice(const YAML::Node& node, Scenario* scenario) {
     }
     std::set<uint32_t> frameworkIds;
     for (size_t i = 0; i < cameras.size(); ++i) {
-        const std::string field = Index("device.cameras", i);
-        CameraSetup camera = ReadCamera(cameras[i], field);
-        if (!frameworkIds.insert(camera.frameworkId).second) {
-            Fail(cameras[i]["framework_id"], Path(field, "framework_id"),
-                 "framework id " + std::to_string(camera.frameworkId) + " is used twice");
-        }
-        scenario->cameras.push_back(camera);
+        Collect([&] {
+            const std::string field = Index("device.cameras", i);
+            CameraSetup camera = ReadCamera(cameras[i], field);
+            if (!frameworkIds.insert(camera.frameworkId).second) {
+                Fail(cameras[i]["framework_id"], Path(field, "framework_id"),
+                     "framework id " + std::to_string(camera.frameworkId) + " is used twice");
+            }
+            scenario->cameras.push_back(camera);
+        });
     }
+    // The sessions name the device's cameras: their mistakes would follow from these.
+    ThrowMistakes();
 }
 
 CameraSetup SectionReader::ReadCamera(const YAML::Node& node, const std::string& field) {

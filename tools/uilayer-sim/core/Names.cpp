@@ -5,13 +5,16 @@
 #include <system/camera_metadata.h>
 #include <system/graphics.h>
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <strings.h>
 
 #include "CapabilityReference.h"
 #include "IuiLayer.h"
+#include "common/StreamPredicates.h"
 #include "common/StreamRoles.h"
 #include "common/VendorTags.h"
 #include "core/Commands.h"
@@ -77,6 +80,7 @@ constexpr NamedValue kUsageBits[] = {NAMED(GRALLOC_USAGE_SW_READ_RARELY),
                                      {"VENDOR_VIDEO", 0x80},
                                      {"VENDOR_METADATA", 0x40}};
 
+// JPEG_R is newer than the C headers: its value is the graphics common data space's.
 constexpr NamedValue kDataSpaces[] = {
     NAMED(HAL_DATASPACE_UNKNOWN),       NAMED(HAL_DATASPACE_ARBITRARY),
     NAMED(HAL_DATASPACE_JFIF),          NAMED(HAL_DATASPACE_BT601_625),
@@ -85,16 +89,30 @@ constexpr NamedValue kDataSpaces[] = {
     NAMED(HAL_DATASPACE_DYNAMIC_DEPTH), NAMED(HAL_DATASPACE_HEIF),
     NAMED(HAL_DATASPACE_V0_JFIF),       NAMED(HAL_DATASPACE_V0_BT601_625),
     NAMED(HAL_DATASPACE_V0_BT601_525),  NAMED(HAL_DATASPACE_V0_BT709),
-    NAMED(HAL_DATASPACE_BT2020)};
+    NAMED(HAL_DATASPACE_BT2020),        NAMED(HAL_DATASPACE_BT2020_PQ),
+    NAMED(HAL_DATASPACE_DISPLAY_P3),    {"HAL_DATASPACE_JPEG_R", 0x1005}};
 
 constexpr NamedValue kStreamTypes[] = {NAMED(CAMERA3_STREAM_OUTPUT), NAMED(CAMERA3_STREAM_INPUT),
                                        NAMED(CAMERA3_STREAM_BIDIRECTIONAL)};
 
-constexpr NamedValue kStreamUseCases[] = {{"StreamUseCaseMultiSpectral", 0x0080000000010000LL},
-                                          {"StreamUseCaseMultiSpectralAux", 0x0400000000010001LL},
-                                          {"StreamUseCaseRawFull", 0x0400000000010000LL},
-                                          {"StreamUseCaseRawShort", 0x0800000000010000LL},
-                                          {"StreamUseCaseRawMiddle", 0x0800000000080000LL}};
+constexpr NamedValue kOperationModes[] = {
+    NAMED(CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE),
+    NAMED(CAMERA3_STREAM_CONFIGURATION_CONSTRAINED_HIGH_SPEED_MODE)};
+
+// The framework's public use cases first, then the camera layer's own.
+constexpr NamedValue kStreamUseCases[] = {
+    {"DEFAULT", 0},
+    {"PREVIEW", 1},
+    {"STILL_CAPTURE", 2},
+    {"VIDEO_RECORD", 3},
+    {"PREVIEW_VIDEO_STILL", 4},
+    {"VIDEO_CALL", 5},
+    {"CROPPED_RAW", 6},
+    {"StreamUseCaseMultiSpectral", Lumora::kStreamUseCaseMultiSpectral},
+    {"StreamUseCaseMultiSpectralAux", Lumora::kStreamUseCaseMultiSpectralAux},
+    {"StreamUseCaseRawFull", Lumora::kStreamUseCaseRawFull},
+    {"StreamUseCaseRawShort", Lumora::kStreamUseCaseRawShort},
+    {"StreamUseCaseRawMiddle", Lumora::kStreamUseCaseRawMiddle}};
 
 constexpr NamedValue kDynamicRangeProfiles[] = {
     {"STANDARD", 1}, {"HLG10", 2}, {"HDR10", 4}, {"HDR10_PLUS", 8}};
@@ -119,29 +137,44 @@ constexpr NamedValue kStandardTags[] = {NAMED(ANDROID_CONTROL_AE_ANTIBANDING_MOD
                                         NAMED(ANDROID_SENSOR_FRAME_DURATION),
                                         NAMED(ANDROID_SENSOR_SENSITIVITY)};
 
-// A table of names with the prefix that its short names leave out.
+// A table of names with the prefix (and suffix) that its short names leave
+// out, and whether a name may be written in any case.
 struct NameSource {
     NameTable table;
     const NamedValue* begin;
     const NamedValue* end;
     const char* prefix;
+    const char* suffix;
+    bool anyCase;
 };
 
+// Logs print formats and data spaces in either case ("YCBCR_420_888").
 constexpr NameSource kSources[] = {
-    {NameTable::StandardTags, std::begin(kStandardTags), std::end(kStandardTags), ""},
+    {NameTable::StandardTags, std::begin(kStandardTags), std::end(kStandardTags), "", "", false},
     {NameTable::PixelFormats, std::begin(kPixelFormats), std::end(kPixelFormats),
-     "HAL_PIXEL_FORMAT_"},
-    {NameTable::UsageBits, std::begin(kUsageBits), std::end(kUsageBits), "GRALLOC_USAGE_"},
-    {NameTable::DataSpaces, std::begin(kDataSpaces), std::end(kDataSpaces), "HAL_DATASPACE_"},
-    {NameTable::StreamTypes, std::begin(kStreamTypes), std::end(kStreamTypes), "CAMERA3_STREAM_"},
+     "HAL_PIXEL_FORMAT_", "", true},
+    {NameTable::UsageBits, std::begin(kUsageBits), std::end(kUsageBits), "GRALLOC_USAGE_", "",
+     false},
+    {NameTable::DataSpaces, std::begin(kDataSpaces), std::end(kDataSpaces), "HAL_DATASPACE_", "",
+     true},
+    {NameTable::StreamTypes, std::begin(kStreamTypes), std::end(kStreamTypes), "CAMERA3_STREAM_",
+     "", false},
     {NameTable::StreamUseCases, std::begin(kStreamUseCases), std::end(kStreamUseCases),
-     "StreamUseCase"},
+     "StreamUseCase", "", false},
     {NameTable::DynamicRangeProfiles, std::begin(kDynamicRangeProfiles),
-     std::end(kDynamicRangeProfiles), ""},
+     std::end(kDynamicRangeProfiles), "", "", false},
+    {NameTable::OperationModes, std::begin(kOperationModes), std::end(kOperationModes),
+     "CAMERA3_STREAM_CONFIGURATION_", "_MODE", false},
 };
+
+bool EndsWith(const std::string& text, const std::string& end) {
+    return !end.empty() && text.size() > end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
 
 // Every name of `table` with its value, in table order: the short names
-// (without the common prefix), and the full ones too when `withFull`.
+// (without the common prefix and suffix), and the full ones too (with
+// either or both) when `withFull`.
 std::vector<NamedNumber> Table(NameTable table, bool withFull) {
     std::vector<NamedNumber> out;
     if (table == NameTable::Capabilities) {
@@ -168,14 +201,31 @@ std::vector<NamedNumber> Table(NameTable table, bool withFull) {
         const size_t prefixLength = strlen(source.prefix);
         for (const NamedValue* entry = source.begin; source.table == table && entry != source.end;
              ++entry) {
-            const bool prefixed = strncmp(entry->name, source.prefix, prefixLength) == 0;
-            out.push_back({prefixed ? entry->name + prefixLength : entry->name, entry->value});
-            if (withFull && prefixed && prefixLength > 0) {
-                out.push_back({entry->name, entry->value});
+            std::string base = entry->name;
+            const bool prefixed =
+                prefixLength > 0 && base.compare(0, prefixLength, source.prefix) == 0;
+            base.erase(0, prefixed ? prefixLength : 0);
+            const bool suffixed = EndsWith(base, source.suffix);
+            base.erase(base.size() - (suffixed ? strlen(source.suffix) : 0));
+            out.push_back({base, entry->value});
+            for (int with = 1; withFull && with < 4; ++with) {
+                const bool prefix = (with & 1) != 0;
+                const bool suffix = (with & 2) != 0;
+                if ((prefixed || !prefix) && (suffixed || !suffix)) {
+                    out.push_back(
+                        {(prefix ? source.prefix : "") + base + (suffix ? source.suffix : ""),
+                         entry->value});
+                }
             }
         }
     }
     return out;
+}
+
+bool AnyCase(NameTable table) {
+    return std::any_of(std::begin(kSources), std::end(kSources), [&](const NameSource& source) {
+        return source.table == table && source.anyCase;
+    });
 }
 
 }  // namespace
@@ -224,8 +274,9 @@ std::string StreamRoleName(int32_t role) {
 }
 
 bool NumberByName(NameTable table, const std::string& name, int64_t* value) {
+    const bool anyCase = AnyCase(table);
     for (const NamedNumber& entry : Table(table, true)) {
-        if (entry.name == name) {
+        if (entry.name == name || (anyCase && strcasecmp(entry.name.c_str(), name.c_str()) == 0)) {
             *value = entry.value;
             return true;
         }

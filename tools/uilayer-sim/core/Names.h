@@ -44,13 +44,14 @@ enum class NameTable {
     StreamTypes,
     StreamUseCases,
     DynamicRangeProfiles,
+    OperationModes,
 };
 
 // Every name a lookup of `table` accepts, short and full.
 std::vector<std::string> AcceptedNames(NameTable table);
 // The value of a name of `table` other than Capabilities, full
 // ("HAL_PIXEL_FORMAT_RAW16", "EStreamTypePreview") or short ("RAW16",
-// "Preview"); false when unknown.
+// "Preview"; formats and data spaces in any case); false when unknown.
 bool NumberByName(NameTable table, const std::string& name, int64_t* value);
 // The short name of `value` in `table`, or the number when it has none.
 std::string NameOfNumber(NameTable table, int64_t value);

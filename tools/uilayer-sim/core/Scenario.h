@@ -44,6 +44,7 @@ using CameraSetup = HostKit::CameraSetup;
 
 struct StreamSetup : HostKit::StreamSetup {
     std::string name;
+    int line = 0;
 };
 
 struct RequestSetup {
@@ -132,6 +133,8 @@ struct Scenario {
     std::vector<std::pair<std::string, std::string>> properties;
     std::vector<std::pair<std::string, std::string>> files;
     std::vector<SessionSetup> sessions;
+    // What the reader doubts but the replay can take ("FILE:LINE: FIELD: reason").
+    std::vector<std::string> warnings;
 
     const CameraSetup* Camera(uint32_t frameworkId) const;
 };

@@ -39,6 +39,38 @@ public:
         throw ScenarioError(m_file, LineOf(node), field, reason);
     }
 
+    // A doubtful value that the replay can still take: FILE:LINE: FIELD: reason.
+    void Warn(const YAML::Node& node, const std::string& field, const std::string& reason) {
+        m_warnings.push_back(ScenarioError(m_file, LineOf(node), field, reason).what());
+    }
+    const std::vector<std::string>& Warnings() const { return m_warnings; }
+
+    // Runs `read`; a mistake it throws is kept and false returned, so that the
+    // reader goes on with the next part. The mistakes kept so far are thrown
+    // together when there are kMaxMistakes of them.
+    template <typename Read>
+    bool Collect(Read read) {
+        try {
+            read();
+            return true;
+        } catch (const ScenarioError& error) {
+            if (m_mistakeCount == kMaxMistakes) {
+                throw;  // the mistakes kept, on their way out
+            }
+            m_mistakes += m_mistakes.empty() ? error.what() : "\n" + std::string(error.what());
+            if (++m_mistakeCount == kMaxMistakes) {
+                ThrowMistakes();
+            }
+            return false;
+        }
+    }
+    // Throws the mistakes kept so far, if there are any.
+    void ThrowMistakes() const {
+        if (m_mistakeCount > 0) {
+            throw ScenarioError(m_mistakes);
+        }
+    }
+
     static int LineOf(const YAML::Node& node) {
         if (!node.IsDefined()) {
             return 0;
@@ -254,7 +286,12 @@ protected:
         return text;
     }
 
+    static constexpr size_t kMaxMistakes = 20;
+
     std::string m_file;
+    std::vector<std::string> m_warnings;
+    std::string m_mistakes;
+    size_t m_mistakeCount = 0;
 };
 
 }  // namespace UilayerSim

@@ -186,6 +186,7 @@ Scenario ReadWith(const std::string& path, Read read) {
     } catch (const YAML::Exception& error) {
         throw YamlError(path, error);
     }
+    scenario.warnings = reader.Warnings();
     scenario.path = path;
     scenario.name = std::filesystem::path(path).filename().string();
     return scenario;
@@ -209,20 +210,27 @@ Scenario SectionReader::Read(const YAML::Node& root, bool needSessions) {
     } else {
         ReadDevice(device, &scenario);
     }
-    ReadConfiguration(root, &scenario);
-    Optional(root, "", "properties", &scenario.properties, &SectionReader::ReadProperties);
-    Optional(root, "", "files", &scenario.files, &SectionReader::ReadFiles);
-    if (!needSessions && !root["sessions"].IsDefined()) {
-        return scenario;
+    Collect([&] { ReadConfiguration(root, &scenario); });
+    Collect([&] {
+        Optional(root, "", "properties", &scenario.properties, &SectionReader::ReadProperties);
+    });
+    Collect([&] { Optional(root, "", "files", &scenario.files, &SectionReader::ReadFiles); });
+    if (needSessions || root["sessions"].IsDefined()) {
+        Collect([&] {
+            const YAML::Node sessions = Required(root, "sessions", "");
+            Sequence(sessions, "sessions");
+            if (sessions.size() == 0) {
+                Fail(sessions, "sessions", "at least one session is needed");
+            }
+            for (size_t i = 0; i < sessions.size(); ++i) {
+                Collect([&] {
+                    scenario.sessions.push_back(
+                        ReadSession(sessions[i], Index("sessions", i), scenario));
+                });
+            }
+        });
     }
-    const YAML::Node sessions = Required(root, "sessions", "");
-    Sequence(sessions, "sessions");
-    if (sessions.size() == 0) {
-        Fail(sessions, "sessions", "at least one session is needed");
-    }
-    for (size_t i = 0; i < sessions.size(); ++i) {
-        scenario.sessions.push_back(ReadSession(sessions[i], Index("sessions", i), scenario));
-    }
+    ThrowMistakes();
     return scenario;
 }
 

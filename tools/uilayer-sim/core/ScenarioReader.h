@@ -14,10 +14,12 @@ namespace UilayerSim {
 
 // A mistake in a scenario (or in the configuration text it names): the file,
 // the 1-based line, the field path ("sessions[0].streams[1].format") and why.
+// Several mistakes of one file come as one error, a line each.
 class ScenarioError : public std::runtime_error {
 public:
     ScenarioError(const std::string& file, int line, const std::string& field,
                   const std::string& reason);
+    explicit ScenarioError(const std::string& lines) : std::runtime_error(lines) {}
 };
 
 // Reads and checks the scenario at `path`; throws ScenarioError.

@@ -21,6 +21,8 @@ struct SessionState {
     std::vector<std::string> streamNames;
     // Physical ids of the device's cameras: the cameras a query can name.
     std::set<uint32_t> cameraIds;
+    // Framework ids of the device's cameras: what a stream's physical camera id names.
+    std::set<int64_t> frameworkIds;
     uint32_t nextFrame = 0;
 };
 
@@ -75,13 +77,19 @@ private:
     NamedTexts ReadFiles(const YAML::Node& node, const std::string& field) const;
     SessionSetup ReadSession(const YAML::Node& node, const std::string& field,
                              const Scenario& scenario);
-    StreamSetup ReadStream(const YAML::Node& node, const std::string& field);
+    StreamSetup ReadStream(const YAML::Node& node, const std::string& field,
+                           const SessionState& state);
+    // A client package or activity name, no longer than the library keeps.
+    std::string ClientName(const YAML::Node& node, const std::string& field) const;
+    // A usage bit name or a number of up to 64 bits.
+    uint64_t Usage(const YAML::Node& node, const std::string& field) const;
     std::vector<TagValue> ReadTags(const YAML::Node& node, const std::string& field);
     TagValue ReadTag(const YAML::Node& node, const std::string& field);
     Step ReadStep(const YAML::Node& node, const std::string& field, SessionState* state);
     RequestSetup ReadRequest(const YAML::Node& node, const std::string& field,
                              const SessionState& state, bool needFrame);
-    ResultSetup ReadResult(const YAML::Node& node, const std::string& field, bool needFrame);
+    ResultSetup ReadResult(const YAML::Node& node, const std::string& field,
+                           const SessionState& state, bool needFrame);
 
     std::string m_baseDir;
 };

@@ -2,9 +2,59 @@
 // the metadata tags they carry.
 #include "core/ScenarioSections.h"
 
+#include <system/camera_metadata.h>
+
+#include <sstream>
+
+#include "CapabilityReference.h"
 #include "common/VendorTags.h"
+#include "staticsupportcaps/StaticSupportCapabilities.h"
 
 namespace UilayerSim {
+
+namespace {
+
+// The size of the session's client name buffers (package and activity, with
+// the terminator) is private to the session state; an explicit instantiation
+// may name a private member, and this one hands out its address.
+const size_t* ClientNameSize();
+template <const size_t* Size>
+struct ClientNameSizeOf {
+    friend const size_t* ClientNameSize() { return Size; }
+};
+template struct ClientNameSizeOf<&Lumora::StaticSupportCapabilities::kClientNameSize>;
+
+// The camera modes the library's rules compare the client's with.
+std::vector<std::string> RuleCameraModes() {
+    std::vector<std::string> modes;
+    for (size_t i = 0; i < Lumora::CapabilityRuleCount(); ++i) {
+        for (const Lumora::_CapabilityInput& input :
+             Lumora::ParseInputs(Lumora::CapabilityRules()[i])) {
+            std::stringstream list(input.value);
+            std::string mode;
+            while (input.kind == Lumora::kInputCameraMode &&
+                   std::getline(list >> std::ws, mode, ',')) {
+                if (std::find(modes.begin(), modes.end(), mode) == modes.end()) {
+                    modes.push_back(mode);
+                }
+            }
+        }
+    }
+    return modes;
+}
+
+}  // namespace
+
+std::string SectionReader::ClientName(const YAML::Node& node, const std::string& field) const {
+    const std::string name = Text(node, field);
+    const size_t keeps = *ClientNameSize() - 1;
+    if (name.size() > keeps) {
+        Fail(node, field,
+             std::to_string(name.size()) + " characters; the library keeps at most " +
+                 std::to_string(keeps) + " and ignores a longer name");
+    }
+    return name;
+}
 
 SessionSetup SectionReader::ReadSession(const YAML::Node& node, const std::string& field,
                                         const Scenario& scenario) {
@@ -19,10 +69,15 @@ SessionSetup SectionReader::ReadSession(const YAML::Node& node, const std::strin
         Fail(node["camera"], Path(field, "camera"),
              "camera " + std::to_string(session.camera) + " is not in device.cameras");
     }
-    session.hasPackage = Optional(node, field, "package", &session.package, &SectionReader::Text);
+    session.hasPackage =
+        Optional(node, field, "package", &session.package, &SectionReader::ClientName);
     session.hasActivity =
-        Optional(node, field, "activity", &session.activity, &SectionReader::Text);
-    Optional(node, field, "operation_mode", &session.operationMode, &SectionReader::Unsigned32);
+        Optional(node, field, "activity", &session.activity, &SectionReader::ClientName);
+    if (node["operation_mode"].IsDefined()) {
+        session.operationMode = static_cast<uint32_t>(
+            Named(node["operation_mode"], Path(field, "operation_mode"), NameTable::OperationModes,
+                  "operation mode", 0, UINT32_MAX));
+    }
     if (node["no_session_params"].IsDefined()) {
         session.hasSessionParams =
             !Boolean(node["no_session_params"], Path(field, "no_session_params"));
@@ -47,8 +102,10 @@ SessionSetup SectionReader::ReadSession(const YAML::Node& node, const std::strin
 
     SessionState state;
     for (const CameraSetup& camera : scenario.cameras) {
+        state.frameworkIds.insert(static_cast<int64_t>(camera.frameworkId));
         for (const PhysicalCameraSetup& physical : camera.physicalCameras) {
             state.cameraIds.insert(physical.physicalCamId);
+            state.frameworkIds.insert(physical.frameworkId);
         }
     }
     const std::string streamsName = Path(field, "streams");
@@ -57,31 +114,57 @@ SessionSetup SectionReader::ReadSession(const YAML::Node& node, const std::strin
         Fail(streams, streamsName, "a configuration holds at least one stream");
     }
     for (size_t i = 0; i < streams.size(); ++i) {
-        StreamSetup stream = ReadStream(streams[i], Index(streamsName, i));
-        if (std::find(state.streamNames.begin(), state.streamNames.end(), stream.name) !=
-            state.streamNames.end()) {
-            Fail(streams[i]["name"], Path(Index(streamsName, i), "name"),
-                 "stream name \"" + stream.name + "\" is used twice");
+        const YAML::Node name = streams[i]["name"];
+        const bool read = Collect([&] {
+            StreamSetup stream = ReadStream(streams[i], Index(streamsName, i), state);
+            if (std::find(state.streamNames.begin(), state.streamNames.end(), stream.name) !=
+                state.streamNames.end()) {
+                Fail(name, Path(Index(streamsName, i), "name"),
+                     "stream name \"" + stream.name + "\" is used twice");
+            }
+            state.streamNames.push_back(stream.name);
+            session.streams.push_back(stream);
+        });
+        // The requests still find a stream with a mistake by its name.
+        if (!read && name.IsScalar()) {
+            state.streamNames.push_back(name.Scalar());
         }
-        state.streamNames.push_back(stream.name);
-        session.streams.push_back(stream);
     }
     if (node["steps"].IsDefined()) {
         const std::string stepsName = Path(field, "steps");
         const YAML::Node steps = Sequence(node["steps"], stepsName);
         for (size_t i = 0; i < steps.size(); ++i) {
-            session.steps.push_back(ReadStep(steps[i], Index(stepsName, i), &state));
+            Collect(
+                [&] { session.steps.push_back(ReadStep(steps[i], Index(stepsName, i), &state)); });
         }
     }
     return session;
 }
 
-StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string& field) {
-    CheckFields(
-        node, field,
-        {"name", "stream_type", "width", "height", "format", "usage", "data_space",
-         "physical_camera_id", "stream_use_case", "ext_stream_mode", "dynamic_range_profile"});
+uint64_t SectionReader::Usage(const YAML::Node& node, const std::string& field) const {
+    const std::string text = Text(node, field);
+    bool negative = false;
+    uint64_t magnitude = 0;
+    const HostPlatform::NumberStatus status =
+        HostPlatform::ParseIntegerMagnitude(text, &negative, &magnitude);
+    if (status == HostPlatform::NumberStatus::NotANumber) {
+        return static_cast<uint64_t>(
+            Named(node, field, NameTable::UsageBits, "usage bit", 0, UINT32_MAX));
+    }
+    if (status != HostPlatform::NumberStatus::Ok || negative) {
+        Fail(node, field, text + " is out of range (0.." + std::to_string(UINT64_MAX) + ")");
+    }
+    return magnitude;
+}
+
+StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string& field,
+                                      const SessionState& state) {
+    CheckFields(node, field,
+                {"name", "stream_type", "width", "height", "format", "usage", "data_space",
+                 "physical_camera_id", "stream_use_case", "ext_stream_mode",
+                 "dynamic_range_profile", "rotation"});
     StreamSetup stream;
+    stream.line = LineOf(node);
     stream.name = Text(Required(node, "name", field), Path(field, "name"));
     if (stream.name.empty()) {
         Fail(node["name"], Path(field, "name"), "a stream name is not empty");
@@ -97,19 +180,25 @@ StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string&
                                NameTable::PixelFormats, "pixel format", INT32_MIN, INT32_MAX));
     if (node["usage"].IsDefined()) {
         // A number, a name, or a list of names and numbers that are OR'ed.
-        const YAML::Node usage = node["usage"];
         const std::string name = Path(field, "usage");
+        std::vector<uint64_t> values;
+        ScalarOrList(node["usage"], name, &values,
+                     [this](const YAML::Node& item, const std::string& itemName) {
+                         return Usage(item, itemName);
+                     });
         uint64_t bits = 0;
-        if (usage.IsSequence()) {
-            for (size_t i = 0; i < usage.size(); ++i) {
-                bits |= static_cast<uint64_t>(Named(usage[i], Index(name, i), NameTable::UsageBits,
-                                                    "usage bit", 0, UINT32_MAX));
-            }
-        } else {
-            bits = static_cast<uint64_t>(
-                Named(usage, name, NameTable::UsageBits, "usage bit", 0, UINT32_MAX));
+        for (const uint64_t value : values) {
+            bits |= value;
         }
         stream.usage = static_cast<uint32_t>(bits);
+        if (bits != stream.usage) {
+            char dropped[40];
+            snprintf(dropped, sizeof(dropped), "0x%llX",
+                     static_cast<unsigned long long>(bits & ~uint64_t{UINT32_MAX}));
+            Warn(node["usage"], name,
+                 std::string("the stream record holds 32 bits of usage; ") + dropped +
+                     " is dropped");
+        }
     }
     if (node["data_space"].IsDefined()) {
         stream.dataSpace =
@@ -118,10 +207,15 @@ StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string&
     }
     if (node["physical_camera_id"].IsDefined()) {
         const YAML::Node id = node["physical_camera_id"];
+        const std::string name = Path(field, "physical_camera_id");
+        int64_t number = 0;
         if (id.IsNull()) {
             stream.hasPhysicalId = false;
-        } else {
-            stream.physicalId = Text(id, Path(field, "physical_camera_id"));
+        } else if (!(stream.physicalId = Text(id, name)).empty() &&
+                   (!ParseIntegerText(stream.physicalId, &number) ||
+                    state.frameworkIds.count(number) == 0)) {
+            Fail(id, name,
+                 "no camera of the device has framework id \"" + stream.physicalId + "\"");
         }
     }
     if (node["stream_use_case"].IsDefined()) {
@@ -134,6 +228,11 @@ StreamSetup SectionReader::ReadStream(const YAML::Node& node, const std::string&
             Named(node["dynamic_range_profile"], Path(field, "dynamic_range_profile"),
                   NameTable::DynamicRangeProfiles, "dynamic range profile", INT64_MIN, INT64_MAX);
     }
+    // Checked, then left out as the library leaves it: the rotation is the
+    // framework's 0..3.
+    if (node["rotation"].IsDefined()) {
+        Integer(node["rotation"], Path(field, "rotation"), 0, 3);
+    }
     return stream;
 }
 
@@ -141,14 +240,16 @@ std::vector<TagValue> SectionReader::ReadTags(const YAML::Node& node, const std:
     Sequence(node, field);
     std::vector<TagValue> tags;
     for (size_t i = 0; i < node.size(); ++i) {
-        TagValue tag = ReadTag(node[i], Index(field, i));
-        for (const TagValue& earlier : tags) {
-            if (earlier.vendor == tag.vendor && earlier.tag == tag.tag) {
-                Fail(node[i], Index(field, i),
-                     "the tag is already given on line " + std::to_string(earlier.line));
+        Collect([&] {
+            TagValue tag = ReadTag(node[i], Index(field, i));
+            for (const TagValue& earlier : tags) {
+                if (earlier.vendor == tag.vendor && earlier.tag == tag.tag) {
+                    Fail(node[i], Index(field, i),
+                         "the tag is already given on line " + std::to_string(earlier.line));
+                }
             }
-        }
-        tags.push_back(tag);
+            tags.push_back(tag);
+        });
     }
     return tags;
 }
@@ -230,6 +331,21 @@ TagValue SectionReader::ReadTag(const YAML::Node& node, const std::string& field
                  ElementTypeName(given));
     }
     tag.type = given;
+    if (!tag.vendor && tag.tag == ANDROID_CONTROL_AE_TARGET_FPS_RANGE && tag.Count() != 2) {
+        Fail(node, valueField,
+             "an fps range holds two values, min and max, not " + std::to_string(tag.Count()));
+    }
+    // Camera modes are open ended (other modules read them too); one near a
+    // mode the library's rules name, but not it, is likely a typo.
+    if (tag.vendor && tag.tag == Lumora::kTagCameraMode) {
+        static const std::vector<std::string> kModes = RuleCameraModes();
+        const std::string mode(tag.bytes.begin(), tag.bytes.end());
+        const std::string hint = DidYouMean(mode, kModes);
+        if (!hint.empty()) {
+            Warn(node, valueField,
+                 "no rule of the library names camera mode \"" + mode + "\"" + hint);
+        }
+    }
     return tag;
 }
 

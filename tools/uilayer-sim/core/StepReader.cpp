@@ -67,7 +67,7 @@ RequestSetup SectionReader::ReadRequest(const YAML::Node& node, const std::strin
 }
 
 ResultSetup SectionReader::ReadResult(const YAML::Node& node, const std::string& field,
-                                      bool needFrame) {
+                                      const SessionState& state, bool needFrame) {
     CheckFields(node, field, {"frame", "aec", "mlft", "no_metadata"}, needFrame ? 0 : 1);
     ResultSetup result;
     if (needFrame) {
@@ -90,8 +90,12 @@ ResultSetup SectionReader::ReadResult(const YAML::Node& node, const std::string&
             const YAML::Node entry = list[i];
             CheckFields(entry, entryName, {"camera", "exp_count", "values", "extra"});
             AecSetup aec = {};
-            aec.cameraId =
-                Signed32(Required(entry, "camera", entryName), Path(entryName, "camera"));
+            const YAML::Node camera = Required(entry, "camera", entryName);
+            aec.cameraId = Signed32(camera, Path(entryName, "camera"));
+            if (aec.cameraId < 0 || state.cameraIds.count(aec.cameraId) == 0) {
+                Fail(camera, Path(entryName, "camera"),
+                     "no camera " + std::to_string(aec.cameraId) + " in the device");
+            }
             aec.expCount =
                 Signed32(Required(entry, "exp_count", entryName), Path(entryName, "exp_count"));
             if (entry["values"].IsDefined()) {
@@ -141,7 +145,7 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         state->nextFrame = std::max(state->nextFrame, step.request.frame + 1);
     } else if (kind == "result") {
         step.kind = StepKind::Result;
-        step.result = ReadResult(body, bodyName, true);
+        step.result = ReadResult(body, bodyName, *state, true);
     } else if (kind == "repeat") {
         step.kind = StepKind::Repeat;
         CheckFields(body, bodyName, {"count", "first_frame", "request", "result"});
@@ -156,7 +160,7 @@ Step SectionReader::ReadStep(const YAML::Node& node, const std::string& field,
         }
         if (body["result"].IsDefined()) {
             step.repeatResult = true;
-            step.result = ReadResult(body["result"], Path(bodyName, "result"), false);
+            step.result = ReadResult(body["result"], Path(bodyName, "result"), *state, false);
         }
         state->nextFrame = std::max(state->nextFrame, step.request.frame + step.count);
     } else if (kind == "session_caps") {

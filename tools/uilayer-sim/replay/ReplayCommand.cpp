@@ -29,7 +29,20 @@ int RunReplayCommand(const CommandLine& line) {
     const ReplayOptions options = CommandReplayOptions(line.Has("--log"));
     std::string output;
     try {
-        const ReportNode report = Replay(scenario, options);
+        const _ReplayRecord record = RecordReplay(scenario, options);
+        for (size_t i = 0; i < record.sessions.size(); ++i) {
+            const std::vector<_StreamRecord>& streams = record.sessions[i].streams;
+            for (size_t k = 0; k < streams.size(); ++k) {
+                if (!streams[k].listed) {
+                    fprintf(stderr,
+                            "warning: %s:%d: sessions[%zu].streams[%zu]: stream \"%s\" gets no "
+                            "role: the library places it in no role list\n",
+                            scenario.path.c_str(), scenario.sessions[i].streams[k].line, i, k,
+                            streams[k].name.c_str());
+                }
+            }
+        }
+        const ReportNode report = ReplayReport(record);
         output = line.Has("--json") ? RenderJson(report) : RenderText(report);
     } catch (const ScenarioError& error) {
         fprintf(stderr, "%s\n", error.what());

@@ -63,6 +63,13 @@ struct _StreamRecord {
     int32_t role = 0;
     int cameraIndex = 0;
     uint32_t extFlags = 0;
+    // In the list of some role; a stream in none gets no role at all.
+    bool listed = false;
+    // The fields the roles are decided by, as the library was handed them.
+    int format = 0;
+    uint32_t usage = 0;
+    int32_t dataSpace = 0;
+    int64_t useCase = 0;
 };
 
 struct _SessionRecord {

@@ -340,6 +340,12 @@ ReportNode SessionNode(const _SessionRecord& session) {
         if (stream.extFlags != 0) {
             node.Add("ext_stream_flags", ReportNode::Integer(stream.extFlags));
         }
+        node.Add("format", ReportNode::Text(NameOfNumber(NameTable::PixelFormats, stream.format)));
+        node.Add("usage", ReportNode::Hex(stream.usage));
+        node.Add("data space",
+                 ReportNode::Text(NameOfNumber(NameTable::DataSpaces, stream.dataSpace)));
+        node.Add("stream use case",
+                 ReportNode::Text(NameOfNumber(NameTable::StreamUseCases, stream.useCase)));
     }
     streams.WithJson(LabelledList(streams, "name", false, "role"));
     report.Add("roles", RolesNode(session.roles));

@@ -5,7 +5,9 @@
 #include <cutils/properties.h>
 #include <hardware/camera3.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstring>
 
 #include "common/VendorTags.h"
 #include "core/AbortHandler.h"
@@ -102,13 +104,21 @@ void Replayer::RecordSession(PreparedSession* session, Lumora::IuiLayer* parser,
         record->physicalCaps.emplace_back(id, sessionCaps(id));
     }
 
+    record->roles = Roles(nullptr, *session, parser);
     for (size_t i = 0; i < config->num_streams; ++i) {
         camera3_stream_t* stream = config->streams[i];
-        record->streams.push_back({setup.streams[i].name, parser->GetStreamTypeByStream(stream),
-                                   parser->GetCameraIndexByStream(stream),
-                                   stream->ext_stream_flags});
+        const std::string& name = setup.streams[i].name;
+        const bool listed =
+            std::any_of(record->roles.begin(), record->roles.end(), [&](const auto& role) {
+                return std::find(role.second.begin(), role.second.end(), name) != role.second.end();
+            });
+        int32_t dataSpace = 0;
+        memcpy(&dataSpace, &stream->data_space, sizeof(dataSpace));
+        record->streams.push_back({name, parser->GetStreamTypeByStream(stream),
+                                   parser->GetCameraIndexByStream(stream), stream->ext_stream_flags,
+                                   listed, stream->format, stream->usage, dataSpace,
+                                   stream->stream_use_case});
     }
-    record->roles = Roles(nullptr, *session, parser);
 
     const camera_metadata_t* params = config->session_parameters;
     record->hasSessionParams = params != nullptr;

@@ -37,11 +37,6 @@ constexpr StreamTarget kRawMax = {K::Raw, S::Maximum, U::Default};
 
 constexpr const char* kKindNames[] = {"PRIV", "YUV", "JPEG", "RAW"};
 constexpr const char* kSizeNames[] = {"PREVIEW", "RECORD", "MAX", "VGA"};
-// Use cases by their value (0..6).
-constexpr const char* kUseCaseNames[] = {
-    "DEFAULT",    "PREVIEW",     "STILL_CAPTURE", "VIDEO_RECORD", "PREVIEW_VIDEO_STILL",
-    "VIDEO_CALL", "CROPPED_RAW",
-};
 constexpr const char* kTableNames[] = {"legacy",  "limited", "full",     "raw",
                                        "level 3", "ten-bit", "use cases"};
 
@@ -175,7 +170,9 @@ std::string StreamLabel(const StreamTarget& target, CombinationTable table) {
         label += " [HLG10]";
     }
     if (target.useCase != U::Default) {
-        label += std::string(" [") + NameOf(kUseCaseNames, target.useCase) + "]";
+        label += std::string(" [") +
+                 NameOfNumber(NameTable::StreamUseCases, static_cast<int64_t>(target.useCase)) +
+                 "]";
     }
     return label;
 }

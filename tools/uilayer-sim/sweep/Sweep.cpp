@@ -73,10 +73,7 @@ CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup ses
         StreamOutcome entry;
         entry.role = StreamRoleName(stream.role);
         entry.cameraIndex = stream.cameraIndex;
-        for (const auto& role : replayed.roles) {
-            entry.listed = entry.listed || std::find(role.second.begin(), role.second.end(),
-                                                     stream.name) != role.second.end();
-        }
+        entry.listed = stream.listed;
         outcome.streams.push_back(entry);
     }
     for (uint32_t bit = 0; bit < Lumora::_CapsBitset::kBitCount; ++bit) {

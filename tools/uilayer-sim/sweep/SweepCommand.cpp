@@ -1,8 +1,6 @@
 // uilayer-sim sweep: configures every guaranteed stream combination against a
 // device and writes the table.
 
-#include <hardware/camera3.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +9,7 @@
 #include <stdexcept>
 
 #include "core/Commands.h"
+#include "core/Names.h"
 #include "core/ScenarioReader.h"
 #include "sweep/Sweep.h"
 
@@ -33,29 +32,14 @@ bool ParseNumber(const std::string& text, uint32_t* value) {
     return true;
 }
 
-// A number, or a stream configuration mode of the platform by name, with or
-// without "CAMERA3_STREAM_CONFIGURATION_" and "_MODE".
-bool ParseOperationMode(std::string text, uint32_t* mode) {
-    if (ParseNumber(text, mode)) {
+// A number, or a stream configuration mode of the platform by name.
+bool ParseOperationMode(const std::string& text, uint32_t* mode) {
+    int64_t value = 0;
+    if (NumberByName(NameTable::OperationModes, text, &value)) {
+        *mode = static_cast<uint32_t>(value);
         return true;
     }
-    const std::string prefix = "CAMERA3_STREAM_CONFIGURATION_";
-    const std::string suffix = "_MODE";
-    if (text.compare(0, prefix.size(), prefix) == 0) {
-        text = text.substr(prefix.size());
-    }
-    if (text.size() > suffix.size() &&
-        text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0) {
-        text = text.substr(0, text.size() - suffix.size());
-    }
-    if (text == "NORMAL") {
-        *mode = CAMERA3_STREAM_CONFIGURATION_NORMAL_MODE;
-    } else if (text == "CONSTRAINED_HIGH_SPEED") {
-        *mode = CAMERA3_STREAM_CONFIGURATION_CONSTRAINED_HIGH_SPEED_MODE;
-    } else {
-        return false;
-    }
-    return true;
+    return ParseNumber(text, mode);
 }
 
 bool ParseLevel(const std::string& text, HardwareLevel* level) {

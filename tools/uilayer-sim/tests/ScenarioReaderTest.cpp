@@ -39,15 +39,30 @@ TEST(ScenarioReaderTest, ReadsEveryStreamFieldByNameOrNumber) {
         format: HAL_PIXEL_FORMAT_RAW16
         usage: [HW_TEXTURE, GRALLOC_USAGE_HW_COMPOSER, 0x40]
         data_space: DEPTH
-        physical_camera_id: "2"
+        physical_camera_id: "0"
         stream_use_case: RawShort
         ext_stream_mode: 2
         dynamic_range_profile: HDR10
       - {name: b, width: 1, height: 2, format: 0x23, usage: 65536, data_space: -1,
          physical_camera_id: null, stream_use_case: 0x0800000000080000}
+  - camera: 0
+    operation_mode: CONSTRAINED_HIGH_SPEED
+    streams:
+      - {name: c, width: 1, height: 1, format: ycbcr_420_888, data_space: JPEG_R,
+         stream_use_case: VIDEO_CALL, rotation: 3}
+      - {name: d, width: 1, height: 1, format: BLOB, data_space: bt2020_pq}
+      - {name: e, width: 1, height: 1, format: BLOB, data_space: HAL_DATASPACE_DISPLAY_P3}
 )",
                                                "test.yaml");
-    ASSERT_EQ(1u, scenario.sessions.size());
+    ASSERT_EQ(2u, scenario.sessions.size());
+    // Names as stream configurations in logs print them.
+    const SessionSetup& logged = scenario.sessions[1];
+    EXPECT_EQ(1u, logged.operationMode);
+    EXPECT_EQ(HAL_PIXEL_FORMAT_YCbCr_420_888, logged.streams[0].format);
+    EXPECT_EQ(0x1005, logged.streams[0].dataSpace);
+    EXPECT_EQ(5, logged.streams[0].useCase);
+    EXPECT_EQ(HAL_DATASPACE_BT2020_PQ, logged.streams[1].dataSpace);
+    EXPECT_EQ(HAL_DATASPACE_DISPLAY_P3, logged.streams[2].dataSpace);
     const SessionSetup& session = scenario.sessions[0];
     EXPECT_EQ(0x8010u, session.operationMode);
     EXPECT_EQ("sessions[0]", session.name);
@@ -59,7 +74,7 @@ TEST(ScenarioReaderTest, ReadsEveryStreamFieldByNameOrNumber) {
     EXPECT_EQ(GRALLOC_USAGE_HW_TEXTURE | GRALLOC_USAGE_HW_COMPOSER | 0x40u, a.usage);
     EXPECT_EQ(HAL_DATASPACE_DEPTH, a.dataSpace);
     EXPECT_TRUE(a.hasPhysicalId);
-    EXPECT_EQ("2", a.physicalId);
+    EXPECT_EQ("0", a.physicalId);
     EXPECT_EQ(0x0800000000010000LL, a.useCase);
     EXPECT_EQ(2u, a.extMode);
     EXPECT_EQ(4, a.dynamicRangeProfile);
