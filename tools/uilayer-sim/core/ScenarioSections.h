@@ -33,6 +33,8 @@ public:
     Scenario Read(const YAML::Node& root, bool needSessions = true);
     // The cameras of a device description into `scenario`.
     void ReadDevice(const YAML::Node& node, Scenario* scenario);
+    // One tag value as a session's `params` writes it.
+    TagValue ReadTag(const YAML::Node& node, const std::string& field);
 
 private:
     // "logical" or a query type number; `max` limits the physical ids.
@@ -77,7 +79,6 @@ private:
                              const Scenario& scenario);
     StreamSetup ReadStream(const YAML::Node& node, const std::string& field);
     std::vector<TagValue> ReadTags(const YAML::Node& node, const std::string& field);
-    TagValue ReadTag(const YAML::Node& node, const std::string& field);
     Step ReadStep(const YAML::Node& node, const std::string& field, SessionState* state);
     RequestSetup ReadRequest(const YAML::Node& node, const std::string& field,
                              const SessionState& state, bool needFrame);

@@ -207,6 +207,9 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
     }
     result.operationMode = options.operationMode;
     result.selection = options.selection;
+    result.hasPackage = options.hasPackage;
+    result.package = options.package;
+    result.params = options.paramTexts;
     const StreamSize array = SweepArraySize(device, result.camera);
     if (array.width == 0 || array.height == 0) {
         throw SweepInputError("camera " + std::to_string(result.camera) +
@@ -219,6 +222,9 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
         session.name = CombinationLabel(combination);
         session.camera = result.camera;
         session.operationMode = options.operationMode;
+        session.hasPackage = options.hasPackage;
+        session.package = options.package;
+        session.params = options.params;
         for (const StreamTarget& target : combination.streams) {
             session.streams.push_back(MakeStream(target, combination.table, result.sizes,
                                                  "s" + std::to_string(session.streams.size())));
