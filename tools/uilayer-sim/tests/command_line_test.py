@@ -229,6 +229,8 @@ def lint_cases(directory):
     phone = os.path.join(EXAMPLES, "devices", "phone.yaml")
     expect("lint device", ["lint", conf, "--device", phone], 1,
            out=r':2: \[EnableSensorDCGVS\] lmw05: "lmw05" is no sensor of the device; did you mean "lmw50"\?$')
+    findings = json.loads(expect("lint device json", ["lint", conf, "--device", phone, "--json"], 1).stdout)
+    schema_valid("lint device json", LINT_SCHEMA, findings)
     expect("lint without device", ["lint", conf], 0)
     expect("lint device missing", ["lint", conf, "--device", conf + ".yaml"], 2)
     replay = os.path.join(directory, "sensor.yaml")
