@@ -10,17 +10,31 @@ namespace UilayerSim {
 
 namespace {
 
-// The words of "a|b|c" when it lists choices (lower case words, no place
-// holder such as FILE or N); empty otherwise.
+// The words of "a|b|c" or "a,b,c" when it lists choices (lower case words,
+// no place holder such as FILE or N); empty otherwise.
 std::string Choices(const char* value) {
     const std::string text = value != nullptr ? value : "";
-    if (text.find('|') == std::string::npos ||
+    if (text.find_first_of("|,") == std::string::npos ||
         std::any_of(text.begin(), text.end(), [](char c) { return isupper(c) || c == ' '; })) {
         return "";
     }
     std::string words = text;
-    std::replace(words.begin(), words.end(), '|', ' ');
+    std::replace_if(
+        words.begin(), words.end(), [](char c) { return c == '|' || c == ','; }, ' ');
     return words;
+}
+
+// What completes the value of an option: its choices, file names for a file,
+// nothing for a number or a name.
+std::string ValueReply(const char* value) {
+    const std::string choices = Choices(value);
+    if (!choices.empty()) {
+        return "COMPREPLY=($(compgen -W \"" + choices + "\" -- \"$cur\"))";
+    }
+    const std::string text = value;
+    return text.find("FILE") != std::string::npos || text.find("DEVICE") != std::string::npos
+               ? "COMPREPLY=($(compgen -f -- \"$cur\"))"
+               : "COMPREPLY=()";
 }
 
 std::string Quoted(const std::string& words) {
@@ -42,12 +56,8 @@ std::string BashCompletion(const Program& program) {
         for (const OptionSpec& option : command.options) {
             names += std::string(" ") + option.name;
             if (option.value != nullptr) {
-                const std::string choices = Choices(option.value);
                 values += std::string("        ") + command.name + ":" + option.name + ") " +
-                          (choices.empty()
-                               ? "COMPREPLY=($(compgen -f -- \"$cur\"))"
-                               : "COMPREPLY=($(compgen -W " + Quoted(choices) + " -- \"$cur\"))") +
-                          "; return ;;\n";
+                          ValueReply(option.value) + "; return ;;\n";
             }
         }
         options += std::string("        ") + command.name + ") options=" + Quoted(names) + " ;;\n";

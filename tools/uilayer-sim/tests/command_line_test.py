@@ -136,7 +136,9 @@ def command_line_cases():
     # Completion from the command table: subcommands, options, choices of values and operands.
     for words, offered in ((["uilayer-sim", "li"], ["lint"]), (["uilayer-sim", "sweep", "--le"], ["--level"]),
                            (["uilayer-sim", "sweep", "x", "--level", ""], ["legacy", "limited", "full", "3"]),
-                           (["uilayer-sim", "names", "f"], ["formats"]), (["uilayer-sim", "x.yaml", "--no"], ["--no-lint"])):
+                           (["uilayer-sim", "names", "f"], ["formats"]), (["uilayer-sim", "x.yaml", "--no"], ["--no-lint"]),
+                           (["uilayer-sim", "sweep", "x", "--fail-on", "ab"], ["aborted"]),
+                           (["uilayer-sim", "sweep", "x", "--camera", ""], [])):
         check("completion " + " ".join(words), completions(words) == offered, completions(words))
     expect("completion of another shell", ["completion", "zsh"], 2)
 
