@@ -113,8 +113,8 @@ const std::vector<Subcommand>& Commands() {
          "summary of the combinations that failed, aborted or left a stream in no role.\n"
          "\n"
          "With --operation-mode CONSTRAINED_HIGH_SPEED it configures the high-speed\n"
-         "combinations instead: a preview, alone or with one video stream, at the\n"
-         "high-speed sizes, with an fps range of 120 or more.\n"
+         "combinations instead: a preview, alone or with one video stream of its size,\n"
+         "with an fps range of 120 or more.\n"
          "\n"
          "exit status: 0 done, 1 a combination came to a result --fail-on names,\n"
          "2 bad command line, unreadable file or device mistake, 3 device set-up failed.",

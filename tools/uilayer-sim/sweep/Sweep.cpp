@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "core/AbortHandler.h"
+#include "core/ScenarioReader.h"
 #include "replay/Replay.h"
 
 namespace UilayerSim {
@@ -102,6 +103,9 @@ CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup ses
     CombinationOutcome outcome;
     try {
         outcome = ConfigureCombination(device, session, siblingRoot);
+    } catch (const ScenarioError& error) {
+        outcome.setupError = error.what();
+        outcome.mistake = true;
     } catch (const std::exception& error) {
         outcome.setupError = error.what();
     }
@@ -153,6 +157,9 @@ CombinationOutcome RunIsolated(const Scenario& device, const SessionSetup& sessi
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     CombinationOutcome outcome = DecodeOutcome(text);
+    if (outcome.mistake) {
+        throw SweepInputError(outcome.setupError);
+    }
     if (!outcome.setupError.empty()) {
         throw std::runtime_error(outcome.setupError);
     }

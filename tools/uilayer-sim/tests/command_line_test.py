@@ -186,7 +186,7 @@ def sweep_cases(directory):
           (["high speed"], "com.lumora.camera", 2, ["ANDROID_CONTROL_AE_TARGET_FPS_RANGE=120,120",
                                                      "vendor:160=video_mode"]), report)
     for args in (["--fps", "30,60"], ["--fps", "240"], ["--param", "ANDROID_CONTROL_ZOOM_RATIOS=1"],
-                 ["--param", "vendor:85=fast"]):
+                 ["--param", "vendor:85=fast"], ["--param", "vendor:9999=1"]):
         expect("sweep high speed " + " ".join(args), [*high, *args], 2)
     expect("sweep system camera without one", ["sweep", phone, "--system-camera"], 2, err=r"names no system camera")
     # Each level adds its tables to the ones below it.
