@@ -276,8 +276,10 @@ def diff_cases(directory):
                      .replace("SupportSnaphotLockMaster = true\n", "")
                      .replace("isEnableMIPMAP = true", "isEnableMIPMAP = false"))
     zoom = os.path.join(EXAMPLES, "zoom-video.yaml")
-    explained = json.loads(expect("explain json", ["explain", zoom, "CapsSHDR", "--frame", "1", "--json"], 1).stdout)
-    schema_valid("explain schema", EXPLAIN_SCHEMA, explained)
+    # Session caps and request caps, each against the explain schema.
+    for args, status in (([zoom, "CapsSHDR", "--frame", "1"], 1), ([PHOTO, "CapsVideoEIS", "--no-lint"], 0)):
+        explained = json.loads(expect("explain json", ["explain", *args, "--json"], status).stdout)
+        schema_valid("explain schema " + args[1], EXPLAIN_SCHEMA, explained)
     result = expect("diff", ["diff", CONF, new, PHOTO, zoom, "--json"], 1)
     report = json.loads(result.stdout)
     with open(DIFF_SCHEMA, encoding="utf-8") as stream:
