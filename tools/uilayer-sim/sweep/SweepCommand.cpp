@@ -2,6 +2,7 @@
 // device and writes the table.
 
 #include <hardware/camera3.h>
+#include <system/camera_metadata.h>
 
 #include <HostConfigText.h>
 
@@ -191,15 +192,14 @@ int RunSweepCommand(const CommandLine& line) {
     Scenario device;
     try {
         device = ReadDeviceOrScenarioFile(line.operands.front());
+        // The fps range is one more session parameter, written as --param writes it.
+        std::vector<std::string> params = line.Values("--param");
         if (line.Has("--fps") || options.selection.highSpeed) {
-            options.params.push_back(
-                ReadTagText("{tag: ANDROID_CONTROL_AE_TARGET_FPS_RANGE, int32: [" +
-                                std::to_string(fps[0]) + ", " + std::to_string(fps[1]) + "]}",
-                            "--fps"));
-            options.paramTexts.push_back("ANDROID_CONTROL_AE_TARGET_FPS_RANGE=" +
-                                         std::to_string(fps[0]) + "," + std::to_string(fps[1]));
+            params.insert(params.begin(), StandardTagName(ANDROID_CONTROL_AE_TARGET_FPS_RANGE) +
+                                              "=" + std::to_string(fps[0]) + "," +
+                                              std::to_string(fps[1]));
         }
-        for (const std::string& param : line.Values("--param")) {
+        for (const std::string& param : params) {
             options.params.push_back(ParamTag(param));
             options.paramTexts.push_back(param);
         }
