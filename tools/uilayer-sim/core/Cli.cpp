@@ -25,6 +25,11 @@ constexpr const char* kHelpHelp =
     "status), or the overview of every subcommand without one. 'uilayer-sim\n"
     "SUBCOMMAND --help' shows the same.\n\n"
     "exit status: 0 shown, 2 unknown subcommand.\n";
+constexpr const char* kCompletionHelp =
+    "usage: uilayer-sim completion bash\n\n"
+    "Prints a bash completion script of the subcommands, their options and the\n"
+    "choices of their values: source <(uilayer-sim completion bash).\n\n"
+    "exit status: 0 printed, 2 another shell.\n";
 
 std::string UsageLine(const Subcommand& command, bool isDefault) {
     std::string line = kProgram;
@@ -217,8 +222,8 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
         return kExitDone;
     }
     if (!args.empty() && args[0] == "help") {
-        if (args.size() > 1 && args[1] == "help") {
-            fputs(kHelpHelp, stdout);
+        if (args.size() > 1 && (args[1] == "help" || args[1] == "completion")) {
+            fputs(args[1] == "help" ? kHelpHelp : kCompletionHelp, stdout);
             return kExitDone;
         }
         const Subcommand* command = args.size() > 1 ? FindCommand(program, args[1]) : nullptr;
@@ -232,6 +237,10 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
         return kExitDone;
     }
     if (!args.empty() && args[0] == "completion") {
+        if (args.size() == 2 && (args[1] == "--help" || args[1] == "-h")) {
+            fputs(kCompletionHelp, stdout);
+            return kExitDone;
+        }
         if (args.size() != 2 || args[1] != "bash") {
             fprintf(stderr, "%s: completion takes one shell: bash\n", kProgram);
             return kExitUsage;

@@ -141,6 +141,7 @@ def command_line_cases():
                            (["uilayer-sim", "sweep", "x", "--camera", ""], [])):
         check("completion " + " ".join(words), completions(words) == offered, completions(words))
     expect("completion of another shell", ["completion", "zsh"], 2)
+    expect("help completion", ["help", "completion"], 0, out=r"^usage: uilayer-sim completion bash$")
 
 
 def sweep_cases(directory):
