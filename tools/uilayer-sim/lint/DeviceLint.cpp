@@ -80,6 +80,9 @@ public:
     // The finding for `value`, meaning `meaning`; "" when the device has it.
     // `type` is the value's type letter: 'x' values are hexadecimal without 0x.
     std::string Check(char meaning, char type, const std::string& value, const char** rule) const {
+        if (meaning == '.') {
+            return "";
+        }
         if (meaning == 'n' || meaning == 'N') {
             *rule = "unknown-sensor";
             return CheckName(value, meaning == 'N');
@@ -102,10 +105,8 @@ public:
                            : Known(m_ids.logical, number, "logical camera", "logical ids");
             case 'm':
                 return CheckMask(number, m_ids.physical, "physical");
-            case 'L':
-                return CheckMask(number, m_ids.logical, "logical");
             default:
-                return "";
+                return CheckMask(number, m_ids.logical, "logical");
         }
     }
 
