@@ -19,7 +19,7 @@ constexpr const char* kAbout =
     "exit status:\n"
     "  0  replay done, configuration clean, help or list shown\n"
     "  1  lint: there are findings; explain: the capability is not set;\n"
-    "     whatif, diff: a decision differs\n"
+    "     whatif, diff: a decision differs; sweep: a result --fail-on names\n"
     "  2  bad command line, unreadable file, or a mistake in the scenario\n"
     "  3  the device could not be set up; whatif, diff: a replay aborted in the library\n"
     "  killed by SIGABRT (134 in a shell) when the library aborts the process";
@@ -65,7 +65,8 @@ const std::vector<Subcommand>& Commands() {
          {{"--session", "N", "the session's name or 1-based position (default: the last)"},
           {"--camera", "logical|K", "the logical camera (default) or physical camera K"},
           {"--frame", "F", "explain the request caps of frame F"},
-          {"--json", nullptr, "write the explanation as one JSON object"},
+          {"--json", nullptr,
+           "write the explanation as one JSON object (docs/explain.schema.json)"},
           {"--no-lint", nullptr, "do not check the configuration before the replay"}},
          2,
          2,
@@ -75,25 +76,32 @@ const std::vector<Subcommand>& Commands() {
          "check hardware configuration files",
          "Checks each configuration file against what the library reads and prints one\n"
          "finding per line as FILE:LINE: [GROUP] KEY: reason, with the paths as given.\n"
+         "With --device, also the sensor names, camera ids and camera masks that no\n"
+         "camera of that device has ('-' reads a file from standard input).\n"
          "A run of more than four findings of one kind shows the first three, then\n"
          "FILE:LINE: ... and N more like it.\n"
          "\n"
          "exit status: 0 clean, 1 findings, 2 bad command line or unreadable file.",
          {{"--format", "text|json",
            "text (the default), or json: an array of objects\n"
-           "                        {file, line, group, key, rule, message}, one a line"}},
+           "                        {file, line, group, key, rule, message}, one a line"},
+          {"--json", nullptr, "the same as --format json"},
+          {"--device", "DEVICE",
+           "a device description or scenario: sensor names, camera ids\n"
+           "                        and camera masks no camera of it has are findings"}},
          1,
          SIZE_MAX,
          UilayerSim::RunLintCommand},
         {"names",
          "caps|tags|formats|roles",
          "list the names a scenario may use",
-         "Lists the capability, standard tag, pixel format or stream role names a scenario\n"
-         "may use, one per line: the number (bit, tag id in hexadecimal, format or role\n"
-         "value), a tab, the name.\n"
+         "Lists the capability, tag, pixel format or stream role names a scenario may\n"
+         "use, one per line: the number (bit, format or role value), a tab, the name.\n"
+         "Tags are the standard tags (id in hexadecimal) and the vendor tags the library\n"
+         "uses ('vendor INDEX'), each with a third column, its element type.\n"
          "\n"
          "exit status: 0 listed, 2 bad command line.",
-         {},
+         {{"--json", nullptr, "a JSON array of {id, name}, with vendor and type for tags"}},
          1,
          1,
          UilayerSim::RunNamesCommand},
@@ -106,8 +114,12 @@ const std::vector<Subcommand>& Commands() {
          "row per combination (return codes, roles, caps, sensor mode, pipeline) and a\n"
          "summary of the combinations that failed, aborted or left a stream in no role.\n"
          "\n"
-         "exit status: 0 done, 2 bad command line, unreadable file or device mistake,\n"
-         "3 device set-up failed.",
+         "With --operation-mode CONSTRAINED_HIGH_SPEED it configures the high-speed\n"
+         "combinations instead: a preview, alone or with one video stream of its size,\n"
+         "with an fps range of 120 or more.\n"
+         "\n"
+         "exit status: 0 done, 1 a combination came to a result --fail-on names,\n"
+         "2 bad command line, unreadable file or device mistake, 3 device set-up failed.",
          {{"--config", "FILE", "the hardware configuration (default: the device's)"},
           {"--camera", "ID", "the camera to configure (default: the first)"},
           {"--operation-mode", "M", "the operation mode, a number or a name (default 0)"},
@@ -115,7 +127,15 @@ const std::vector<Subcommand>& Commands() {
           {"--raw", nullptr, "add the RAW combinations"},
           {"--ten-bit", nullptr, "add the 10-bit dynamic range combinations"},
           {"--use-cases", nullptr, "add the stream use case combinations"},
-          {"--json", nullptr, "write the report as JSON"}},
+          {"--fps", "MIN,MAX", "the session's AE target fps range (high speed: 120,120)"},
+          {"--package", "NAME", "the client package (default: none, a third-party client)"},
+          {"--system-camera", nullptr, "the client is the configuration's system camera"},
+          {"--param", "TAG=VALUE",
+           "a session parameter, TAG a standard tag name or vendor:N,\n"
+           "                        VALUE its values (\"60,60\", \"video_mode\"); may be repeated"},
+          {"--fail-on", "aborted,unclassified,failed,crashed",
+           "exit 1 when a combination came to one of these"},
+          {"--json", nullptr, "write the report as JSON (see docs/sweep.schema.json)"}},
          1,
          1,
          UilayerSim::RunSweepCommand},

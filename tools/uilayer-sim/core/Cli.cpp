@@ -19,6 +19,17 @@ namespace {
 
 constexpr const char* kProgram = "uilayer-sim";
 constexpr int kHelpColumn = 24;
+constexpr const char* kHelpHelp =
+    "usage: uilayer-sim help [SUBCOMMAND]\n\n"
+    "Shows the help of SUBCOMMAND (its usage, what it does, its options and exit\n"
+    "status), or the overview of every subcommand without one. 'uilayer-sim\n"
+    "SUBCOMMAND --help' shows the same.\n\n"
+    "exit status: 0 shown, 2 unknown subcommand.\n";
+constexpr const char* kCompletionHelp =
+    "usage: uilayer-sim completion bash\n\n"
+    "Prints a bash completion script of the subcommands, their options and the\n"
+    "choices of their values: source <(uilayer-sim completion bash).\n\n"
+    "exit status: 0 printed, 2 another shell.\n";
 
 std::string UsageLine(const Subcommand& command, bool isDefault) {
     std::string line = kProgram;
@@ -58,7 +69,8 @@ std::string ShortUsage(const Program& program) {
     for (size_t i = 0; i < program.commands.size(); ++i) {
         text += (i == 0 ? "usage: " : "       ") + UsageLine(program.commands[i], i == 0) + "\n";
     }
-    text += std::string("       ") + kProgram + " help [SUBCOMMAND] | --help | --version\n";
+    text += std::string("       ") + kProgram +
+            " help [SUBCOMMAND] | completion bash | --help | --version\n";
     return text;
 }
 
@@ -68,6 +80,8 @@ std::string Overview(const Program& program) {
     for (const Subcommand& command : program.commands) {
         text += HelpRow(command.name, command.summary);
     }
+    text += HelpRow("help", "show the help of a subcommand");
+    text += HelpRow("completion bash", "print a bash completion script");
     return text + "\nRun '" + kProgram + " SUBCOMMAND --help' for the options of a subcommand.\n";
 }
 
@@ -147,6 +161,10 @@ bool Parse(const Subcommand& command, bool isDefault, const std::vector<std::str
         }
         line->given.emplace_back(name, line->options[name]);
     }
+    // Standard input can be read once.
+    if (std::count(line->operands.begin(), line->operands.end(), "-") > 1) {
+        throw UsageError("standard input ('-') can be given only once");
+    }
     if (line->operands.size() < command.minOperands) {
         throw UsageError("no " + OperandName(command) + " given");
     }
@@ -204,6 +222,10 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
         return kExitDone;
     }
     if (!args.empty() && args[0] == "help") {
+        if (args.size() > 1 && (args[1] == "help" || args[1] == "completion")) {
+            fputs(args[1] == "help" ? kHelpHelp : kCompletionHelp, stdout);
+            return kExitDone;
+        }
         const Subcommand* command = args.size() > 1 ? FindCommand(program, args[1]) : nullptr;
         if (args.size() > 1 && command == nullptr) {
             fprintf(stderr, "%s: unknown subcommand '%s'%s\n", kProgram, args[1].c_str(),
@@ -212,6 +234,18 @@ int RunCommandLine(const Program& program, const std::vector<std::string>& args)
         }
         fputs(command != nullptr ? CommandHelp(*command, false).c_str() : Overview(program).c_str(),
               stdout);
+        return kExitDone;
+    }
+    if (!args.empty() && args[0] == "completion") {
+        if (args.size() == 2 && (args[1] == "--help" || args[1] == "-h")) {
+            fputs(kCompletionHelp, stdout);
+            return kExitDone;
+        }
+        if (args.size() != 2 || args[1] != "bash") {
+            fprintf(stderr, "%s: completion takes one shell: bash\n", kProgram);
+            return kExitUsage;
+        }
+        fputs(BashCompletion(program).c_str(), stdout);
         return kExitDone;
     }
     if (args.empty()) {

@@ -65,6 +65,11 @@ struct Program {
 // "uilayer-sim NAME FILE". Returns the exit status.
 int RunCommandLine(const Program& program, const std::vector<std::string>& args);
 
+// A bash completion script of the program's subcommands, their options, the
+// choices of options and operands written as "a|b|c", and file names for the
+// rest ("uilayer-sim completion bash").
+std::string BashCompletion(const Program& program);
+
 // Writes "uilayer-sim: PATH: reason" to standard error.
 void ReportUnreadable(const std::string& path, const std::string& reason);
 

@@ -18,6 +18,7 @@
 #include "common/StreamRoles.h"
 #include "common/VendorTags.h"
 #include "core/Commands.h"
+#include "core/Report.h"
 #include "core/Suggest.h"
 
 namespace UilayerSim {
@@ -335,15 +336,52 @@ namespace {
 struct NameListing {
     const char* name;
     NameTable table;
-    bool hex;  // values in hexadecimal (tags)
 };
 
 constexpr NameListing kListings[] = {
-    {"caps", NameTable::Capabilities, false},
-    {"tags", NameTable::StandardTags, true},
-    {"formats", NameTable::PixelFormats, false},
-    {"roles", NameTable::StreamRoles, false},
+    {"caps", NameTable::Capabilities},
+    {"tags", NameTable::StandardTags},
+    {"formats", NameTable::PixelFormats},
+    {"roles", NameTable::StreamRoles},
 };
+
+// The standard tags, then every vendor tag the library uses, each with its
+// element type: "0x...\tNAME\tTYPE" and "vendor N\tNAME\tTYPE".
+ReportNode TagListing() {
+    ReportNode list = ReportNode::List();
+    for (const NamedNumber& entry : Table(NameTable::StandardTags, false)) {
+        const uint32_t tag = static_cast<uint32_t>(entry.value);
+        char id[16];
+        snprintf(id, sizeof(id), "0x%X", tag);
+        ReportNode& item = list.Push(ReportNode::Map());
+        item.Add("id", ReportNode::Text(id).WithJson(ReportNode::Integer(tag)));
+        item.Add("vendor", ReportNode::Boolean(false));
+        item.Add("name", ReportNode::Text(entry.name));
+        item.Add("type", ReportNode::Text(ElementTypeName(StandardTagType(tag))));
+    }
+    for (const Lumora::_VendorTagInfo& tag : Lumora::kVendorTags) {
+        ReportNode& item = list.Push(ReportNode::Map());
+        item.Add("id", ReportNode::Text("vendor " + std::to_string(tag.index))
+                           .WithJson(ReportNode::Integer(tag.index)));
+        item.Add("vendor", ReportNode::Boolean(true));
+        item.Add("name", ReportNode::Text(tag.name));
+        item.Add("type", ReportNode::Text(ElementTypeName(VendorTagType(tag.index))));
+    }
+    return list;
+}
+
+ReportNode Listing(const NameListing& listing) {
+    if (listing.table == NameTable::StandardTags) {
+        return TagListing();
+    }
+    ReportNode list = ReportNode::List();
+    for (const NamedNumber& entry : Table(listing.table, false)) {
+        ReportNode& item = list.Push(ReportNode::Map());
+        item.Add("id", ReportNode::Integer(entry.value));
+        item.Add("name", ReportNode::Text(entry.name));
+    }
+    return list;
+}
 
 }  // namespace
 
@@ -355,14 +393,22 @@ int RunNamesCommand(const CommandLine& line) {
         if (which != listing.name) {
             continue;
         }
-        for (const NamedNumber& entry : Table(listing.table, false)) {
-            if (listing.hex) {
-                printf("0x%" PRIX64 "\t%s\n", static_cast<uint64_t>(entry.value),
-                       entry.name.c_str());
-            } else {
-                printf("%" PRId64 "\t%s\n", entry.value, entry.name.c_str());
+        const ReportNode list = Listing(listing);
+        if (line.Has("--json")) {
+            WriteOut(RenderJson(list));
+            return kExitDone;
+        }
+        // One line per entry: its values in order, a tab between them.
+        std::string text;
+        for (const ReportNode& item : list.Items()) {
+            for (const auto& field : item.Entries()) {
+                if (field.first != "vendor") {
+                    text +=
+                        field.second.Scalar() + (&field == &item.Entries().back() ? "\n" : "\t");
+                }
             }
         }
+        WriteOut(text);
         return kExitDone;
     }
     const std::string closest = ClosestName(which, known);

@@ -6,6 +6,7 @@
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <set>
@@ -336,6 +337,30 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path, bool
     return ReadWith(path, [&](SectionReader& reader, Scenario* scenario) {
         *scenario = reader.Read(root, needSessions);
     });
+}
+
+TagValue ReadTagText(const std::string& text, const std::string& origin) {
+    TagValue tag;
+    ReadWith(origin, [&](SectionReader& reader, Scenario*) {
+        tag = reader.ReadTag(LoadYaml(text, origin), "param");
+    });
+    return tag;
+}
+
+bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason) {
+    if (path != "-") {
+        return HostPlatform::ReadWholeFile(path, text, reason);
+    }
+    text->clear();
+    char buffer[65536];
+    size_t got = 0;
+    while ((got = fread(buffer, 1, sizeof(buffer), stdin)) > 0) {
+        text->append(buffer, got);
+    }
+    if (ferror(stdin) != 0 && reason != nullptr) {
+        *reason = "cannot read standard input";
+    }
+    return ferror(stdin) == 0;
 }
 
 Scenario ReadScenarioFile(const std::string& path) {

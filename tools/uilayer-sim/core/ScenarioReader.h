@@ -35,8 +35,13 @@ Scenario ReadScenarioText(const std::string& text, const std::string& path,
 // ScenarioError.
 Scenario ReadDeviceOrScenarioFile(const std::string& path);
 
-// Reads a whole file (see HostFiles.h).
-using HostPlatform::ReadWholeFile;
+// Reads one tag value written as in a session's `params`
+// ("{vendor: 160, string: video_mode}"); `origin` names it in errors. Throws
+// ScenarioError.
+TagValue ReadTagText(const std::string& text, const std::string& origin);
+
+// Reads a whole file (see HostFiles.h); "-" reads standard input.
+bool ReadWholeFile(const std::string& path, std::string* text, std::string* reason = nullptr);
 
 }  // namespace UilayerSim
 

@@ -35,6 +35,8 @@ public:
     Scenario Read(const YAML::Node& root, bool needSessions = true);
     // The cameras of a device description into `scenario`.
     void ReadDevice(const YAML::Node& node, Scenario* scenario);
+    // One tag value as a session's `params` writes it.
+    TagValue ReadTag(const YAML::Node& node, const std::string& field);
 
 private:
     // "logical" or a query type number; `max` limits the physical ids.
@@ -84,7 +86,6 @@ private:
     // A usage bit name or a number of up to 64 bits.
     uint64_t Usage(const YAML::Node& node, const std::string& field) const;
     std::vector<TagValue> ReadTags(const YAML::Node& node, const std::string& field);
-    TagValue ReadTag(const YAML::Node& node, const std::string& field);
     Step ReadStep(const YAML::Node& node, const std::string& field, SessionState* state);
     RequestSetup ReadRequest(const YAML::Node& node, const std::string& field,
                              const SessionState& state, bool needFrame);

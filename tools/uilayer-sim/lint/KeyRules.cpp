@@ -7,6 +7,39 @@
 
 namespace UilayerSim {
 
+namespace {
+
+using Lumora::EConfigKey;
+
+// What the values (and names) of the keys that name cameras stand for, as
+// KeyRule::meanings spells it; every other key names nothing of the device.
+struct _KeyMeaning {
+    EConfigKey key;
+    char keyName;
+    const char* values;
+};
+constexpr _KeyMeaning kMeanings[] = {
+    {EConfigKey::OisCtsCloseOcs, '.', "p*"},
+    {EConfigKey::PreviewPipelines, '.', ".l.*."},  // mode, camera, flag, name; or mode, name
+    {EConfigKey::SensorNames, '.', "pn"},
+    {EConfigKey::CustomRawFullSize, 'n', ""},
+    {EConfigKey::Izoom4x4Sensors, '.', "n*"},
+    {EConfigKey::Xcfa2x2Sensors, '.', "n*"},
+    {EConfigKey::FocalLengthOverrideCameras, '.', "n*"},
+    {EConfigKey::ShdrTypeMatching, '.', "c.m"},
+    {EConfigKey::SensorDcgVs, 'n', ""},
+    {EConfigKey::WarmDolState, '.', ".p"},
+    {EConfigKey::EisTypeMatching, '.', ".N*"},
+    {EConfigKey::ProVideoIzoomCamIdMask, '.', "m"},
+    {EConfigKey::ViullEnable, '.', ".L"},
+    {EConfigKey::ViullDisableMap, '.', "L"},
+    {EConfigKey::ViullEnableMap, '.', "L."},
+    {EConfigKey::AiafTouch2Track, '.', ".m"},
+    {EConfigKey::SeamlessSensorModes, 'N', ""},
+};
+
+}  // namespace
+
 const KeyRule* KeyRules(size_t* count) {
     static const std::vector<KeyRule> rules = [] {
         std::vector<KeyRule> out;
@@ -18,7 +51,12 @@ const KeyRule* KeyRules(size_t* count) {
             const bool repeats = types.find('*') != std::string::npos;
             out.push_back(KeyRule{key.group, key.key, key.form, types, Lumora::MinValues(key.shape),
                                   repeats ? 0 : static_cast<uint32_t>(types.size()),
-                                  strchr(key.shape, '=') != nullptr});
+                                  strchr(key.shape, '=') != nullptr, "", '.'});
+        }
+        for (const _KeyMeaning& meaning : kMeanings) {
+            KeyRule& rule = out[static_cast<size_t>(meaning.key)];
+            rule.meanings = meaning.values;
+            rule.keyMeaning = meaning.keyName;
         }
         return out;
     }();

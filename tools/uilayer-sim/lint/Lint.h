@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common/ConfigKeys.h"
+#include "core/Scenario.h"
 
 namespace UilayerSim {
 
@@ -52,6 +53,14 @@ struct KeyRule {
     uint32_t minValues;
     uint32_t maxValues;   // 0: no upper bound
     bool sizedByRowZero;  // the library reads every row with the value count of row 0
+    // What the values name on the device, one letter per value as `types`
+    // ('*' included; values past the letters are '.'): 'n' a sensor name, 'N'
+    // a sensor or set name, 'p' a physical camera id, 'c' a framework camera
+    // id, 'l' a logical camera id (255: any), 'm' a mask of physical camera
+    // ids, 'L' a mask of logical camera ids ('x' values in hexadecimal), '.'
+    // nothing of the device.
+    std::string meanings;
+    char keyMeaning;  // the same for the key's own name ("Size[<sensor>]"), '.' for none
 };
 
 // One rule per key of the library's table, in its order.
@@ -63,6 +72,11 @@ bool KeyRuleMatches(const KeyRule& rule, const std::string& group, const std::st
 
 // Type letter of value `position` of a list of `count` values.
 char TypeAt(const std::string& pattern, size_t position, size_t count);
+
+// Findings of what `text` names on the device: sensor names, camera ids and
+// camera masks (KeyRule::meanings) that no camera of `device` has.
+std::vector<LintFinding> LintAgainstDevice(const std::string& text, const std::string& file,
+                                           const Scenario& device);
 
 }  // namespace UilayerSim
 

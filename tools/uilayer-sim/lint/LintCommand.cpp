@@ -1,4 +1,5 @@
 // uilayer-sim lint: checks configuration files; also the lint a replay runs first.
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <sstream>
@@ -37,6 +38,21 @@ std::string Shape(const LintFinding& finding) {
 
 std::string OrNull(const std::string& text) {
     return text.empty() ? "null" : JsonQuote(text);
+}
+
+// The findings of one configuration, with those against `device` when given,
+// in line order.
+std::vector<LintFinding> LintWith(const std::string& text, const std::string& file,
+                                  const Scenario* device) {
+    std::vector<LintFinding> findings = LintConfiguration(text, file);
+    if (device != nullptr) {
+        const std::vector<LintFinding> more = LintAgainstDevice(text, file, *device);
+        findings.insert(findings.end(), more.begin(), more.end());
+        std::stable_sort(
+            findings.begin(), findings.end(),
+            [](const LintFinding& a, const LintFinding& b) { return a.line < b.line; });
+    }
+    return findings;
 }
 
 }  // namespace
@@ -84,16 +100,25 @@ void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
         return;
     }
     std::istringstream lines(
-        RenderLintText(LintConfiguration(scenario.configText, scenario.configName)));
+        RenderLintText(LintWith(scenario.configText, scenario.configName, &scenario)));
     for (std::string line; std::getline(lines, line);) {
         fprintf(stderr, "warning: %s\n", line.c_str());
     }
 }
 
 int RunLintCommand(const CommandLine& line) {
-    const std::string format = line.Value("--format", "text");
+    const std::string format = line.Has("--json") ? "json" : line.Value("--format", "text");
     if (format != "text" && format != "json") {
         throw UsageError("--format is text or json, not '" + format + "'");
+    }
+    Scenario device;
+    if (line.Has("--device")) {
+        try {
+            device = ReadDeviceOrScenarioFile(line.Value("--device", ""));
+        } catch (const ScenarioError& error) {
+            fprintf(stderr, "%s\n", error.what());
+            return kExitUsage;
+        }
     }
     std::vector<LintFinding> findings;
     bool unreadable = false;
@@ -109,7 +134,8 @@ int RunLintCommand(const CommandLine& line) {
             }
             continue;
         }
-        const std::vector<LintFinding> found = LintConfiguration(text, path);
+        const std::vector<LintFinding> found =
+            LintWith(text, path, line.Has("--device") ? &device : nullptr);
         findings.insert(findings.end(), found.begin(), found.end());
     }
     WriteOut(format == "json" ? RenderLintJson(findings) : RenderLintText(findings));

@@ -34,11 +34,13 @@ constexpr StreamTarget kYuvVga = {K::Yuv, S::Vga, U::Default};
 constexpr StreamTarget kJpegRecord = {K::Jpeg, S::Record, U::Default};
 constexpr StreamTarget kJpegMax = {K::Jpeg, S::Maximum, U::Default};
 constexpr StreamTarget kRawMax = {K::Raw, S::Maximum, U::Default};
+// High-speed video: the encoder's stream at the preview's size.
+constexpr StreamTarget kPrivVideo = {K::Priv, S::Preview, U::Default, true};
 
 constexpr const char* kKindNames[] = {"PRIV", "YUV", "JPEG", "RAW"};
 constexpr const char* kSizeNames[] = {"PREVIEW", "RECORD", "MAX", "VGA"};
-constexpr const char* kTableNames[] = {"legacy",  "limited", "full",     "raw",
-                                       "level 3", "ten-bit", "use cases"};
+constexpr const char* kTableNames[] = {"legacy",  "limited", "full",      "raw",
+                                       "level 3", "ten-bit", "use cases", "high speed"};
 
 constexpr StreamTarget With(StreamTarget target, StreamUseCase useCase) {
     target.useCase = useCase;
@@ -91,6 +93,8 @@ const std::vector<StreamCombination>& Tables() {
                            {With(kPrivPreview, U::Preview), With(kRawMax, U::CroppedRaw)},
                            {With(kPrivPreview, U::Preview), With(kJpegMax, U::StillCapture), With(kRawMax, U::CroppedRaw)},
                            {With(kPrivPreview, U::Preview), With(kYuvMax, U::StillCapture), With(kRawMax, U::CroppedRaw)}}},
+            // A constrained high-speed session: a preview, and at most one video stream.
+            {T::HighSpeed, {{kPrivPreview}, {kPrivPreview, kPrivVideo}}},
         };
         // clang-format on
         std::vector<StreamCombination> all;
@@ -105,6 +109,9 @@ const std::vector<StreamCombination>& Tables() {
 }
 
 bool Selected(CombinationTable table, const CombinationSelection& selection) {
+    if (selection.highSpeed) {
+        return table == T::HighSpeed;
+    }
     const bool level3 = selection.level == HardwareLevel::Level3;
     // In CombinationTable order.
     const bool selected[] = {true,
@@ -113,7 +120,8 @@ bool Selected(CombinationTable table, const CombinationSelection& selection) {
                              selection.raw || level3,
                              level3,
                              selection.tenBit,
-                             selection.useCases};
+                             selection.useCases,
+                             false};
     return selected[static_cast<size_t>(table)];
 }
 
@@ -174,6 +182,9 @@ std::string StreamLabel(const StreamTarget& target, CombinationTable table) {
                  NameOfNumber(NameTable::StreamUseCases, static_cast<int64_t>(target.useCase)) +
                  "]";
     }
+    if (target.encoder) {
+        label += " [VIDEO]";
+    }
     return label;
 }
 
@@ -197,7 +208,7 @@ StreamSetup MakeStream(const StreamTarget& target, CombinationTable table, const
     switch (target.kind) {
         case K::Priv:
             stream.format = HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED;
-            stream.usage = target.size == S::Record
+            stream.usage = target.size == S::Record || target.encoder
                                ? GRALLOC_USAGE_HW_VIDEO_ENCODER
                                : GRALLOC_USAGE_HW_COMPOSER | GRALLOC_USAGE_HW_TEXTURE;
             break;

@@ -30,7 +30,7 @@ enum class StreamUseCase : int64_t {
 };
 
 // The tables, in the order a sweep runs them.
-enum class CombinationTable { Legacy, Limited, Full, Raw, Level3, TenBit, UseCases };
+enum class CombinationTable { Legacy, Limited, Full, Raw, Level3, TenBit, UseCases, HighSpeed };
 
 enum class HardwareLevel { Legacy, Limited, Full, Level3 };
 // The levels by name, in HardwareLevel order.
@@ -40,6 +40,7 @@ struct StreamTarget {
     StreamKind kind = StreamKind::Priv;
     SizeClass size = SizeClass::Preview;
     StreamUseCase useCase = StreamUseCase::Default;
+    bool encoder = false;  // a PRIV stream for the video encoder at any size
 };
 
 struct StreamCombination {
@@ -48,12 +49,14 @@ struct StreamCombination {
 };
 
 // Which tables a sweep takes: every table up to the level, plus the optional
-// ones. Level 3 devices are RAW capable, so level 3 takes the RAW table too.
+// ones. Level 3 devices are RAW capable, so level 3 takes the RAW table too. A
+// constrained high-speed session takes the high-speed table alone.
 struct CombinationSelection {
     HardwareLevel level = HardwareLevel::Full;
     bool raw = false;
     bool tenBit = false;
     bool useCases = false;
+    bool highSpeed = false;
 };
 
 struct StreamSize {
@@ -86,8 +89,8 @@ template <typename Enum, size_t N>
 const char* NameOf(const char* const (&names)[N], Enum value) {
     return names[static_cast<size_t>(value)];
 }
-// "PRIV PREVIEW", with "[HLG10]" for a ten-bit stream and "[STILL_CAPTURE]"
-// for a use case.
+// "PRIV PREVIEW", with "[HLG10]" for a ten-bit stream, "[STILL_CAPTURE]"
+// for a use case and "[VIDEO]" for the encoder's stream.
 std::string StreamLabel(const StreamTarget& target, CombinationTable table);
 std::string CombinationLabel(const StreamCombination& combination);
 

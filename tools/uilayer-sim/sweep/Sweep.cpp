@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "core/AbortHandler.h"
+#include "core/ScenarioReader.h"
 #include "replay/Replay.h"
 
 namespace UilayerSim {
@@ -99,6 +100,9 @@ CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup ses
     CombinationOutcome outcome;
     try {
         outcome = ConfigureCombination(device, session, siblingRoot);
+    } catch (const ScenarioError& error) {
+        outcome.setupError = error.what();
+        outcome.mistake = true;
     } catch (const std::exception& error) {
         outcome.setupError = error.what();
     }
@@ -150,6 +154,9 @@ CombinationOutcome RunIsolated(const Scenario& device, const SessionSetup& sessi
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     CombinationOutcome outcome = DecodeOutcome(text);
+    if (outcome.mistake) {
+        throw SweepInputError(outcome.setupError);
+    }
     if (!outcome.setupError.empty()) {
         throw std::runtime_error(outcome.setupError);
     }
@@ -204,6 +211,9 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
     }
     result.operationMode = options.operationMode;
     result.selection = options.selection;
+    result.hasPackage = options.hasPackage;
+    result.package = options.package;
+    result.params = options.paramTexts;
     const StreamSize array = SweepArraySize(device, result.camera);
     if (array.width == 0 || array.height == 0) {
         throw SweepInputError("camera " + std::to_string(result.camera) +
@@ -216,6 +226,9 @@ SweepResult RunSweep(const Scenario& device, const SweepOptions& options) {
         session.name = CombinationLabel(combination);
         session.camera = result.camera;
         session.operationMode = options.operationMode;
+        session.hasPackage = options.hasPackage;
+        session.package = options.package;
+        session.params = options.params;
         for (const StreamTarget& target : combination.streams) {
             session.streams.push_back(MakeStream(target, combination.table, result.sizes,
                                                  "s" + std::to_string(session.streams.size())));

@@ -27,6 +27,11 @@ struct SweepOptions {
     uint32_t camera = 0;     // framework id
     uint32_t operationMode = 0;
     CombinationSelection selection;
+    // The client and the session parameters of every combination.
+    bool hasPackage = false;
+    std::string package;
+    std::vector<TagValue> params;
+    std::vector<std::string> paramTexts;  // as given, for the report
     // Device root of the build tree that holds the host sibling camera layer.
     std::string siblingRoot;
 };
@@ -42,6 +47,9 @@ struct SweepResult {
     uint32_t camera = 0;
     uint32_t operationMode = 0;
     CombinationSelection selection;
+    bool hasPackage = false;
+    std::string package;
+    std::vector<std::string> params;
     SizeClasses sizes;
     std::vector<SweepRow> rows;
 };

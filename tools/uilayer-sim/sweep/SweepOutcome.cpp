@@ -20,7 +20,7 @@ bool StartsWith(const std::string& line, const std::string& field) {
 std::string EncodeOutcome(const CombinationOutcome& outcome) {
     std::ostringstream out;
     if (!outcome.setupError.empty()) {
-        out << "error " << outcome.setupError << "\n";
+        out << (outcome.mistake ? "mistake " : "error ") << outcome.setupError << "\n";
         return out.str();
     }
     out << "codes " << outcome.staticCode << " " << outcome.streamCode << "\n";
@@ -64,8 +64,9 @@ CombinationOutcome DecodeOutcome(const std::string& text) {
             outcome.pipeline = Rest(line, "pipeline");
         } else if (StartsWith(line, "log")) {
             outcome.log.push_back(Rest(line, "log"));
-        } else if (StartsWith(line, "error")) {
-            outcome.setupError = Rest(line, "error");
+        } else if (StartsWith(line, "error") || StartsWith(line, "mistake")) {
+            outcome.mistake = StartsWith(line, "mistake");
+            outcome.setupError = Rest(line, outcome.mistake ? "mistake" : "error");
         } else if (!line.empty()) {
             // The abort message of the tool's own handler, without the tool's name.
             const std::string tool = "uilayer-sim: ";

@@ -35,8 +35,10 @@ struct CombinationOutcome {
     // Why an aborted or crashed child died, and its last log lines.
     std::string message;
     std::vector<std::string> log;
-    // Set when the device could not be set up at all.
+    // Set when the device could not be set up at all; `mistake` when that is
+    // a mistake of the input (a vendor tag index the sibling does not have).
     std::string setupError;
+    bool mistake = false;
 };
 
 // One line per field ("static 0", "stream Preview -1 1", "cap CapsX", ...);

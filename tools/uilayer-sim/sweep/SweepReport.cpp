@@ -99,6 +99,12 @@ ReportNode SweepReport(const SweepResult& result) {
     report.Add("camera", ReportNode::Integer(result.camera));
     report.Add("operation mode", ReportNode::Hex(result.operationMode));
     report.Add("level", ReportNode::Text(NameOf(kLevelNames, result.selection.level)));
+    if (result.hasPackage) {
+        report.Add("package", ReportNode::Text(result.package));
+    }
+    if (!result.params.empty()) {
+        report.Add("session parameters", ReportNode::Texts(result.params, true));
+    }
     report.Add("tables", TablesNode(result.rows));
     ReportNode& sizes = report.Add("sizes", ReportNode::Map());
     sizes.Add("preview", SizeText(result.sizes.preview));

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <hardware/gralloc.h>
 
 #include "sweep/StreamCombinations.h"
 #include "sweep/Sweep.h"
@@ -56,6 +57,23 @@ TEST(SweepReportTest, SummaryNamesFailuresAbortsAndStreamsWithoutRole) {
     const ReportNode& abortedRow = report.Find("combinations")->Items().at(2);
     EXPECT_EQ(nullptr, abortedRow.Find("return codes"));
     EXPECT_EQ("aborted", abortedRow.Find("result")->Scalar());
+}
+
+TEST(StreamCombinationsTest, HighSpeedIsAPreviewAndAtMostOneVideoStream) {
+    CombinationSelection selection;
+    selection.highSpeed = true;
+    selection.raw = true;
+    const std::vector<StreamCombination> combinations = GuaranteedCombinations(selection);
+    ASSERT_EQ(2u, combinations.size());
+    EXPECT_EQ("PRIV PREVIEW + PRIV PREVIEW [VIDEO]", CombinationLabel(combinations[1]));
+    const SizeClasses sizes = SizesForArray(4000, 3000);
+    const StreamSetup preview =
+        MakeStream(combinations[1].streams[0], CombinationTable::HighSpeed, sizes, "p");
+    const StreamSetup video =
+        MakeStream(combinations[1].streams[1], CombinationTable::HighSpeed, sizes, "v");
+    EXPECT_EQ(preview.width, video.width);
+    EXPECT_EQ(static_cast<uint32_t>(GRALLOC_USAGE_HW_VIDEO_ENCODER), video.usage);
+    EXPECT_NE(static_cast<uint32_t>(GRALLOC_USAGE_HW_VIDEO_ENCODER), preview.usage);
 }
 
 // The sweep as the command runs it (one child per combination, an abort ending

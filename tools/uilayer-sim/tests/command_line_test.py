@@ -19,6 +19,8 @@ import jsonschema
 SIM, EXAMPLES = sys.argv[1], sys.argv[2]
 LINT_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "lint.schema.json")
 DIFF_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "diff.schema.json")
+SWEEP_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "sweep.schema.json")
+EXPLAIN_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "explain.schema.json")
 PHOTO = os.path.join(EXAMPLES, "photo.yaml")
 CONF = os.path.join(EXAMPLES, "device.conf")
 
@@ -67,8 +69,8 @@ def scenario(directory, steps="", fmt="IMPLEMENTATION_DEFINED"):
     return path
 
 
-def expect(name, args, status, out=None, err=None):
-    result = run(args)
+def expect(name, args, status, out=None, err=None, **kwargs):
+    result = run(args, **kwargs)
     check(name, result.returncode == status, f"exit {result.returncode}, expected {status}")
     if out is not None:
         check(name, re.search(out, result.stdout, re.M), f"stdout {result.stdout[:300]!r}")
@@ -79,8 +81,25 @@ def expect(name, args, status, out=None, err=None):
     return result
 
 
+def schema_valid(name, schema_path, document):
+    with open(schema_path, encoding="utf-8") as stream:
+        errors = list(jsonschema.Draft202012Validator(json.load(stream)).iter_errors(document))
+    check(name, not errors, errors[:1])
+
+
+def completions(words):
+    """What the completion script offers for the last of `words`."""
+    script = run(["completion", "bash"]).stdout
+    line = " ".join(f"'{w}'" for w in words)
+    result = subprocess.run(["bash", "-c", script + f'\nCOMP_WORDS=({line}); COMP_CWORD={len(words) - 1}; '
+                             '_uilayer_sim; printf "%s\\n" "${COMPREPLY[@]}"'],
+                            capture_output=True, text=True, check=False, cwd=os.path.join(EXAMPLES, "golden"))
+    return result.stdout.split()
+
+
 def command_line_cases():
     usage_out = r"^usage: uilayer-sim SCENARIO"
+    expect("help help", ["help", "help"], 0, out=r"^usage: uilayer-sim help \[SUBCOMMAND\]")
     for args, name in ((["--help"], "--help"), (["-h"], "-h"), (["help"], "help")):
         expect(name, args, 0, out=usage_out)
     for sub in ("replay", "lint", "names"):
@@ -103,8 +122,26 @@ def command_line_cases():
     expect("names caps", ["names", "caps"], 0, out=r"^49\tCapsVideoEIS$(.|\n)*^81\tCaps4x4Izoom$")
     expect("names roles", ["names", "roles"], 0, out=r"^1\tPreview$")
     expect("names formats", ["names", "formats"], 0, out=r"^33\tBLOB$")
-    expect("names tags", ["names", "tags"], 0, out=r"^0x[0-9A-F]+\tANDROID_CONTROL_ZOOM_RATIO$")
+    expect("names tags", ["names", "tags"], 0,
+           out=r"^0x[0-9A-F]+\tANDROID_CONTROL_ZOOM_RATIO\tfloat$(.|\n)*^vendor 160\tCameraMode\tbytes$")
     expect("names typo", ["names", "cap"], 2, err=r"no list named 'cap' \(did you mean 'caps'\?\)")
+    tags = json.loads(expect("names json", ["names", "tags", "--json"], 0).stdout)
+    check("names json", {"id": 85, "vendor": True, "name": "WarmStartLux", "type": "float"} in tags, tags[-3:])
+    # '-' is standard input, once; --json is the lint's --format json.
+    with open(CONF, encoding="utf-8") as stream:
+        expect("lint stdin", ["lint", "--json", "-"], 0, out=r"^\[\]$", input=stream.read())
+    with open(PHOTO, encoding="utf-8") as stream:
+        expect("replay stdin", ["-", "--no-lint"], 0, out=r"^  - session: photo$", input=stream.read(), cwd=EXAMPLES)
+    expect("stdin twice", ["diff", "-", "-", PHOTO], 2, err=r"standard input \('-'\) can be given only once")
+    # Completion from the command table: subcommands, options, choices of values and operands.
+    for words, offered in ((["uilayer-sim", "li"], ["lint"]), (["uilayer-sim", "sweep", "--le"], ["--level"]),
+                           (["uilayer-sim", "sweep", "x", "--level", ""], ["legacy", "limited", "full", "3"]),
+                           (["uilayer-sim", "names", "f"], ["formats"]), (["uilayer-sim", "x.yaml", "--no"], ["--no-lint"]),
+                           (["uilayer-sim", "sweep", "x", "--fail-on", "ab"], ["aborted"]),
+                           (["uilayer-sim", "sweep", "x", "--camera", ""], [])):
+        check("completion " + " ".join(words), completions(words) == offered, completions(words))
+    expect("completion of another shell", ["completion", "zsh"], 2)
+    expect("help completion", ["help", "completion"], 0, out=r"^usage: uilayer-sim completion bash$")
 
 
 def sweep_cases(directory):
@@ -130,12 +167,29 @@ def sweep_cases(directory):
         expect("sweep " + " ".join(os.path.basename(a) for a in args), ["sweep", *args], 2)
     # A bokeh session without physical preview streams: the library aborts
     # each combination's child, and only that one.
-    result = expect("sweep aborts", ["sweep", phone, "--camera", "6", "--operation-mode", "0x8010",
-                                     "--level", "legacy"], 0)
+    bokeh = ["sweep", phone, "--camera", "6", "--operation-mode", "0x8010", "--level", "legacy"]
+    expect("sweep fail on aborts", [*bokeh, "--fail-on", "unclassified,aborted"], 1)
+    expect("sweep fail on other results", [*bokeh, "--fail-on", "failed,unclassified"], 0)
+    expect("sweep fail on typo", [*bokeh, "--fail-on", "abortd"], 2, err=r"did you mean 'aborted'")
+    schema_valid("sweep schema of aborts", SWEEP_SCHEMA, json.loads(run([*bokeh, "--json"]).stdout))
+    result = expect("sweep aborts", bokeh, 0)
     check("sweep aborts", result.stdout.count("result: aborted") == 8 and
           result.stdout.count("during ParseStaticCapabilities") == 8 and
           result.stdout.count("E Unsupport num of physical preview stream 0") == 8, result.stdout[:400])
     check("sweep sizes of the primary sensor", "max: 8192x6144" in result.stdout)
+    # High speed: its own two combinations at 120 fps or more, with the client and parameters given.
+    high = ["sweep", phone, "--config", CONF, "--operation-mode", "CONSTRAINED_HIGH_SPEED", "--system-camera",
+            "--param", "vendor:160=video_mode", "--json"]
+    report = json.loads(expect("sweep high speed", high, 0).stdout)
+    schema_valid("sweep schema", SWEEP_SCHEMA, report)
+    check("sweep high speed", (report["tables"], report["package"], len(report["combinations"]),
+                               report["session_parameters"]) ==
+          (["high speed"], "com.lumora.camera", 2, ["ANDROID_CONTROL_AE_TARGET_FPS_RANGE=120,120",
+                                                     "vendor:160=video_mode"]), report)
+    for args in (["--fps", "30,60"], ["--fps", "240"], ["--param", "ANDROID_CONTROL_ZOOM_RATIOS=1"],
+                 ["--param", "vendor:85=fast"], ["--param", "vendor:9999=1"]):
+        expect("sweep high speed " + " ".join(args), [*high, *args], 2)
+    expect("sweep system camera without one", ["sweep", phone, "--system-camera"], 2, err=r"names no system camera")
     # Each level adds its tables to the ones below it.
     for args, count in ((["--level", "limited"], 14), (["--level", "full"], 20),
                         (["--level", "full", "--raw"], 28), (["--level", "legacy", "--raw"], 16),
@@ -171,6 +225,23 @@ def lint_cases(directory):
     check("lint json rule", second["rule"] == "not-an-integer", second)
     check("lint json null group", findings[-1]["group"] is None and findings[-1]["key"] is None, findings[-1])
     expect("lint json clean", ["lint", "--format", "json", CONF], 0, out=r"^\[\]$")
+    # Against a device: a misspelt sensor in a row, also in the lint before a replay.
+    conf = os.path.join(directory, "sensor.conf")
+    with open(conf, "w", encoding="utf-8") as stream:
+        stream.write("[EnableSensorDCGVS]\nlmw05 = 0x8009\n")
+    phone = os.path.join(EXAMPLES, "devices", "phone.yaml")
+    expect("lint device", ["lint", conf, "--device", phone], 1,
+           out=r':2: \[EnableSensorDCGVS\] lmw05: "lmw05" is no sensor of the device; did you mean "lmw50"\?$')
+    findings = json.loads(expect("lint device json", ["lint", conf, "--device", phone, "--json"], 1).stdout)
+    schema_valid("lint device json", LINT_SCHEMA, findings)
+    expect("lint without device", ["lint", conf], 0)
+    expect("lint device missing", ["lint", conf, "--device", conf + ".yaml"], 2)
+    replay = os.path.join(directory, "sensor.yaml")
+    with open(PHOTO, encoding="utf-8") as source, open(replay, "w", encoding="utf-8") as target:
+        target.write(source.read().replace("config: device.conf", "config: sensor.conf"))
+    result = run([replay])
+    check("lint before replay", result.returncode == 0 and re.fullmatch(
+        r'warning: sensor.conf:2: \[EnableSensorDCGVS\] lmw05: .*did you mean "lmw50"\?\n', result.stderr), result)
 
 
 def scenario_cases(directory):
@@ -206,6 +277,10 @@ def diff_cases(directory):
                      .replace("SupportSnaphotLockMaster = true\n", "")
                      .replace("isEnableMIPMAP = true", "isEnableMIPMAP = false"))
     zoom = os.path.join(EXAMPLES, "zoom-video.yaml")
+    # Session caps and request caps, each against the explain schema.
+    for args, status in (([zoom, "CapsSHDR", "--frame", "1"], 1), ([PHOTO, "CapsVideoEIS", "--no-lint"], 0)):
+        explained = json.loads(expect("explain json", ["explain", *args, "--json"], status).stdout)
+        schema_valid("explain schema " + args[1], EXPLAIN_SCHEMA, explained)
     result = expect("diff", ["diff", CONF, new, PHOTO, zoom, "--json"], 1)
     report = json.loads(result.stdout)
     with open(DIFF_SCHEMA, encoding="utf-8") as stream:
