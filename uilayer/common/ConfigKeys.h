@@ -173,6 +173,14 @@ constexpr const _ConfigKey& Key(EConfigKey key) {
 // low-latency pipeline, counted from 0: a row has it only with the name after
 // it, so shorter rows never ask.
 constexpr uint32_t kPipelineLowLatencyValue = 2;
+// A preview pipeline row's logical camera id that matches every logical camera.
+constexpr uint32_t kPipelineAnyLogicalCamera = 255;
+
+// The name a set of cameras goes by where tables are keyed by sensor name
+// (a set of one camera goes by its sensor's name): null for other sizes.
+constexpr const char* SetCameraName(uint32_t numPhysicalCameras) {
+    return numPhysicalCameras == 4 ? "4SatR" : numPhysicalCameras == 3 ? "3SatR" : nullptr;
+}
 
 // The fewest values a key of `shape` needs: its letters before any optional ones.
 constexpr uint32_t MinValues(const char* shape) {

@@ -19,8 +19,6 @@ constexpr _ConfigKey kMipmap = Key(EConfigKey::EnableMipmap);
 constexpr _ConfigKey kPipelines = Key(EConfigKey::PreviewPipelines);
 constexpr const char* kSingleCameraDefaultPipeline = "TavroSingleDefault";
 constexpr const char* kMultiCameraDefaultPipeline = "TavroMultiDefault";
-// A row's logical camera id that matches every logical camera.
-constexpr uint32_t kAnyLogicalCamera = 255;
 
 }  // namespace
 
@@ -53,7 +51,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
             const RowIndex index(row);
             std::fill(values.begin(), values.end(), 0u);
             if (intCount < 2) {
-                values[1] = kAnyLogicalCamera;
+                values[1] = kPipelineAnyLogicalCamera;
             }
             // A row that does not read as integers matches nothing.
             if (GetLocaleUIntegerListConfiguration(kPipelines.group, kPipelines.key, index.text,
@@ -61,7 +59,7 @@ uint32_t StaticSupportCapabilities::SelectLowlatencyPipeline(const camera3_strea
                 continue;
             }
             if (values[0] != m_operationMode ||
-                (values[1] != kAnyLogicalCamera &&
+                (values[1] != kPipelineAnyLogicalCamera &&
                  values[1] != static_cast<uint32_t>(m_logicalCamId))) {
                 continue;
             }

@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include "common/CapsConstants.h"
+#include "common/ConfigKeys.h"
 #include "common/Log.h"
 #include "common/Platform.h"
 #include "common/Status.h"
@@ -77,10 +78,8 @@ StaticSupportCapabilities::StaticSupportCapabilities(unsigned int cameraId,
         std::string& sensorName = m_sensorNameList[record->logicalCamId];
         switch (record->numPhysicalCameras) {
             case 4:
-                sensorName = "4SatR";
-                break;
             case 3:
-                sensorName = "3SatR";
+                sensorName = SetCameraName(record->numPhysicalCameras);
                 break;
             case 1:
                 sensorName = record->sensorName != nullptr ? record->sensorName : "";

@@ -83,6 +83,10 @@ struct _Feature2TuningPolicy {
 
 class StaticSupportCapabilities {
 public:
+    // The client's package and activity name buffers: 80 characters and a
+    // terminator; a longer name is not kept.
+    static constexpr size_t kClientNameSize = 81;
+
     StaticSupportCapabilities(unsigned int cameraId, unsigned int allCameraNumbers,
                               camera_info* pAllCameraInfo);
     ~StaticSupportCapabilities();
@@ -251,8 +255,7 @@ private:
     uint8_t m_debugEnable = 0;
     ODimension m_firstStreamDimension = {0, 0};
 
-    // Client package policy. The name buffers hold 80 characters and a terminator.
-    static constexpr size_t kClientNameSize = 81;
+    // Client package policy (kClientNameSize above).
     std::array<char, kClientNameSize> m_clientPackageName = {};
     std::array<char, kClientNameSize> m_clientActivityName = {};
     uint32_t m_isCameraUint = 0;

@@ -14,16 +14,6 @@ namespace UilayerSim {
 
 namespace {
 
-// The size of the session's client name buffers (package and activity, with
-// the terminator) is private to the session state; an explicit instantiation
-// may name a private member, and this one hands out its address.
-const size_t* ClientNameSize();
-template <const size_t* Size>
-struct ClientNameSizeOf {
-    friend const size_t* ClientNameSize() { return Size; }
-};
-template struct ClientNameSizeOf<&Lumora::StaticSupportCapabilities::kClientNameSize>;
-
 // The camera modes the library's rules compare the client's with.
 std::vector<std::string> RuleCameraModes() {
     std::vector<std::string> modes;
@@ -47,7 +37,7 @@ std::vector<std::string> RuleCameraModes() {
 
 std::string SectionReader::ClientName(const YAML::Node& node, const std::string& field) const {
     const std::string name = Text(node, field);
-    const size_t keeps = *ClientNameSize() - 1;
+    const size_t keeps = Lumora::StaticSupportCapabilities::kClientNameSize - 1;
     if (name.size() > keeps) {
         Fail(node, field,
              std::to_string(name.size()) + " characters; the library keeps at most " +

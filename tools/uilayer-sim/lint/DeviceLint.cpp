@@ -12,18 +12,12 @@
 
 #include "core/NumberText.h"
 #include "core/Suggest.h"
+#include "common/ConfigKeys.h"
 #include "lint/Lint.h"
 
 namespace UilayerSim {
 
 namespace {
-
-// The row value of a logical camera id that stands for every camera.
-constexpr int64_t kAnyLogicalCamera = 255;
-// Set names the library looks tables up by for three and four cameras, as the
-// replay's session facts show them ("set camera name").
-constexpr const char* kSetNames[] = {"3SatR", "4SatR"};
-constexpr size_t kSetNameCameras[] = {3, 4};
 
 struct DeviceIds {
     std::set<int64_t> physical;
@@ -47,10 +41,11 @@ DeviceIds IdsOf(const Scenario& device) {
         for (const PhysicalCameraSetup& physical : camera.physicalCameras) {
             ids.physical.insert(physical.physicalCamId);
         }
-        for (size_t i = 0; i < std::size(kSetNames); ++i) {
-            if (camera.physicalCameras.size() == kSetNameCameras[i]) {
-                ids.setNames.push_back(kSetNames[i]);
-            }
+        // The name tables know a set of cameras by.
+        const char* setName =
+            Lumora::SetCameraName(static_cast<uint32_t>(camera.physicalCameras.size()));
+        if (setName != nullptr) {
+            ids.setNames.push_back(setName);
         }
     }
     return ids;
@@ -100,7 +95,7 @@ public:
             case 'c':
                 return Known(m_ids.framework, number, "camera", "framework ids");
             case 'l':
-                return number == kAnyLogicalCamera
+                return number == Lumora::kPipelineAnyLogicalCamera
                            ? ""
                            : Known(m_ids.logical, number, "logical camera", "logical ids");
             case 'm':

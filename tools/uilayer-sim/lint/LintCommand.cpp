@@ -99,10 +99,34 @@ void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
     if (line.Has("--no-lint")) {
         return;
     }
-    std::istringstream lines(
-        RenderLintText(LintWith(scenario.configText, scenario.configName, &scenario)));
+    // A scenario's device often holds only the cameras it replays while the
+    // configuration is the whole phone's: its device findings are counted
+    // after the first few.
+    std::vector<LintFinding> findings = LintConfiguration(scenario.configText, scenario.configName);
+    const std::vector<LintFinding> device =
+        LintAgainstDevice(scenario.configText, scenario.configName, scenario);
+    findings.insert(
+        findings.end(), device.begin(),
+        device.begin() + static_cast<std::ptrdiff_t>(std::min(device.size(), kLintShownPerShape)));
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const LintFinding& a, const LintFinding& b) { return a.line < b.line; });
+    std::istringstream lines(RenderLintText(findings));
     for (std::string line; std::getline(lines, line);) {
         fprintf(stderr, "warning: %s\n", line.c_str());
+    }
+    if (device.size() > kLintShownPerShape) {
+        // The configuration as a path from here, when it is a file.
+        const size_t slash = scenario.path.rfind('/');
+        const std::string config = scenario.configName == "inline" ||
+                                           scenario.configName.front() == '/' ||
+                                           slash == std::string::npos
+                                       ? scenario.configName
+                                       : scenario.path.substr(0, slash + 1) + scenario.configName;
+        fprintf(stderr,
+                "warning: %s: ... and %zu more rows name cameras or sensors the scenario's device "
+                "does not have (uilayer-sim lint %s --device %s lists them)\n",
+                scenario.configName.c_str(), device.size() - kLintShownPerShape, config.c_str(),
+                scenario.path.c_str());
     }
 }
 
