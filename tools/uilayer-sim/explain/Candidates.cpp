@@ -29,6 +29,8 @@ constexpr float kZoomRatios[] = {0.6f, 1.0f, 2.0f, 4.0f, 10.0f};
 // More distinct values than this from other rows or the configuration add
 // little but time.
 constexpr size_t kMaxSiblings = 8;
+// The end of a camera mode's name ("video_mode").
+const std::string kModeSuffix = "_mode";
 // Rows of a group copied into a new row.
 constexpr size_t kRowsCopied = 4;
 
@@ -149,7 +151,7 @@ public:
         ShapeCandidates shapes(
             m_scenario, m_session, m_config, m_operationModes,
             [this](const _Change& change) { return Relevant(change); },
-            [this](const _Change& change) { Add(change); }, m_question.hasFrame);
+            [this](const _Change& change) { Add(change); }, m_question.hasFrame, m_question.words);
         shapes.OperationModeCandidates();
         shapes.StreamCandidates();
         shapes.FileCandidates();
@@ -308,7 +310,14 @@ private:
             const bool modes = repeats && !current.empty() &&
                                std::all_of(current.begin(), current.end(), IsModeText);
             siblings = siblings.empty() && modes ? current : siblings;
-            for (const std::string& each : Values(letter, value, siblings)) {
+            Texts values = Values(letter, value, siblings);
+            // Nor does a key without one (a size, a mask) take operation modes.
+            if (siblings.empty() && !current.empty() &&
+                std::none_of(current.begin(), current.end(), IsModeText)) {
+                values.erase(std::remove_if(values.begin(), values.end(), IsModeText),
+                             values.end());
+            }
+            for (const std::string& each : values) {
                 _Change change = ConfigChange(group, key, {each});
                 change.field = static_cast<int>(field);
                 Add(change);
@@ -459,9 +468,16 @@ private:
         value.type = VendorTagType(index);
         AddTag(kind, value, true);
         if (value.type == ElementType::Byte && IsText(current, index)) {
-            Texts texts = m_strings;
-            for (const std::string& mode : index == Lumora::kTagCameraMode ? m_modes : Texts()) {
-                AddDistinct(&texts, mode);
+            // A camera mode takes camera modes: those the rules name and the
+            // session's.
+            Texts texts = index == Lumora::kTagCameraMode ? m_modes : m_strings;
+            for (const std::string& text : index == Lumora::kTagCameraMode ? m_strings : Texts()) {
+                if (std::find(m_modes.begin(), m_modes.end(), text) == m_modes.end() &&
+                    text.size() > kModeSuffix.size() &&
+                    text.compare(text.size() - kModeSuffix.size(), kModeSuffix.size(),
+                                 kModeSuffix) == 0) {
+                    texts.push_back(text);
+                }
             }
             for (const std::string& text : texts) {
                 value.bytes.assign(text.begin(), text.end());

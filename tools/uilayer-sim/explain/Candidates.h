@@ -23,6 +23,9 @@ struct _Question {
     // The operation mode the library configured (an override table may
     // rewrite the session's).
     uint32_t configuredMode = 0;
+    // The conditions of the bit's rules, in the reference's words: the
+    // values they name ("320x240") are worth trying.
+    std::string words;
 };
 
 // `reads` as the experiments record them: a metadata read of a vendor tag has

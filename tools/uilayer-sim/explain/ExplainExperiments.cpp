@@ -7,7 +7,6 @@
 #include <HostConfigText.h>
 
 #include <algorithm>
-#include <map>
 #include <sstream>
 
 #include <HostKit/Metadata.h>
@@ -16,6 +15,7 @@
 #include "core/Names.h"
 #include "explain/Candidates.h"
 #include "explain/Explain.h"
+#include "explain/PairSearch.h"
 #include "experiment/Experiments.h"
 
 namespace UilayerSim {
@@ -184,15 +184,6 @@ void DescribeInput(const Lumora::_CapabilityInput& in, const Scenario& scenario,
     }
 }
 
-// Where a change is made, for taking pairs of places in turn: every added
-// stream is one place.
-std::string Place(const _Change& change) {
-    const bool added =
-        change.kind == ChangeKind::Stream && change.streamField.empty() && !change.remove;
-    return added ? "added stream"
-                 : change.target + "/" + change.streamField + std::to_string(change.field);
-}
-
 }  // namespace
 
 std::string CapsProbe(const _ReplayRecord& record, bool hasFrame) {
@@ -257,6 +248,9 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
     question.session = session;
     question.hasFrame = out->hasFrame;
     question.frame = out->frame;
+    for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
+        question.words += std::string(rule->condition) + "\n";
+    }
     // Reruns leave out the sessions before the question's (their properties
     // and files stay) and all but the last requests of each repeat before
     // its request, as long as that changes no caps of the unchanged rerun.
@@ -317,173 +311,19 @@ void ExplainByExperiment(const Scenario& full, size_t session, const std::string
         }
     }
     // Pairs of changes to what the bit's rules read, when no single change sets it.
-    std::vector<uint32_t> readBits;
-    for (const Lumora::_CapabilityRule* rule : Lumora::RulesOf(out->bit)) {
-        for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
-            if (input.kind == Lumora::kInputCaps) {
-                readBits.push_back(static_cast<uint32_t>(std::stoul(input.value)));
-            }
-        }
-    }
-    // On any camera: a camera's RAW role reads Caps2x2XCFA of another one.
-    std::vector<int64_t> cameras = {-1};
-    for (size_t at = run.baseline.find(" C"); at != std::string::npos;
-         at = run.baseline.find(" C", at + 1)) {
-        cameras.push_back(std::stoll(run.baseline.substr(at + 2)));
-    }
-    const auto turnsReadBitOn = [&](size_t i, int64_t camera) {
-        return std::any_of(readBits.begin(), readBits.end(), [&](uint32_t bit) {
-            return BitOfProbe(probes[i], camera, bit) != BitOfProbe(run.baseline, camera, bit);
-        });
-    };
-    const auto turnsReadBit = [&](size_t i) {
-        return std::any_of(cameras.begin(), cameras.end(),
-                           [&](int64_t camera) { return turnsReadBitOn(i, camera); });
-    };
-    // The camera a stream change is about, -1 for none or the logical one.
-    const SessionSetup& setup = scenario.sessions[question.session];
-    const auto streamCamera = [&](const _Change& change) -> int64_t {
-        std::string id = change.stream.physicalId;
-        for (const StreamSetup& stream : setup.streams) {
-            id =
-                change.streamField.empty() || stream.name != change.target ? id : stream.physicalId;
-        }
-        const bool number = !id.empty() && id.find_first_not_of("0123456789") == std::string::npos;
-        return change.kind == ChangeKind::Stream && number && id.size() < 6 ? std::stoll(id) : -1;
-    };
-    std::vector<size_t> paired;
-    const uint8_t scope =
-        out->hasFrame
-            ? (out->camera < 0 ? Lumora::kScopeRequestLogical : Lumora::kScopeRequestPhysical)
-            : (out->camera < 0 ? Lumora::kScopeSessionLogical : Lumora::kScopeSessionPhysical);
-    // For each candidate and setting rule, the kinds of the rule's inputs it changes.
-    const std::vector<const Lumora::_CapabilityRule*> rules = Lumora::RulesOf(out->bit);
-    std::map<size_t, std::vector<uint32_t>> inputKinds;
-    for (size_t i = 0; i < candidates.size() && out->changes.empty() && !out->set; ++i) {
-        std::vector<uint32_t>& kinds = inputKinds[i];
-        for (const Lumora::_CapabilityRule* rule : rules) {
-            kinds.push_back(0);
-            for (const Lumora::_CapabilityInput& input : Lumora::ParseInputs(*rule)) {
-                const bool touches = (rule->scope & scope) != 0 &&
-                                     rule->effect == Lumora::kEffectSets &&
-                                     ChangeTouches(candidates[i], input);
-                kinds.back() |= touches ? 1u << (input.kind % 32) : 0;
-            }
-        }
-        const bool touches =
-            std::any_of(kinds.begin(), kinds.end(), [](uint32_t k) { return k != 0; });
-        if ((touches && candidates[i].sessionValue) || turnsReadBit(i)) {
-            paired.push_back(i);
-        }
-    }
-    // Two changes of different inputs of one rule: a stream and the key that
-    // lists the operation mode for it, a client and the row that admits it.
-    const auto crossInputs = [&](const std::pair<size_t, size_t>& pair) {
-        const std::vector<uint32_t>& a = inputKinds[pair.first];
-        const std::vector<uint32_t>& b = inputKinds[pair.second];
-        for (size_t r = 0; r < a.size() && r < b.size(); ++r) {
-            if (a[r] != 0 && b[r] != 0 && a[r] != b[r]) {
-                return true;
-            }
-        }
-        return false;
-    };
     std::vector<std::pair<size_t, size_t>> pairs;
-    for (size_t a = 0; a < paired.size(); ++a) {
-        for (size_t b = a + 1; b < paired.size(); ++b) {
-            const _Change& first = candidates[paired[a]];
-            const _Change& second = candidates[paired[b]];
-            const bool sameValue = first.kind == second.kind && first.target == second.target &&
-                                   first.field == second.field &&
-                                   first.streamField == second.streamField;
-            if (!sameValue) {
-                pairs.emplace_back(paired[a], paired[b]);
-            }
-        }
+    if (out->changes.empty() && !out->set) {
+        _PairQuestion asked;
+        asked.bit = out->bit;
+        asked.camera = out->camera;
+        asked.hasFrame = out->hasFrame;
+        asked.session = &scenario.sessions[question.session];
+        asked.words = question.words;
+        asked.baseline = run.baseline;
+        asked.candidates = &candidates;
+        asked.probes = &probes;
+        pairs = PairsToTry(asked, kMaxPairs, &out->pairsStopped);
     }
-    // Five kinds of pairs share the bound, taken in turn: a change that turns
-    // a bit the rules read with one that changes another of their inputs
-    // (CapsSHDRType2 wants CapsSnapshotRaw12 and a row), two values of one
-    // configuration row or key (a row applies when several of its values
-    // match the session), two fields of one stream, changes of two kinds of
-    // input of one rule, and any other two; those whose changes each changed
-    // some caps on their own first.
-    const auto active = [&](const std::pair<size_t, size_t>& pair) {
-        return (probes[pair.first] != run.baseline) + (probes[pair.second] != run.baseline);
-    };
-    // A change that turns a read bit on one camera goes first with the
-    // changes of that camera's streams.
-    // So does a change that set the bit on another camera with the other
-    // values of the same row (a row that applies, for the wrong cameras).
-    const auto elsewhere = [&](size_t i) {
-        return std::any_of(cameras.begin(), cameras.end(), [&](int64_t camera) {
-            return camera != out->camera && BitOfProbe(probes[i], camera, out->bit) !=
-                                                BitOfProbe(run.baseline, camera, out->bit);
-        });
-    };
-    const auto sameCamera = [&](const std::pair<size_t, size_t>& pair) {
-        const _Change& a = candidates[pair.first];
-        const _Change& b = candidates[pair.second];
-        const int64_t first = streamCamera(a);
-        const int64_t second = streamCamera(b);
-        const bool oneRow = a.kind == ChangeKind::Config && a.target == b.target &&
-                            a.base == b.base && a.field != b.field;
-        return (first >= 0 && turnsReadBitOn(pair.second, first)) ||
-               (second >= 0 && turnsReadBitOn(pair.first, second)) ||
-               (oneRow && (elsewhere(pair.first) || elsewhere(pair.second)));
-    };
-    std::stable_sort(pairs.begin(), pairs.end(), [&](const auto& a, const auto& b) {
-        return std::make_pair(sameCamera(a), active(a)) > std::make_pair(sameCamera(b), active(b));
-    });
-    std::vector<std::pair<size_t, size_t>> kinds[5];
-    for (const auto& pair : pairs) {
-        const _Change& first = candidates[pair.first];
-        const bool oneTarget = first.target == candidates[pair.second].target;
-        const bool precondition =
-            turnsReadBit(pair.first) != turnsReadBit(pair.second) || sameCamera(pair);
-        const bool mode = first.target == kOperationModeTarget ||
-                          candidates[pair.second].target == kOperationModeTarget;
-        kinds[precondition                 ? 0
-              : oneTarget                  ? (first.kind == ChangeKind::Config ? 1 : 2)
-              : crossInputs(pair) && !mode ? 3
-                                           : 4]
-            .push_back(pair);
-    }
-    // Within two values of one row or stream, and two inputs of one rule,
-    // each pair of places in turn (format with use case, a key with a format).
-    for (size_t kind = 1; kind <= 3; ++kind) {
-        std::map<std::string, std::vector<std::pair<size_t, size_t>>> places;
-        for (const auto& pair : kinds[kind]) {
-            const _Change& a = candidates[pair.first];
-            const _Change& b = candidates[pair.second];
-            const std::string one = Place(a);
-            const std::string two = Place(b);
-            places[std::min(one, two) + "|" + std::max(one, two)].push_back(pair);
-        }
-        kinds[kind].clear();
-        for (size_t i = 0; kinds[kind].size() < kMaxPairs; ++i) {
-            const size_t before = kinds[kind].size();
-            for (const auto& place : places) {
-                if (i < place.second.size()) {
-                    kinds[kind].push_back(place.second[i]);
-                }
-            }
-            if (kinds[kind].size() == before) {
-                break;
-            }
-        }
-    }
-    const size_t total = pairs.size();
-    pairs.clear();
-    for (size_t i = 0; pairs.size() <= kMaxPairs && i < total; ++i) {
-        for (const auto& kind : kinds) {
-            if (i < kind.size()) {
-                pairs.push_back(kind[i]);
-            }
-        }
-    }
-    out->pairsStopped = pairs.size() > kMaxPairs;
-    pairs.resize(std::min(pairs.size(), kMaxPairs));
     // In batches, most promising first; the search ends with the batch that
     // found an answer.
     std::vector<std::string> pairProbes;

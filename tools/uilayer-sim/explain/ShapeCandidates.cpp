@@ -1,6 +1,7 @@
 #include "explain/ShapeCandidates.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "core/Names.h"
 #include "explain/Candidates.h"
@@ -70,6 +71,25 @@ std::vector<int64_t> ConfiguredSizes(const HostPlatform::ConfigText& config) {
 
 }  // namespace
 
+std::vector<int64_t> NamedSizes(const std::string& text) {
+    std::vector<int64_t> sizes;
+    for (size_t x = text.find('x'); x != std::string::npos; x = text.find('x', x + 1)) {
+        size_t begin = x;
+        while (begin > 0 && isdigit(static_cast<unsigned char>(text[begin - 1])) != 0) {
+            --begin;
+        }
+        size_t end = x + 1;
+        while (end < text.size() && isdigit(static_cast<unsigned char>(text[end])) != 0) {
+            ++end;
+        }
+        if (x - begin >= 2 && x - begin <= 5 && end - x - 1 >= 2 && end - x - 1 <= 5) {
+            sizes.push_back(std::stoll(text.substr(begin, x - begin)) << 32 |
+                            std::stoll(text.substr(x + 1, end - x - 1)));
+        }
+    }
+    return sizes;
+}
+
 // The operation modes the configuration names, and the two plain ones.
 void ShapeCandidates::OperationModeCandidates() {
     std::set<uint32_t> modes = m_operationModes;
@@ -119,6 +139,7 @@ void ShapeCandidates::StreamCandidates() {
     }
     const std::vector<int64_t> configured = ConfiguredSizes(m_config);
     frames.insert(frames.end(), configured.begin(), configured.end());
+    frames.insert(frames.end(), m_namedSizes.begin(), m_namedSizes.end());
     for (const StreamSetup& stream : m_session.streams) {
         if (m_hasFrame) {
             _Change buffer;  // added where absent, removed where present

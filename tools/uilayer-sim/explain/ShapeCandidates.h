@@ -15,19 +15,24 @@
 
 namespace UilayerSim {
 
+// The frame sizes ("320x240") a text names, as width << 32 | height.
+std::vector<int64_t> NamedSizes(const std::string& text);
+
 class ShapeCandidates {
 public:
     ShapeCandidates(const Scenario& scenario, const SessionSetup& session,
                     const HostPlatform::ConfigText& config, const std::set<uint32_t>& modes,
                     std::function<bool(const _Change&)> relevant,
-                    std::function<void(const _Change&)> add, bool hasFrame)
+                    std::function<void(const _Change&)> add, bool hasFrame,
+                    const std::string& words = "")
         : m_scenario(scenario),
           m_session(session),
           m_config(config),
           m_operationModes(modes),
           Relevant(std::move(relevant)),
           Add(std::move(add)),
-          m_hasFrame(hasFrame) {}
+          m_hasFrame(hasFrame),
+          m_namedSizes(NamedSizes(words)) {}
 
     // The operation modes the configuration names, the reference names
     // (`modes`) and the two plain ones.
@@ -49,7 +54,8 @@ private:
     const std::set<uint32_t>& m_operationModes;
     std::function<bool(const _Change&)> Relevant;
     std::function<void(const _Change&)> Add;
-    bool m_hasFrame;  // a question about a request: its buffers change too
+    bool m_hasFrame;                    // a question about a request: its buffers change too
+    std::vector<int64_t> m_namedSizes;  // width << 32 | height
 };
 
 }  // namespace UilayerSim
