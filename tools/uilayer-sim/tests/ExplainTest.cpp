@@ -203,6 +203,21 @@ TEST_F(ExplainQuestionsTest, AnswersWithChangesThatFlipTheBit) {
         {"photo.yaml", "CapsStreamSnapshotRAWQcfa2x2", "1", "logical", "add stream \"added RAW"},
         {"photo.yaml", "CapsMipmapPreview", "1", "logical",
          "device.conf:75: OemDecouplePipelines/isEnableMIPMAP = false"},
+        // A RAW stream by its use case, and a metadata stream.
+        {"photo.yaml", "CapsStreamSnapshotRAWShort", "1", "logical", "add stream \"added RAW16"},
+        {"zoom-video.yaml", "CapsStreamMetadata", "1", "logical", "add stream \"added RAW16"},
+        // Two values of a new row: the set's camera and a mask with camera 2.
+        {"bokeh.yaml", "CapsSHDR", "1", "2", "device.conf: add SHDRTypeMatching/Mode[3] = 6, "},
+        // A key that lists the operation mode and a stream format it names.
+        {"speed.yaml", "CapsCaptureHdrP010Preview", "1", "logical", "operation mode = 0x8001 and"},
+        // A camera that gets Caps2x2XCFA and a RAW stream of the camera.
+        {"speed.yaml", "CapsStreamSnapshotRAWQcfa2x2", "1", "4",
+         "device.conf:133: OemRemosaicConfig/2x2XCFASensorNameList = lmt64 and add stream"},
+        // A table row the run never read, and a client that reads it.
+        {"speed.yaml", "CapsVIULL", "1", "logical", "remove session parameter"},
+        // The operation mode and a size only the rules name.
+        {"photo.yaml", "CapsStreamViewFinder", "1", "logical",
+         "operation mode = 0x8001 and stream \"preview\" size = 320x240"},
     };
     for (const auto& c : cases) {
         const Scenario asked = c.example == nullptr
