@@ -26,11 +26,16 @@ enum PairKind : size_t {
     kPairKinds,
 };
 
+// The most bits a step may set for a change that flips one of them to count
+// as getting the step part of the way.
+constexpr size_t kFewStepBits = 8;
+
 // What one candidate's own rerun showed, and what it changes.
 struct _Facts {
     bool paired = false;
     bool active = false;           // its rerun changed some caps
     bool named = false;            // the rules' words name its value
+    bool near = false;             // it flipped another bit the same steps set
     bool elsewhere = false;        // it flipped the bit on another camera
     std::set<int64_t> turned;      // cameras on which it turned a bit the rules read
     int64_t streamCamera = -1;     // the camera of the stream it changes
@@ -74,6 +79,28 @@ public:
                 }
             }
         }
+        // The other bits the steps that set this one set: a change that flips
+        // one of them got the step part of the way.
+        std::set<std::string> steps;
+        for (const Lumora::_CapabilityRule* rule : m_rules) {
+            if (rule->effect == Lumora::kEffectSets && (rule->scope & Scope()) != 0) {
+                steps.insert(rule->step);
+            }
+        }
+        std::map<std::string, std::set<uint32_t>> bitsOf;
+        for (size_t i = 0; i < Lumora::CapabilityRuleCount(); ++i) {
+            const Lumora::_CapabilityRule& rule = Lumora::CapabilityRules()[i];
+            if (rule.effect == Lumora::kEffectSets && steps.count(rule.step) != 0) {
+                bitsOf[rule.step].insert(rule.bit);
+            }
+        }
+        // A step that sets many bits (the stream roles) says little.
+        for (const auto& step : bitsOf) {
+            if (step.second.size() <= kFewStepBits) {
+                m_stepBits.insert(step.second.begin(), step.second.end());
+            }
+        }
+        m_stepBits.erase(question.bit);
         for (size_t i = 0; i < m_candidates.size(); ++i) {
             m_facts.push_back(FactsOf(i));
         }
@@ -108,7 +135,7 @@ public:
         for (const auto& each : ranked) {
             kinds[KindOf(each.second)].push_back(each.second);
         }
-        for (size_t kind = kOneRow; kind <= kOperationMode; ++kind) {
+        for (size_t kind = kReadBit; kind <= kOperationMode; ++kind) {
             kinds[kind] = PlacesInTurn(kinds[kind], bound);
         }
         std::vector<std::pair<size_t, size_t>> pairs;
@@ -125,6 +152,14 @@ public:
     }
 
 private:
+    // The sets of caps the question is about.
+    uint8_t Scope() const {
+        return m_question.hasFrame ? (m_question.camera < 0 ? Lumora::kScopeRequestLogical
+                                                            : Lumora::kScopeRequestPhysical)
+                                   : (m_question.camera < 0 ? Lumora::kScopeSessionLogical
+                                                            : Lumora::kScopeSessionPhysical);
+    }
+
     bool TurnsReadBitOn(size_t i, int64_t camera) const {
         const std::string& probe = (*m_question.probes)[i];
         return std::any_of(m_readBits.begin(), m_readBits.end(), [&](uint32_t bit) {
@@ -145,6 +180,10 @@ private:
             if (TurnsReadBitOn(i, camera)) {
                 facts.turned.insert(camera);
             }
+            for (const uint32_t bit : m_stepBits) {
+                facts.near = facts.near || BitOfProbe(probe, camera, bit) !=
+                                               BitOfProbe(m_question.baseline, camera, bit);
+            }
             facts.elsewhere =
                 facts.elsewhere || (camera != m_question.camera &&
                                     BitOfProbe(probe, camera, m_question.bit) !=
@@ -152,11 +191,7 @@ private:
         }
         facts.streamCamera = StreamCamera(change, *m_question.session);
         facts.place = Place(change);
-        const uint8_t scope = m_question.hasFrame
-                                  ? (m_question.camera < 0 ? Lumora::kScopeRequestLogical
-                                                           : Lumora::kScopeRequestPhysical)
-                                  : (m_question.camera < 0 ? Lumora::kScopeSessionLogical
-                                                           : Lumora::kScopeSessionPhysical);
+        const uint8_t scope = Scope();
         bool touches = false;
         for (const Lumora::_CapabilityRule* rule : m_rules) {
             facts.inputs.push_back(0);
@@ -189,11 +224,13 @@ private:
     }
 
     // Such pairs first, then values the rules' words name (YCBCR_P010, RAW12,
-    // an operation mode), then changes that each changed some caps alone.
+    // an operation mode) and changes that got the bit's steps part of the
+    // way, then changes that each changed some caps alone.
     std::tuple<bool, int, int> Rank(const std::pair<size_t, size_t>& pair) const {
         const _Facts& a = m_facts[pair.first];
         const _Facts& b = m_facts[pair.second];
-        return std::make_tuple(SameCamera(pair), a.named + b.named, a.active + b.active);
+        return std::make_tuple(SameCamera(pair), a.named + b.named + a.near + b.near,
+                               a.active + b.active);
     }
 
     // Two changes of different inputs of one rule: a stream and the key that
@@ -229,8 +266,14 @@ private:
     // side early: pairs in order of the later of their two values' turns.
     std::vector<std::pair<size_t, size_t>> PlacesInTurn(
         const std::vector<std::pair<size_t, size_t>>& pairs, size_t bound) const {
+        // Pairs of one camera come first, as ranked; then the places in turn.
+        std::vector<std::pair<size_t, size_t>> out;
         std::map<std::string, std::vector<std::pair<size_t, size_t>>> places;
         for (const auto& pair : pairs) {
+            if (SameCamera(pair)) {
+                out.push_back(pair);
+                continue;
+            }
             const std::string& one = m_facts[pair.first].place;
             const std::string& two = m_facts[pair.second].place;
             places[std::min(one, two) + "|" + std::max(one, two)].push_back(pair);
@@ -241,10 +284,9 @@ private:
                 turn.emplace(pair.first, turn.size());
                 turn.emplace(pair.second, turn.size());
             }
-            std::vector<std::pair<std::pair<bool, size_t>, std::pair<size_t, size_t>>> shells;
+            std::vector<std::pair<size_t, std::pair<size_t, size_t>>> shells;
             for (const auto& pair : place.second) {
-                shells.push_back(
-                    {{!SameCamera(pair), std::max(turn[pair.first], turn[pair.second])}, pair});
+                shells.push_back({std::max(turn[pair.first], turn[pair.second]), pair});
             }
             std::stable_sort(shells.begin(), shells.end(),
                              [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -252,7 +294,6 @@ private:
                 place.second[i] = shells[i].second;
             }
         }
-        std::vector<std::pair<size_t, size_t>> out;
         for (size_t i = 0; out.size() < bound; ++i) {
             const size_t before = out.size();
             for (const auto& place : places) {
@@ -272,6 +313,7 @@ private:
     const std::vector<const Lumora::_CapabilityRule*> m_rules;
     std::vector<int64_t> m_cameras = {-1};
     std::vector<uint32_t> m_readBits;
+    std::set<uint32_t> m_stepBits;
     std::vector<_Facts> m_facts;
 };
 
