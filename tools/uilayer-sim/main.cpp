@@ -22,7 +22,7 @@ constexpr const char* kAbout =
     "     whatif, diff: a decision differs; sweep: a result --fail-on names\n"
     "  2  bad command line, unreadable file, or a mistake in the scenario\n"
     "  3  the device could not be set up; whatif, diff: a replay aborted in the library\n"
-    "  killed by SIGABRT (134 in a shell) when the library aborts the process";
+    "  4  replay: the library aborted the process in a session; the others reported";
 
 const std::vector<Subcommand>& Commands() {
     static const std::vector<Subcommand> commands = {
@@ -37,7 +37,8 @@ const std::vector<Subcommand>& Commands() {
          "'uilayer-sim SCENARIO' is short for 'uilayer-sim replay SCENARIO'.\n"
          "\n"
          "exit status: 0 done, 2 bad command line, unreadable file or scenario mistake,\n"
-         "3 device set-up failed, SIGABRT when the library aborts the process.",
+         "3 device set-up failed, 4 the library aborted the process in a session: that\n"
+         "session's report ends with the call that aborted, the others report as usual.",
          {{"--json", nullptr, "write the report as JSON (see docs/report.schema.json)"},
           {"--log", nullptr, "show the library's log lines under each call"},
           {"--no-lint", nullptr, "do not check the configuration before the replay"}},
@@ -61,7 +62,8 @@ const std::vector<Subcommand>& Commands() {
          "changes of the request, its last result and the session that flip it.\n"
          "\n"
          "exit status: 0 set, 1 not set, 2 bad command line, unknown CAP, session,\n"
-         "camera or frame, unreadable file or scenario mistake, 3 device set-up failed.",
+         "camera or frame, unreadable file or scenario mistake, 3 device set-up failed,\n"
+         "4 the library aborted the process in that session.",
          {{"--session", "N", "the session's name or 1-based position (default: the last)"},
           {"--camera", "logical|K", "the logical camera (default) or physical camera K"},
           {"--frame", "F", "explain the request caps of frame F"},

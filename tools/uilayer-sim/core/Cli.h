@@ -18,6 +18,9 @@ constexpr int kExitDone = 0;
 constexpr int kExitFindings = 1;
 constexpr int kExitUsage = 2;
 constexpr int kExitSetup = 3;
+// A replay in which the library aborted the process in some session: the
+// other sessions reported.
+constexpr int kExitAborted = 4;
 
 struct OptionSpec {
     const char* name;   // "--json"

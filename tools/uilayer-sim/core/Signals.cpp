@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <csetjmp>
 #include <csignal>
 #include <cstdint>
 #include <cstring>
@@ -140,6 +141,39 @@ void SetCurrentStep(const std::string& description) {
     const size_t length = std::min(description.size(), sizeof(g_currentStep) - 1);
     memcpy(g_currentStep, description.data(), length);
     g_currentStep[length] = '\0';
+}
+
+namespace {
+
+sigjmp_buf g_abortJump;
+volatile sig_atomic_t g_abortArmed = 0;
+
+void OnGuardedAbort(int) {
+    if (g_abortArmed != 0) {
+        g_abortArmed = 0;
+        siglongjmp(g_abortJump, 1);
+    }
+    signal(SIGABRT, SIG_DFL);
+    raise(SIGABRT);
+}
+
+}  // namespace
+
+bool RunUnlessAborted(const std::function<void()>& body) {
+    struct sigaction action = {};
+    struct sigaction previous = {};
+    action.sa_handler = OnGuardedAbort;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGABRT, &action, &previous);
+    if (sigsetjmp(g_abortJump, 1) == 0) {
+        g_abortArmed = 1;
+        body();
+        g_abortArmed = 0;
+        sigaction(SIGABRT, &previous, nullptr);
+        return true;
+    }
+    sigaction(SIGABRT, &previous, nullptr);
+    return false;
 }
 
 void InstallAbortHandler() {

@@ -46,6 +46,16 @@ int RunExplainCommand(const CommandLine& line) {
         options.recorder = &recorder;
         const ReportNode report = Replay(scenario, options);
         explanation = Explain(scenario, recorder, query);
+        const ReportNode* sessions = report.Find("sessions");
+        const ReportNode* aborted =
+            sessions != nullptr && explanation.sessionIndex < sessions->Items().size()
+                ? sessions->Items()[explanation.sessionIndex].Find("aborted")
+                : nullptr;
+        if (aborted != nullptr) {
+            fprintf(stderr, "uilayer-sim: session \"%s\": %s; it has no caps to explain\n",
+                    explanation.session.c_str(), aborted->Scalar().c_str());
+            return kExitAborted;
+        }
         AddFacts(report, &explanation);
         ExplainByExperiment(scenario, explanation.sessionIndex, options.siblingRoot, &explanation);
     } catch (const ExplainError& error) {

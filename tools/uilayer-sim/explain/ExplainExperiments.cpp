@@ -191,6 +191,9 @@ std::string CapsProbe(const _ReplayRecord& record, bool hasFrame) {
         return "";
     }
     const _SessionRecord& session = record.sessions.back();
+    if (!session.aborted.empty()) {
+        return "";  // the library aborted the process: no caps
+    }
     if (hasFrame) {
         if (session.steps.empty()) {
             return "";

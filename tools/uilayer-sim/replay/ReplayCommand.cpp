@@ -28,9 +28,16 @@ int RunReplayCommand(const CommandLine& line) {
     LintBeforeReplay(line, scenario);
     const ReplayOptions options = CommandReplayOptions(line.Has("--log"));
     std::string output;
+    bool aborted = false;
     try {
         const _ReplayRecord record = RecordReplay(scenario, options);
         for (size_t i = 0; i < record.sessions.size(); ++i) {
+            if (!record.sessions[i].aborted.empty()) {
+                aborted = true;
+                fprintf(stderr,
+                        "uilayer-sim: session \"%s\": the library aborted the process during %s\n",
+                        record.sessions[i].name.c_str(), record.sessions[i].aborted.c_str());
+            }
             const std::vector<_StreamRecord>& streams = record.sessions[i].streams;
             for (size_t k = 0; k < streams.size(); ++k) {
                 if (!streams[k].listed) {
@@ -52,7 +59,7 @@ int RunReplayCommand(const CommandLine& line) {
         return kExitSetup;
     }
     WriteOut(output);
-    return kExitDone;
+    return aborted ? kExitAborted : kExitDone;
 }
 
 }  // namespace UilayerSim

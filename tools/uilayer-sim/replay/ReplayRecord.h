@@ -75,6 +75,9 @@ struct _StreamRecord {
 struct _SessionRecord {
     std::string name;
     uint32_t camera = 0;
+    // The call during which the library aborted the process, when it did:
+    // the session's report ends there.
+    std::string aborted;
     int staticCode = 0;
     int streamCode = 0;
     std::vector<std::string> configureLog;

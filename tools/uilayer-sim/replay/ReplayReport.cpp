@@ -316,6 +316,12 @@ ReportNode SessionNode(const _SessionRecord& session) {
     ReportNode report = ReportNode::Map();
     report.Add("session", ReportNode::Text(session.name));
     report.Add("camera", ReportNode::Integer(session.camera));
+    if (!session.aborted.empty()) {
+        report.Add("aborted",
+                   ReportNode::Text("the library aborted the process during " + session.aborted));
+        AttachLog(&report, session.configureLog);
+        return report;
+    }
     ReportNode& configure = report.Add("configure", ReportNode::Map());
     configure.Add("ParseStaticCapabilities", ReportNode::Integer(session.staticCode));
     configure.Add("ParseStreamCapabilities", ReportNode::Integer(session.streamCode));

@@ -58,11 +58,22 @@ _SessionRecord Replayer::RunSession(PreparedSession* session) {
     record.camera = setup.camera;
     m_recorder->BeginSession(setup.name, setup.camera);
     SetLogging(m_options.log);
-    SetCurrentStep("ParseStaticCapabilities of session \"" + setup.name + "\"");
-    record.staticCode = parser->ParseStaticCapabilities(session->config.Get());
-    SetCurrentStep("ParseStreamCapabilities of session \"" + setup.name + "\"");
-    record.streamCode = parser->ParseStreamCapabilities(session->config.Get());
+    std::string step;
+    const bool configured = RunUnlessAborted([&] {
+        step = "ParseStaticCapabilities of session \"" + setup.name + "\"";
+        SetCurrentStep(step);
+        record.staticCode = parser->ParseStaticCapabilities(session->config.Get());
+        step = "ParseStreamCapabilities of session \"" + setup.name + "\"";
+        SetCurrentStep(step);
+        record.streamCode = parser->ParseStreamCapabilities(session->config.Get());
+    });
     record.configureLog = TakeLog();
+    if (!configured) {
+        // The other sessions go on, as in a camera provider started again.
+        record.aborted = step;
+        m_parsers.erase(setup.camera);
+        return record;
+    }
 
     RecordSession(session, parser.get(), &record);
     for (PreparedStep& step : session->steps) {

@@ -67,6 +67,19 @@ CombinationOutcome ConfigureCombination(const Scenario& device, SessionSetup ses
     options.log = true;
     options.siblingRoot = siblingRoot;
     const _SessionRecord replayed = RecordReplay(scenario, options).sessions.at(0);
+    if (!replayed.aborted.empty()) {
+        // The replay survived the library's abort; the combination's process
+        // ends as the library meant, with the last log lines on its pipe.
+        const std::vector<std::string>& lines = replayed.configureLog;
+        const size_t first = lines.size() > kAbortLogLines ? lines.size() - kAbortLogLines : 0;
+        for (size_t i = first; i < lines.size(); ++i) {
+            WriteAll(g_outcomeFd, "log " + lines[i] + "\n");
+        }
+        WriteAll(g_outcomeFd,
+                 "uilayer-sim: the library aborted the process during " + replayed.aborted + "\n");
+        signal(SIGABRT, SIG_DFL);
+        raise(SIGABRT);
+    }
     CombinationOutcome outcome;
     outcome.staticCode = replayed.staticCode;
     outcome.streamCode = replayed.streamCode;

@@ -21,6 +21,7 @@ LINT_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "lint.schema.json"
 DIFF_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "diff.schema.json")
 SWEEP_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "sweep.schema.json")
 EXPLAIN_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "explain.schema.json")
+REPORT_SCHEMA = os.path.join(os.path.dirname(EXAMPLES), "docs", "report.schema.json")
 PHOTO = os.path.join(EXAMPLES, "photo.yaml")
 CONF = os.path.join(EXAMPLES, "device.conf")
 
@@ -46,6 +47,13 @@ sessions:
     streams:
       - {{name: preview, width: 1920, height: 1080, format: IMPLEMENTATION_DEFINED}}
       - {{name: wide, width: 1920, height: 1080, format: YCbCr_420_888, physical_camera_id: "0"}}
+"""
+
+HEALTHY_AFTER = """\
+  - name: after
+    camera: 0
+    streams:
+      - {name: preview, width: 1920, height: 1080, format: IMPLEMENTATION_DEFINED, usage: HW_TEXTURE}
 """
 
 failures = []
@@ -324,13 +332,25 @@ def signal_cases(directory):
     bokeh = os.path.join(directory, "bokeh.yaml")
     with open(bokeh, "w", encoding="utf-8") as stream:
         stream.write(BOKEH_ONE_PREVIEW.format(devices=devices))
+    # The abort ends its session's report; the session after it still reports.
+    with open(bokeh, "a", encoding="utf-8") as stream:
+        stream.write(HEALTHY_AFTER)
     tmp = tempfile.mkdtemp(dir=directory)
     result = run([bokeh, "--log"], env=dict(os.environ, TMPDIR=tmp))
-    check("abort", result.returncode == -signal.SIGABRT, result.returncode)
+    check("abort", result.returncode == 4, result.returncode)
     check("abort clean-up", os.listdir(tmp) == [], os.listdir(tmp))
-    expect("diff abort", ["diff", CONF, CONF, bokeh], 3, err="bokeh.yaml with .* aborts in the library")
-    check("abort log", re.search(r"^uilayer-sim: log: E .*\n(.|\n)*the library aborted the process during",
-                                 result.stderr, re.M), result.stderr[-400:])
+    check("abort report", re.search(r"aborted: the library aborted the process during "
+                                    r"ParseStaticCapabilities(.|\n)*- E Unsupport num of physical preview"
+                                    r"(.|\n)*session: after(.|\n)*logical caps: CapsStreamPreview",
+                                    result.stdout), result.stdout[-600:])
+    check("abort message", "the library aborted the process during" in result.stderr, result.stderr)
+    report = json.loads(run([bokeh, "--json"]).stdout)
+    schema_valid("abort schema", REPORT_SCHEMA, report)
+    check("abort json", [("aborted" in s) for s in report["sessions"]] == [True, False], report["sessions"])
+    expect("explain beside an abort", ["explain", bokeh, "CapsStreamPreview", "--session", "after", "--no-lint"], 0)
+    expect("explain of an abort", ["explain", bokeh, "0", "--session", "1", "--no-lint"], 4,
+           err="aborted the process during ParseStaticCapabilities")
+    expect("diff abort", ["diff", CONF, CONF, bokeh], 0, out="no decision changed")
 
 
 def main():
