@@ -398,6 +398,28 @@ private:
                     modes ? HexText(m_question.configuredMode) : bases.back()[field];
             }
         }
+        // A column of the device's camera ids that lacks the session's camera
+        // gives each copy a second version with the session's camera there.
+        const size_t copies = bases.size();
+        const std::string camera = std::to_string(m_session.camera);
+        for (size_t field = 0; copies > 0 && field < bases.front().size(); ++field) {
+            bool cameras = true;
+            bool other = false;  // a camera id besides 0 and 1 (a switch)
+            for (const auto* row : rows) {
+                const std::string value = field < row->values.size() ? row->values[field] : "";
+                const CameraSetup* known =
+                    value.empty() || value.find_first_not_of("0123456789") != std::string::npos ||
+                            value.size() > 4
+                        ? nullptr
+                        : m_scenario.Camera(static_cast<uint32_t>(std::stoul(value)));
+                cameras = cameras && known != nullptr && value != camera;
+                other = other || (value != "0" && value != "1");
+            }
+            for (size_t i = 0; cameras && other && i < copies; ++i) {
+                bases.push_back(bases[i]);
+                bases.back()[field] = camera;
+            }
+        }
         if (bases.empty()) {
             bases.push_back(Texts(std::max<size_t>(rule->minValues, 1), "0"));
         }
