@@ -326,7 +326,34 @@ bool ChangeTouches(const _Change& change, const Lumora::_CapabilityInput& input)
             return change.kind == ChangeKind::RequestSetting && change.target == input.value;
         case Lumora::kInputResultTag:
             return change.kind == ChangeKind::ResultTag && change.target == input.value;
-        case Lumora::kInputStream:
+        case Lumora::kInputStream: {
+            // A field of the streams the rule names: changed by that field,
+            // or by a stream added or removed.
+            static const std::pair<const char*, const char*> kFields[] = {
+                {"format", "format"},
+                {"usage", "usage"},
+                {"data_space", "data_space"},
+                {"stream_use_case", "use_case"},
+                {"ext_stream_mode", "ext_mode"},
+                {"width", "size"},
+                {"height", "size"}};
+            const std::string& field = change.streamField;
+            if (change.kind != ChangeKind::Stream || field.empty() || field == "buffer") {
+                return change.kind == ChangeKind::Stream;
+            }
+            bool named = false;
+            for (const auto& each : kFields) {
+                if (input.value == each.first) {
+                    named = true;
+                    if (field == each.second) {
+                        return true;
+                    }
+                }
+            }
+            return !named && input.value.find("dynamic_range_profile") == std::string::npos &&
+                   input.value.find("physical_camera_id") == std::string::npos &&
+                   input.value.find("stream_type") == std::string::npos;
+        }
         case Lumora::kInputRequest:
             return change.kind == ChangeKind::Stream;
         case Lumora::kInputFile:

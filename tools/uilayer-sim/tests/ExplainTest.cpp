@@ -161,7 +161,8 @@ TEST(ExplainTest, TheReferenceListsEveryInputWhoseChangeFlipsABit) {
                     if (!listed) {
                         unlisted.insert(CapabilityName(bit) + " by " +
                                         ChangeKindName(run.candidates[i].kind) + " " +
-                                        run.candidates[i].target);
+                                        run.candidates[i].target + " " +
+                                        run.candidates[i].streamField);
                     }
                 }
             }
