@@ -159,10 +159,9 @@ TEST(ExplainTest, TheReferenceListsEveryInputWhoseChangeFlipsABit) {
                     }
                     ++flips;
                     if (!listed) {
-                        unlisted.insert(CapabilityName(bit) + " by " +
-                                        ChangeKindName(run.candidates[i].kind) + " " +
-                                        run.candidates[i].target + " " +
-                                        run.candidates[i].streamField);
+                        unlisted.insert(
+                            CapabilityName(bit) + " by " + ChangeKindName(run.candidates[i].kind) +
+                            " " + run.candidates[i].target + " " + run.candidates[i].streamField);
                     }
                 }
             }
@@ -216,6 +215,12 @@ TEST_F(ExplainQuestionsTest, AnswersWithChangesThatFlipTheBit) {
          "device.conf:133: OemRemosaicConfig/2x2XCFASensorNameList = lmt64 and add stream"},
         // A table row the run never read, and a client that reads it.
         {"speed.yaml", "CapsVIULL", "1", "logical", "remove session parameter"},
+        // A new row with the set's camera in the camera column, and its option.
+        {"bokeh.yaml", "CapsSHDROption", "1", "2",
+         "device.conf: add SHDRTypeMatching/Mode[3] = 6, "},
+        // A row that gets the step part of the way, with a RAW12 stream.
+        {"bokeh.yaml", "CapsSHDRType2", "1", "logical",
+         "device.conf: add SHDRTypeMatching/Mode[3] = 6, "},
         // The operation mode and a size only the rules name.
         {"photo.yaml", "CapsStreamViewFinder", "1", "logical",
          "operation mode = 0x8001 and stream \"preview\" size = 320x240"},
