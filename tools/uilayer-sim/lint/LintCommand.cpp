@@ -100,21 +100,25 @@ void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
         return;
     }
     // A scenario's device often holds only the cameras it replays while the
-    // configuration is the whole phone's: its device findings are counted
-    // after the first few.
+    // configuration is the whole phone's: a name close to one of the device's
+    // (a typo) is shown, the other device findings are counted.
     std::vector<LintFinding> findings = LintConfiguration(scenario.configText, scenario.configName);
-    const std::vector<LintFinding> device =
-        LintAgainstDevice(scenario.configText, scenario.configName, scenario);
-    findings.insert(
-        findings.end(), device.begin(),
-        device.begin() + static_cast<std::ptrdiff_t>(std::min(device.size(), kLintShownPerShape)));
+    size_t counted = 0;
+    for (const LintFinding& finding :
+         LintAgainstDevice(scenario.configText, scenario.configName, scenario)) {
+        if (finding.reason.find("did you mean") != std::string::npos) {
+            findings.push_back(finding);
+        } else {
+            ++counted;
+        }
+    }
     std::stable_sort(findings.begin(), findings.end(),
                      [](const LintFinding& a, const LintFinding& b) { return a.line < b.line; });
     std::istringstream lines(RenderLintText(findings));
     for (std::string line; std::getline(lines, line);) {
         fprintf(stderr, "warning: %s\n", line.c_str());
     }
-    if (device.size() > kLintShownPerShape) {
+    if (counted > 0) {
         // The configuration as a path from here, when it is a file.
         const size_t slash = scenario.path.rfind('/');
         const std::string config = scenario.configName == "inline" ||
@@ -123,10 +127,9 @@ void LintBeforeReplay(const CommandLine& line, const Scenario& scenario) {
                                        ? scenario.configName
                                        : scenario.path.substr(0, slash + 1) + scenario.configName;
         fprintf(stderr,
-                "warning: %s: ... and %zu more rows name cameras or sensors the scenario's device "
-                "does not have (uilayer-sim lint %s --device %s lists them)\n",
-                scenario.configName.c_str(), device.size() - kLintShownPerShape, config.c_str(),
-                scenario.path.c_str());
+                "warning: %s: %zu values name cameras or sensors the scenario's device does not "
+                "have (uilayer-sim lint %s --device %s lists them)\n",
+                scenario.configName.c_str(), counted, config.c_str(), scenario.path.c_str());
     }
 }
 

@@ -233,6 +233,23 @@ def lint_cases(directory):
     check("lint json rule", second["rule"] == "not-an-integer", second)
     check("lint json null group", findings[-1]["group"] is None and findings[-1]["key"] is None, findings[-1])
     expect("lint json clean", ["lint", "--format", "json", CONF], 0, out=r"^\[\]$")
+    # Before a replay: the photo device has one camera of the phone's
+    # configuration (counted); a sensor name two letters off is shown.
+    result = run([PHOTO])
+    check("replay device findings", result.returncode == 0 and re.fullmatch(
+        r"warning: device\.conf: \d+ values name cameras or sensors the scenario's device does not "
+        r"have \(uilayer-sim lint \S+device\.conf --device \S+photo\.yaml lists them\)\n", result.stderr),
+        result.stderr)
+    typo = os.path.join(directory, "typo.conf")
+    with open(CONF, encoding="utf-8") as source, open(typo, "w", encoding="utf-8") as target:
+        target.write(source.read().replace("\nlmt64 = 0x8009", "\nlmt46 = 0x8009"))
+    with open(os.path.join(EXAMPLES, "speed.yaml"), encoding="utf-8") as source, \
+            open(os.path.join(directory, "typo.yaml"), "w", encoding="utf-8") as target:
+        target.write(source.read().replace("config: device.conf", "config: " + typo)
+                     .replace("device: devices/", "device: " + EXAMPLES + "/devices/"))
+    result = run([os.path.join(directory, "typo.yaml")])
+    check("replay device typo", re.search(r'lmt46: "lmt46" is no sensor of the device; did you mean "lmt64"\?',
+                                          result.stderr), result.stderr)
     # Against a device: a misspelt sensor in a row, also in the lint before a replay.
     conf = os.path.join(directory, "sensor.conf")
     with open(conf, "w", encoding="utf-8") as stream:
