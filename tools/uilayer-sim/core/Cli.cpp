@@ -276,6 +276,9 @@ std::string SiblingRoot() {
     return root != nullptr && *root != '\0' ? root : UILAYER_SIM_SIBLING_ROOT;
 }
 
+// A scenario this large gets a line on a terminal while it is read.
+constexpr size_t kLargeScenarioBytes = size_t{1} << 20;
+
 bool LoadScenario(const std::string& path, Scenario* scenario) {
     std::string text;
     std::string reason;
@@ -283,11 +286,20 @@ bool LoadScenario(const std::string& path, Scenario* scenario) {
         ReportUnreadable(path, reason);
         return false;
     }
+    // Reading a scenario of megabytes takes seconds: a terminal is told.
+    const bool told = text.size() >= kLargeScenarioBytes && isatty(STDERR_FILENO) != 0;
+    if (told) {
+        fprintf(stderr, "uilayer-sim: reading %s\033[K", path.c_str());
+        fflush(stderr);
+    }
     try {
         *scenario = ReadScenarioText(text, path);
     } catch (const ScenarioError& error) {
-        fprintf(stderr, "%s\n", error.what());
+        fprintf(stderr, "%s%s\n", told ? "\r\033[K" : "", error.what());
         return false;
+    }
+    if (told) {
+        fprintf(stderr, "\r\033[K");
     }
     for (const std::string& warning : scenario->warnings) {
         fprintf(stderr, "warning: %s\n", warning.c_str());

@@ -55,7 +55,7 @@ std::unique_ptr<HostKit::Result> PrepareResult(const ResultSetup& setup) {
 }  // namespace
 
 Replayer::Replayer(const Scenario& scenario, const ReplayOptions& options)
-    : m_scenario(scenario), m_options(options) {
+    : m_scenario(scenario), m_options(options), m_progress(options.progress) {
     if (options.recorder == nullptr) {
         m_ownRecorder = std::make_unique<TraceRecorder>();
     }
@@ -188,6 +188,7 @@ _ReplayRecord Replayer::Run() {
         sessions.push_back(PrepareSession(setup));
     }
     for (auto& session : sessions) {
+        m_sessionIndex = record.sessions.size();
         record.sessions.push_back(RunSession(session.get()));
     }
     return record;

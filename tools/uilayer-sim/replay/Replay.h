@@ -33,6 +33,8 @@ struct ReplayOptions {
     // times a second): the replay starts by removing the files an earlier
     // replay left there that this scenario does not write alike.
     HostKit::DeviceRoot* root = nullptr;
+    // A progress line on standard error once the replay has run a second.
+    bool progress = false;
 };
 
 // Builds the device in memory, loads the configuration, sets the properties,

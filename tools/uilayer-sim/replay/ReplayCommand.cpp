@@ -1,4 +1,6 @@
 // uilayer-sim replay: replays the scenario and writes its report.
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
 
@@ -22,11 +24,13 @@ ReplayOptions CommandReplayOptions(bool log) {
 
 int RunReplayCommand(const CommandLine& line) {
     Scenario scenario;
-    if (!LoadScenario(line.operands.front(), &scenario)) {
+    const bool loaded = LoadScenario(line.operands.front(), &scenario);
+    if (!loaded) {
         return kExitUsage;
     }
     LintBeforeReplay(line, scenario);
-    const ReplayOptions options = CommandReplayOptions(line.Has("--log"));
+    ReplayOptions options = CommandReplayOptions(line.Has("--log"));
+    options.progress = isatty(STDERR_FILENO) != 0;
     std::string output;
     bool aborted = false;
     try {

@@ -77,6 +77,10 @@ _SessionRecord Replayer::RunSession(PreparedSession* session) {
 
     RecordSession(session, parser.get(), &record);
     for (PreparedStep& step : session->steps) {
+        const Step& planned = *step.step;
+        m_progress.Note(
+            m_sessionIndex, m_scenario.sessions.size(),
+            planned.kind == StepKind::Result ? planned.result.frame : planned.request.frame);
         record.steps.push_back(RunStep(&step, session, parser.get()));
     }
     return record;

@@ -13,6 +13,8 @@ namespace {
 
 // Physical ids a request keeps caps for.
 constexpr uint32_t kRequestCameraCount = 8;
+// Requests of a repeat between two looks at the progress line.
+constexpr uint32_t kProgressEvery = 4096;
 
 }  // namespace
 
@@ -60,6 +62,9 @@ void Replayer::RunRepeat(PreparedStep* prepared, Lumora::IuiLayer* parser, _Step
     for (uint32_t i = 0; i < step.count; ++i) {
         const uint32_t frame = step.request.frame + i;
         request.frame_number = frame;
+        if (i % kProgressEvery == 0) {
+            m_progress.Note(m_sessionIndex, m_scenario.sessions.size(), frame);
+        }
         ++record->returnCodes[parser->UpdatePerRequestCaps(&request)];
         const Lumora::_CapsBitset caps = parser->GetRequestSupportCaps(frame, logical);
         auto& variants = record->variants;

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "replay/Progress.h"
 #include "replay/Replay.h"
 #include "replay/ReplayRecord.h"
 
@@ -74,6 +75,8 @@ private:
 
     const Scenario& m_scenario;
     const ReplayOptions& m_options;
+    Progress m_progress;
+    size_t m_sessionIndex = 0;  // of the session running, for the progress line
     std::unique_ptr<HostKit::DeviceRoot> m_ownRoot;
     HostKit::DeviceRoot* m_root = nullptr;  // m_ownRoot or the options' root
     std::unique_ptr<HostKit::CameraTable> m_device;

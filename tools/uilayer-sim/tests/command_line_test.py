@@ -7,6 +7,7 @@ Usage: command_line_test.py SIM EXAMPLES_DIR
 """
 import json
 import os
+import pty
 import re
 import signal
 import subprocess
@@ -326,6 +327,33 @@ def diff_cases(directory):
     expect("diff no scenario", ["diff", CONF, new], 2, err="no SCENARIO")
 
 
+def on_terminal(args):
+    """Runs uilayer-sim with standard error on a pseudo terminal; gives its status and what it wrote there."""
+    master, slave = pty.openpty()
+    process = subprocess.Popen([SIM, *args], stdout=subprocess.DEVNULL, stderr=slave)
+    os.close(slave)
+    written = b""
+    while True:
+        try:
+            chunk = os.read(master, 4096)
+        except OSError:
+            break
+        if not chunk:
+            break
+        written += chunk
+    os.close(master)
+    return process.wait(timeout=60), written.decode("utf-8", "replace")
+
+
+def terminal_cases(directory):
+    # A scenario of a megabyte says it is being read, on a terminal only, and
+    # clears the line; a replay shorter than a second shows no progress line.
+    path = scenario(directory, "      - request: {frame: 1, buffers: [preview]}\n" + ("#" * 80 + "\n") * 13200)
+    status, written = on_terminal([path, "--no-lint"])
+    check("reading line", status == 0 and written == f"uilayer-sim: reading {path}\x1b[K\r\x1b[K", repr(written))
+    expect("reading line not on a pipe", [path, "--no-lint"], 0)
+
+
 def signal_cases(directory):
     steps = "      - repeat: {count: 10000000, request: {buffers: [preview]}}"
     path = scenario(directory, steps)
@@ -378,6 +406,7 @@ def main():
         scenario_cases(directory)
         diff_cases(directory)
         signal_cases(directory)
+        terminal_cases(directory)
     for failure in failures:
         print(failure)
     print(f"{checks[0] - len(failures)} passed, {len(failures)} failed")
