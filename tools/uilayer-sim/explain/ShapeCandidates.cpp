@@ -327,8 +327,9 @@ bool ChangeTouches(const _Change& change, const Lumora::_CapabilityInput& input)
         case Lumora::kInputResultTag:
             return change.kind == ChangeKind::ResultTag && change.target == input.value;
         case Lumora::kInputStream: {
-            // A field of the streams the rule names: changed by that field,
-            // or by a stream added or removed.
+            // A field of the streams the rule names: changed by that field
+            // (those without a candidate change by none), or by a stream
+            // added or removed. A rule that names no field: by any change.
             static const std::pair<const char*, const char*> kFields[] = {
                 {"format", "format"},
                 {"usage", "usage"},
@@ -336,23 +337,20 @@ bool ChangeTouches(const _Change& change, const Lumora::_CapabilityInput& input)
                 {"stream_use_case", "use_case"},
                 {"ext_stream_mode", "ext_mode"},
                 {"width", "size"},
-                {"height", "size"}};
+                {"height", "size"},
+                {"stream_type", ""},
+                {"physical_camera_id", ""},
+                {"dynamic_range_profile", ""}};
             const std::string& field = change.streamField;
             if (change.kind != ChangeKind::Stream || field.empty() || field == "buffer") {
                 return change.kind == ChangeKind::Stream;
             }
-            bool named = false;
             for (const auto& each : kFields) {
                 if (input.value == each.first) {
-                    named = true;
-                    if (field == each.second) {
-                        return true;
-                    }
+                    return field == each.second;
                 }
             }
-            return !named && input.value.find("dynamic_range_profile") == std::string::npos &&
-                   input.value.find("physical_camera_id") == std::string::npos &&
-                   input.value.find("stream_type") == std::string::npos;
+            return true;
         }
         case Lumora::kInputRequest:
             return change.kind == ChangeKind::Stream;
